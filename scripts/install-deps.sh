@@ -1,0 +1,40 @@
+#!/usr/bin/env bash
+# Brings what a fresh Debian 12 (or Ubuntu) machine lacks to build, run and test
+# Vocabrix. Packages already present are skipped; nothing is installed when
+# everything is there, so `make run` and `make test` stay quick after the first time.
+set -euo pipefail
+
+packages=(
+    # compiler and build tools
+    g++ make cmake
+    # Qt 6 (Core, Gui, Widgets, Network, Test) with moc and the platform plugins
+    qt6-base-dev qt6-base-dev-tools qt6-qpa-plugins libgl-dev
+    # a real X server for the end-to-end test, a way to drive it, and screenshots
+    xvfb xauth xdotool x11-apps
+    # fonts, so text looks the same on every machine
+    fonts-dejavu-core
+)
+
+missing=()
+for p in "${packages[@]}"; do
+    status=$(dpkg-query -W -f='${Status}' "$p" 2>/dev/null || true)
+    [[ "$status" == "install ok installed" ]] || missing+=("$p")
+done
+
+if [[ ${#missing[@]} -eq 0 ]]; then
+    exit 0
+fi
+
+echo "install-deps: installing ${missing[*]}"
+sudo=()
+if [[ $(id -u) -ne 0 ]]; then
+    if command -v sudo >/dev/null 2>&1; then
+        sudo=(sudo)
+    else
+        echo "install-deps: need root (or sudo) to install: ${missing[*]}" >&2
+        exit 1
+    fi
+fi
+export DEBIAN_FRONTEND=noninteractive
+"${sudo[@]}" apt-get update -qq
+"${sudo[@]}" apt-get install -y -qq --no-install-recommends "${missing[@]}"

@@ -1,0 +1,175 @@
+#include "progressfile.h"
+
+#include "bytestream.h"
+#include "core/gcommondialog.h"
+#include "core/log.h"
+#include "core/prompter.h"
+#include "deck.h"
+
+#include <QFile>
+#include <QFileInfo>
+#include <QSaveFile>
+
+using namespace Qt::Literals::StringLiterals;
+
+namespace {
+
+const QString kFilter = u"Vocabrix Save File|*.vxs"_s;
+const QString kExtension = u"vxs"_s;
+
+// A deck of 32,767 cards with every text at its longest from a chapter file
+// stays far below this; anything larger is not a progress file.
+constexpr qint64 kMaxProgressFileSize = 64 * 1024 * 1024;
+
+} // namespace
+
+bool WriteProgressImage(const Deck &deck, QByteArray &out, QString *error)
+{
+    const int count = deck.UBound() - deck.LBound();
+    QByteArray image;
+    image.reserve(qsizetype(count + 1) * 64);
+    korva::ByteWriter w(image);
+    w.writeInt16(qint16(count));
+    for (int i = deck.LBound(); i <= deck.UBound(); ++i) {
+        const Card &c = deck[i];
+        const bool ok = w.writeText(c.question) && w.writeText(c.answer) && w.writeText(c.note)
+                && w.writeText(c.spare);
+        w.writeInt16(c.trouble);
+        w.writeInt16(c.timesViewed);
+        if (!ok || !w.writeText(c.chapter)) {
+            if (error)
+                *error = u"card %1 ('%2'): "_s.arg(i + 1).arg(c.question) + w.error();
+            return false;
+        }
+    }
+    out = std::move(image);
+    return true;
+}
+
+bool ReadProgressImage(QByteArrayView data, std::vector<Card> &cards, QString *error)
+{
+    auto fail = [error](const QString &why) {
+        if (error)
+            *error = why;
+        return false;
+    };
+    korva::ByteReader r(data);
+    const qint16 count = r.readInt16();
+    if (!r.ok())
+        return fail(u"the file is empty"_s);
+    if (count < 0)
+        return fail(u"it gives a card count of %1"_s.arg(count));
+
+    std::vector<Card> read(size_t(count) + 1);
+    for (int i = 0; i <= count; ++i) {
+        Card &c = read[size_t(i)];
+        c.question = r.readText();
+        c.answer = r.readText();
+        c.note = r.readText();
+        c.spare = r.readText();
+        c.trouble = r.readInt16();
+        c.timesViewed = r.readInt16();
+        c.chapter = r.readText();
+        if (!r.ok())
+            return fail(u"it ends inside card %1 of %2"_s.arg(i + 1).arg(count + 1));
+    }
+    if (r.remaining() > 0)
+        return fail(u"it has %1 bytes after its last card"_s.arg(r.remaining()));
+    cards = std::move(read);
+    return true;
+}
+
+void SaveProgress()
+{
+    Log(u"Writing progress to disk/n"_s);
+
+    GCommonDialog dialog;
+    dialog.SetDialogTitle(u"Save As"_s);
+    dialog.SetFilter(kFilter);
+    dialog.SetDefaultExt(kExtension);
+    if (!dialog.ShowSave())
+        return;
+    const QString path = dialog.FileName();
+
+    // The file is replaced in one step, so an earlier progress file survives
+    // anything that stops this save.
+    QByteArray image;
+    QString error;
+    bool written = WriteProgressImage(g_Deck, image, &error);
+    if (written) {
+        QSaveFile file(path);
+        written = file.open(QIODevice::WriteOnly) && file.write(image) == image.size()
+                && file.commit();
+        if (!written)
+            error = file.errorString();
+    }
+    if (!written) {
+        MsgBox(u"Progress Not Saved"_s,
+               u"The progress file '"_s + path + u"' couldn't be written: "_s + error
+                       + u". Nothing was changed on disk."_s,
+               MsgIcon::Exclamation, MsgButtons::OK);
+        return;
+    }
+    Log(u" .. wrote "_s + QString::number(g_Deck.UBound() - g_Deck.LBound())
+        + u" nodes to disk/n"_s);
+}
+
+namespace modMain {
+
+bool LoadProgress()
+{
+    Log(u"Reading saved progress from file/n"_s);
+
+    GCommonDialog dialog;
+    dialog.SetDialogTitle(u"Open File"_s);
+    dialog.SetFilter(kFilter);
+    dialog.SetDefaultExt(kExtension);
+    if (!dialog.ShowOpen())
+        return false;
+    const QString path = dialog.FileName();
+    if (!QFileInfo(path).isFile())
+        return false;
+
+    // The extension is compared exactly: "VXS" is refused too.
+    if (path.mid(path.lastIndexOf(u'.') + 1) != kExtension) {
+        MsgBox(u"Incompatible File Detected"_s, u"This program cannot open this type of file"_s,
+               MsgIcon::Information, MsgButtons::OK);
+        return false;
+    }
+
+    // The whole file is read and checked before the deck is touched, so a
+    // damaged file loses nothing.
+    std::vector<Card> cards;
+    QString error;
+    QFile file(path);
+    bool ok = file.open(QIODevice::ReadOnly);
+    if (!ok) {
+        error = file.errorString();
+    } else if (file.size() > kMaxProgressFileSize) {
+        ok = false;
+        error = u"it is far larger than any progress file"_s;
+    } else {
+        const QByteArray data = file.readAll();
+        ok = file.error() == QFileDevice::NoError;
+        if (!ok)
+            error = file.errorString();
+        else
+            ok = ReadProgressImage(data, cards, &error);
+    }
+    if (!ok) {
+        MsgBox(u"Damaged Progress File"_s,
+               u"The file '"_s + path + u"' couldn't be read: "_s + error
+                       + u". The cards you are studying were left as they were."_s,
+               MsgIcon::Exclamation, MsgButtons::OK);
+        return false;
+    }
+
+    FlushData(false);
+    const int count = int(cards.size()) - 1;
+    g_Deck.cards() = std::move(cards);
+    Log(u" .. read "_s + QString::number(count) + u" of "_s + QString::number(count)
+        + u" nodes from disk/n"_s);
+    return true;
+}
+
+} // namespace modMain

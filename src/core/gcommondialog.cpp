@@ -1,0 +1,61 @@
+#include "gcommondialog.h"
+
+#include "prompter.h"
+
+#include <QFileInfo>
+#include <QStringList>
+
+using namespace Qt::Literals::StringLiterals;
+
+QString GCommonDialog::ToQtFilter(const QString &filter)
+{
+    const QStringList parts = filter.split(u'|');
+    QStringList out;
+    for (qsizetype i = 0; i < parts.size(); i += 2) {
+        const QString description = parts[i].trimmed();
+        const QString pattern = i + 1 < parts.size() ? parts[i + 1].trimmed() : description;
+        if (pattern.isEmpty())
+            continue;
+        QString patterns = pattern;
+        patterns.replace(u';', u' ');
+        out << (description.isEmpty() ? patterns : description) + u" ("_s + patterns + u')';
+    }
+    return out.join(u";;"_s);
+}
+
+bool GCommonDialog::ShowOpen()
+{
+    return ShowFileDialog(false);
+}
+
+bool GCommonDialog::ShowSave()
+{
+    return ShowFileDialog(true);
+}
+
+bool GCommonDialog::ShowFileDialog(bool save)
+{
+    FileDialogRequest request;
+    request.kind = save ? FileDialogKind::Save : FileDialogKind::Open;
+    request.title = m_title;
+    request.filter = ToQtFilter(m_filter);
+    request.defaultExt = m_defaultExt;
+    request.fileName = m_fileName;
+    const std::optional<QString> chosen = prompter().AskFileName(request);
+    if (!chosen || chosen->isEmpty())
+        return false;
+    QString name = *chosen;
+    if (!m_defaultExt.isEmpty() && QFileInfo(name).suffix().isEmpty())
+        name += u'.' + m_defaultExt;
+    m_fileName = name;
+    return true;
+}
+
+bool GCommonDialog::ShowColor()
+{
+    const std::optional<quint32> chosen = prompter().AskColor(m_color);
+    if (!chosen)
+        return false;
+    m_color = *chosen;
+    return true;
+}

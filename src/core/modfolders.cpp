@@ -1,0 +1,62 @@
+#include "modfolders.h"
+
+#include "log.h"
+#include "programstate.h"
+
+#include <QCoreApplication>
+#include <QDir>
+#include <QFileInfo>
+#include <QStandardPaths>
+
+using namespace Qt::Literals::StringLiterals;
+
+namespace modFolders {
+
+QString SpecialFolderPath(qint32 folderId)
+{
+    if (folderId != kFolderPersonal)
+        return {};
+    const QString path = QStandardPaths::writableLocation(QStandardPaths::DocumentsLocation);
+    if (path.isEmpty())
+        return {};
+    return path.endsWith(u'/') ? path : path + u'/';
+}
+
+QString DocumentsFolder()
+{
+    return SpecialFolderPath(kFolderPersonal);
+}
+
+void SetHomeDirectory()
+{
+    g_BaseDirectory = DocumentsFolder() + u"Vocabrix"_s;
+
+    QString suffix;
+    if (!QFileInfo(g_BaseDirectory).isDir()) {
+        // The documents folder itself may be missing on a fresh account.
+        QDir().mkpath(g_BaseDirectory);
+        suffix = u" [created]/n"_s;
+    } else {
+        suffix = u" [exists]/n"_s;
+    }
+    Log(u"using home directory: '"_s + g_BaseDirectory + u"'"_s, kLogProgress);
+    Log(suffix, kLogContinuation);
+}
+
+QString ProgramDirectory()
+{
+    if (!QCoreApplication::instance())
+        return QDir::currentPath();
+    return QCoreApplication::applicationDirPath();
+}
+
+} // namespace modFolders
+
+QString ExecutableFileName(const QString &baseName)
+{
+#ifdef Q_OS_WIN
+    return baseName + u".exe"_s;
+#else
+    return baseName;
+#endif
+}

@@ -1,0 +1,58 @@
+#pragma once
+
+#include <QString>
+#include <QStringList>
+
+#include <optional>
+
+// The one way out of the program to the user and the desktop: message boxes,
+// the file and colour dialogs, and starting programs or documents. The program
+// installs a prompter made of Qt's dialogs; tests install one that answers from
+// a script and records what was asked.
+
+enum class MsgIcon { None, Critical, Question, Exclamation, Information };
+enum class MsgButtons { OK, OKCancel, YesNo, YesNoCancel };
+enum class MsgResult { OK, Cancel, Yes, No };
+
+struct MessageBoxRequest
+{
+    QString title;
+    QString text;
+    MsgIcon icon = MsgIcon::None;
+    MsgButtons buttons = MsgButtons::OK;
+};
+
+enum class FileDialogKind { Open, Save };
+
+struct FileDialogRequest
+{
+    FileDialogKind kind = FileDialogKind::Open;
+    QString title;
+    QString filter;     // Qt form: "Vocabrix Save File (*.vxs)"
+    QString defaultExt; // without the dot
+    QString fileName;   // the starting file or folder, may be empty
+};
+
+class Prompter
+{
+public:
+    virtual ~Prompter() = default;
+
+    virtual MsgResult ShowMessage(const MessageBoxRequest &request) = 0;
+    // The chosen path, or nothing when the user cancelled.
+    virtual std::optional<QString> AskFileName(const FileDialogRequest &request) = 0;
+    // The chosen colour as 0x00BBGGRR, or nothing when cancelled.
+    virtual std::optional<quint32> AskColor(quint32 initial) = 0;
+    // Starts a program with an argument list (never through a shell).
+    virtual bool StartProgram(const QString &program, const QStringList &arguments) = 0;
+    // Opens a file or address with the desktop's handler for it.
+    virtual bool OpenDocument(const QString &pathOrUrl) = 0;
+};
+
+// The installed prompter; a headless one that refuses everything when none is.
+Prompter &prompter();
+// Installs a prompter (not owned); nullptr goes back to the headless one.
+void SetPrompter(Prompter *prompter);
+
+MsgResult MsgBox(const QString &title, const QString &text, MsgIcon icon = MsgIcon::None,
+                 MsgButtons buttons = MsgButtons::OK);

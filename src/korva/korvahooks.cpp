@@ -1,0 +1,23 @@
+#include "korvahooks.h"
+
+namespace korva {
+
+namespace {
+Hooks &current()
+{
+    static Hooks hooks;
+    return hooks;
+}
+} // namespace
+
+void setHooks(Hooks hooks)
+{
+    current() = std::move(hooks);
+}
+
+const Hooks &hooks()
+{
+    return current();
+}
+
+} // namespace korva

@@ -1,0 +1,427 @@
+#include "bytestream.h"
+#include "cp1252.h"
+#include "ikorvalite.h"
+#include "korvabuilder.h"
+#include "korvahooks.h"
+#include "testsupport.h"
+
+#include <QFile>
+#include <QFileInfo>
+#include <QTemporaryDir>
+#include <QTest>
+
+using namespace Qt::Literals::StringLiterals;
+
+// The engine reports through its hooks; these tests listen there directly.
+class KorvaTest : public QObject
+{
+    Q_OBJECT
+
+private:
+    QTemporaryDir m_dir;
+    QStringList m_log;
+    std::vector<std::pair<QString, QString>> m_questions;
+    std::vector<std::pair<QString, QString>> m_warnings;
+    bool m_answerYes = false;
+
+    QString path(const QString &name) const { return m_dir.filePath(name); }
+
+private Q_SLOTS:
+    void init()
+    {
+        m_log.clear();
+        m_questions.clear();
+        m_warnings.clear();
+        m_answerYes = false;
+        korva::Hooks hooks;
+        hooks.log = [this](const QString &m) { m_log << m; };
+        hooks.askYesNo = [this](const QString &t, const QString &x) {
+            m_questions.emplace_back(t, x);
+            return m_answerYes;
+        };
+        hooks.warn = [this](const QString &t, const QString &x) { m_warnings.emplace_back(t, x); };
+        korva::setHooks(hooks);
+    }
+    void cleanup() { korva::setHooks({}); }
+
+    void codec_data()
+    {
+        QTest::addColumn<QByteArray>("encoded");
+        QTest::addColumn<QString>("decoded");
+        QTest::newRow("ascii") << QByteArray("Haus") << u"Haus"_s;
+        QTest::newRow("umlauts") << QByteArray("\xFC\xF6\xE4\xDF\xDC\xD6\xC4") << u"üöäßÜÖÄ"_s;
+        QTest::newRow("euro and quotes") << QByteArray("\x80\x93\x94\x85") << u"€“”…"_s;
+        QTest::newRow("undefined bytes keep their number")
+                << QByteArray("\x81\x8D\x8F\x90\x9D") << u"\u0081\u008D\u008F\u0090\u009D"_s;
+        QTest::newRow("nul and high latin") << QByteArray("\x00\xA0\xFF", 3) << u"\u0000\u00A0ÿ"_s;
+    }
+    void codec()
+    {
+        QFETCH(QByteArray, encoded);
+        QFETCH(QString, decoded);
+        QCOMPARE(cp1252::decode(encoded), decoded);
+        QByteArray out;
+        QCOMPARE(cp1252::encode(decoded, out), qsizetype(-1));
+        QCOMPARE(out, encoded);
+    }
+
+    void codecRefusesWhatItCannotHold_data()
+    {
+        QTest::addColumn<QString>("text");
+        QTest::addColumn<qsizetype>("badIndex");
+        QTest::addColumn<QString>("named");
+        QTest::newRow("cyrillic") << u"abЖc"_s << qsizetype(2) << u"'Ж' (U+0416)"_s;
+        QTest::newRow("emoji") << u"x😀"_s << qsizetype(1) << u"'😀' (U+1F600)"_s;
+        QTest::newRow("c1 control that 1252 redefines")
+                << u"\u0080"_s << qsizetype(0) << u"U+0080"_s;
+    }
+    void codecRefusesWhatItCannotHold()
+    {
+        QFETCH(QString, text);
+        QFETCH(qsizetype, badIndex);
+        QFETCH(QString, named);
+        QByteArray out;
+        QCOMPARE(cp1252::encode(text, out), badIndex);
+        QCOMPARE(cp1252::encodedLength(text), qsizetype(-1));
+        QCOMPARE(cp1252::describeChar(text, badIndex), named);
+    }
+
+    void textFieldLimits()
+    {
+        QByteArray out;
+        korva::ByteWriter w(out);
+        QVERIFY(w.writeText(QString(65535, u'a')));
+        QCOMPARE(out.size(), 2 + 65535);
+        QCOMPARE(out.left(2), QByteArray("\xFF\xFF"));
+        QVERIFY(!w.writeText(QString(65536, u'a')));
+        QVERIFY(w.error().contains(u"65,535"_s));
+        QCOMPARE(out.size(), 2 + 65535); // nothing written for the refused text
+
+        korva::ByteReader r(QByteArray("\x05\x00"
+                                       "abc"));
+        QCOMPARE(r.readText(), QString());
+        QVERIFY(!r.ok());
+    }
+
+    void mountReadsHandMadeFile()
+    {
+        const QByteArray file =
+                bytes::header("generated automatically by the Vocabrix Editor v1.21", 4, 2,
+                              "Kapitel 1", "res")
+                + bytes::placeholder() + bytes::entry("der Hund", -1, "the dog", 0, "pl. die Hunde")
+                + bytes::entry("zahl", 0, {}, -123456, "n");
+        WriteFileBytes(path(u"hand.zel"_s), file);
+
+        ikorvalite db;
+        QVERIFY(db.Mount(path(u"hand.zel"_s), false));
+        QCOMPARE(db.Description(), u"generated automatically by the Vocabrix Editor v1.21"_s);
+        QCOMPARE(db.Title(), u"Kapitel 1"_s);
+        QCOMPARE(db.Header().reserved, u"res"_s);
+        QCOMPARE(db.Header().format, 4);
+        QCOMPARE(db.Count(), 2);
+        QCOMPARE(db.FirstIndex(), 1);
+        QCOMPARE(db.LastIndex(), 2);
+        const korva::Entry dog = db.GetEntry(1);
+        QCOMPARE(dog.key, u"der Hund"_s);
+        QCOMPARE(dog.isText, qint16(-1));
+        QCOMPARE(dog.text, u"the dog"_s);
+        QCOMPARE(dog.note, u"pl. die Hunde"_s);
+        QCOMPARE(db.GetNumber(u"zahl"_s, 7).value, -123456);
+        QVERIFY(db.GetNumber(u"zahl"_s, 7).found);
+        QCOMPARE(db.GetEntry(99), korva::Entry()); // out of range reads empty
+        QVERIFY(m_log.isEmpty()); // an existing file logs nothing, not even "file mounted"
+
+        // Saved unchanged, the file keeps every byte.
+        QVERIFY(db.Save());
+        QCOMPARE(ReadFileBytes(path(u"hand.zel"_s)), file);
+    }
+
+    void saveWritesExactLayout()
+    {
+        ikorvalite db;
+        QVERIFY(db.Mount(path(u"new.zel"_s), false));
+        QCOMPARE(m_log,
+                 QStringList({u"the specified file doesn't exist, creating new/n"_s,
+                              u"file created/n"_s, u"file mounted/n"_s}));
+        QVERIFY(QFileInfo(path(u"new.zel"_s)).isFile());
+        QCOMPARE(QFileInfo(path(u"new.zel"_s)).size(), 0); // nothing until Save
+        QCOMPARE(db.Count(), 0);
+        QCOMPARE(db.FirstIndex(), 1);
+        QCOMPARE(db.LastIndex(), 0);
+
+        QVERIFY(db.Save());
+        QCOMPARE(ReadFileBytes(path(u"new.zel"_s)),
+                 bytes::header("KORVA Database File; KORVA Lite version", 4, 0)
+                         + bytes::placeholder());
+
+        db.SetValue(u"flist_count"_s, QString(), 4, QString());
+        db.SetValue(u"flist_name_1"_s, u"/home/ü/ex1.zel"_s, 0, QString());
+        db.SetValue(u"show_mouse_hover"_s, QString(), -1, u"options"_s);
+        QVERIFY(db.Save());
+        QCOMPARE(ReadFileBytes(path(u"new.zel"_s)),
+                 bytes::header("KORVA Database File; KORVA Lite version", 4, 3)
+                         + bytes::placeholder() + bytes::entry("flist_count", 0, {}, 4, {})
+                         + bytes::entry("flist_name_1", -1, "/home/\xFC/ex1.zel", 0, {})
+                         + bytes::entry("show_mouse_hover", 0, {}, -1, "options"));
+    }
+
+    void setValueRules()
+    {
+        ikorvalite db;
+        db.SetValue(u"k"_s, u"text"_s, 5, u"n1"_s);
+        QCOMPARE(db.Count(), 1);
+        QVERIFY(db.GetValueType(u"k"_s));
+        QCOMPARE(db.GetText(u"k"_s).value, u"text"_s);
+        // A text entry read as a number: found, but the default.
+        const auto asNumber = db.GetNumber(u"k"_s, 42);
+        QVERIFY(asNumber.found);
+        QCOMPARE(asNumber.value, 42);
+
+        // The same key again keeps one entry; an empty text makes it a number entry.
+        db.SetValue(u"k"_s, QString(), 9, u"n2"_s);
+        QCOMPARE(db.Count(), 1);
+        QCOMPARE(db.LastIndex(), 1);
+        QVERIFY(!db.GetValueType(u"k"_s));
+        QCOMPARE(db.GetNumber(u"k"_s, 0).value, 9);
+        QCOMPARE(db.GetText(u"k"_s, u"d"_s).value, QString());
+        QCOMPARE(db.GetNote(u"k"_s), u"n2"_s);
+
+        // Keys compare exactly.
+        QVERIFY(!db.GetNumber(u"K"_s, 3).found);
+        QCOMPARE(db.GetText(u"missing"_s, u"fallback"_s).value, u"fallback"_s);
+        QCOMPARE(db.GetNote(u"missing"_s), QString());
+
+        // The empty key is the placeholder's: setting it changes entry 0.
+        db.SetValue(QString(), QString(), 0, u"color_metrics"_s);
+        QCOMPARE(db.LastIndex(), 1);
+        QCOMPARE(db.GetEntry(0).note, u"color_metrics"_s);
+    }
+
+    void headerOnlyMount()
+    {
+        WriteFileBytes(path(u"h.zel"_s),
+                       bytes::header("desc", 4, 2, "Titel") + bytes::placeholder()
+                               + bytes::entry("a", -1, "b", 0, {})
+                               + bytes::entry("c", -1, "d", 0, {}));
+        ikorvalite db;
+        QVERIFY(db.Mount(path(u"h.zel"_s), true));
+        QCOMPARE(db.Description(), u"desc"_s);
+        QCOMPARE(db.Title(), u"Titel"_s);
+        QCOMPARE(db.Count(), 2);
+        QCOMPARE(db.LastIndex(), 0); // entries not read
+    }
+
+    void secondMountRefused()
+    {
+        ikorvalite db;
+        QVERIFY(db.Mount(path(u"a.zel"_s), false));
+        m_log.clear();
+        QVERIFY(!db.Mount(path(u"b.zel"_s), false));
+        QCOMPARE(m_log,
+                 QStringList({u" ..this class instance already has a file mounted/n"_s,
+                              u" ..create a new instance or unmount the current file first/n"_s}));
+        QCOMPARE(db.Path(), path(u"a.zel"_s));
+        QVERIFY(!QFileInfo::exists(path(u"b.zel"_s)));
+        QVERIFY(!db.Unmount());
+        QVERIFY(!db.IsMounted());
+        QVERIFY(!db.Mount(QString(), false));
+    }
+
+    void damagedFilesRefused_data()
+    {
+        QTest::addColumn<QByteArray>("file");
+        const QByteArray good =
+                bytes::header("d", 4, 1) + bytes::placeholder() + bytes::entry("a", -1, "b", 0, {});
+        QTest::newRow("header text runs past its record")
+                << (bytes::i16(200) + QByteArray(126, 'x'));
+        QTest::newRow("negative count") << bytes::header("d", 4, -3) + bytes::placeholder();
+        QTest::newRow("entries missing") << bytes::header("d", 4, 5) + bytes::placeholder();
+        QTest::newRow("cut inside the last entry") << good.left(good.size() - 128 + 4);
+        QTest::newRow("bytes after the last entry") << good + QByteArray("junk");
+        QTest::newRow("entry text runs past its record") << bytes::header("d", 4, 1)
+                        + bytes::placeholder()
+                        + (bytes::text("key") + bytes::i16(-1) + bytes::i16(500)
+                           + QByteArray(121, 'y'));
+        QTest::newRow("count claims more than the file can be")
+                << bytes::header("d", 4, 32767) + QByteArray(4096, '\0');
+        QTest::newRow("binary noise") << QByteArray(300, '\xEE');
+    }
+    void damagedFilesRefused()
+    {
+        QFETCH(QByteArray, file);
+        WriteFileBytes(path(u"bad.zel"_s), file);
+        ikorvalite db;
+        db.SetValue(u"kept"_s, u"value"_s, 0, QString());
+        QVERIFY(!db.Mount(path(u"bad.zel"_s), false));
+        QVERIFY(!db.IsMounted());
+        QVERIFY(!db.LastError().isEmpty());
+        QCOMPARE(db.GetText(u"kept"_s).value, u"value"_s); // nothing changed
+        QCOMPARE(ReadFileBytes(path(u"bad.zel"_s)), file); // nor on disk
+    }
+
+    void shortLastRecordAccepted()
+    {
+        // A last record that stops after its fields, without filler, still reads.
+        const QByteArray file = bytes::header("d", 4, 1) + bytes::placeholder() + bytes::text("a")
+                + bytes::i16(-1) + bytes::text("b") + bytes::i32(0) + bytes::text({});
+        WriteFileBytes(path(u"short.zel"_s), file);
+        ikorvalite db;
+        QVERIFY2(db.Mount(path(u"short.zel"_s), false), qPrintable(db.LastError()));
+        QCOMPARE(db.GetText(u"a"_s).value, u"b"_s);
+    }
+
+    void emptyFileIsEmptyDatabase()
+    {
+        WriteFileBytes(path(u"empty.zel"_s), {});
+        ikorvalite db;
+        QVERIFY(db.Mount(path(u"empty.zel"_s), false));
+        QCOMPARE(db.Count(), 0);
+        QCOMPARE(db.LastIndex(), 0);
+        QVERIFY(m_log.isEmpty());
+    }
+
+    void largestFileMountsAndOneMoreIsRefused()
+    {
+        ikorvalite db;
+        for (int i = 1; i <= korva::kMaxEntries; ++i)
+            db.AppendEntry({u"q%1"_s.arg(i), -1, u"a"_s, 0, {}});
+        QVERIFY(db.SaveAs(path(u"big.zel"_s)));
+        QCOMPARE(QFileInfo(path(u"big.zel"_s)).size(), qint64(korva::kMaxEntries + 2) * 128);
+
+        ikorvalite back;
+        QVERIFY(back.Mount(path(u"big.zel"_s), false));
+        QCOMPARE(back.LastIndex(), 32767);
+        QCOMPARE(back.GetEntry(32767).key, u"q32767"_s);
+
+        const QByteArray before = ReadFileBytes(path(u"big.zel"_s));
+        back.AppendEntry({u"one too many"_s, -1, u"a"_s, 0, {}});
+        QVERIFY(!back.Save());
+        QCOMPARE(m_warnings.size(), size_t(1));
+        QVERIFY(m_warnings[0].second.contains(u"32767"_s));
+        QCOMPARE(ReadFileBytes(path(u"big.zel"_s)), before);
+    }
+
+    void recordLimits_data()
+    {
+        QTest::addColumn<int>("textLength");
+        QTest::addColumn<bool>("saved");
+        // key "k" (3) + flag (2) + text (2 + n) + number (4) + note (2) = 13 + n
+        QTest::newRow("exactly 128 bytes") << 115 << true;
+        QTest::newRow("129 bytes") << 116 << false;
+    }
+    void recordLimits()
+    {
+        QFETCH(int, textLength);
+        QFETCH(bool, saved);
+        ikorvalite db;
+        QVERIFY(db.Mount(path(u"limits.zel"_s), false));
+        QVERIFY(db.Save());
+        const QByteArray before = ReadFileBytes(path(u"limits.zel"_s));
+        db.SetValue(u"k"_s, QString(textLength, u'x'), 0, QString());
+        QCOMPARE(db.Save(), saved);
+        if (saved) {
+            QCOMPARE(ReadFileBytes(path(u"limits.zel"_s)).size(), 3 * 128);
+        } else {
+            QCOMPARE(ReadFileBytes(path(u"limits.zel"_s)), before);
+            QCOMPARE(m_warnings.size(), size_t(1));
+            QCOMPARE(m_warnings[0].first, u"Can't save file"_s);
+            QVERIFY(m_warnings[0].second.contains(u"129 bytes"_s));
+        }
+    }
+
+    void unstorableCharacterRefusedAtSave()
+    {
+        ikorvalite db;
+        QVERIFY(db.Mount(path(u"cp.zel"_s), false));
+        db.SetValue(u"word"_s, u"Жук"_s, 0, QString());
+        QVERIFY(!db.Save());
+        QCOMPARE(QFileInfo(path(u"cp.zel"_s)).size(), 0);
+        QVERIFY(db.LastError().contains(u"'Ж' (U+0416)"_s));
+    }
+
+    void readOnlyQuestion_data()
+    {
+        QTest::addColumn<bool>("answerYes");
+        QTest::newRow("yes overwrites") << true;
+        QTest::newRow("no keeps the file") << false;
+    }
+    void readOnlyQuestion()
+    {
+        QFETCH(bool, answerYes);
+        const QString p = path(u"ro.zel"_s);
+        const QByteArray original = bytes::header("d", 4, 0) + bytes::placeholder();
+        WriteFileBytes(p, original);
+        QFile::setPermissions(p, QFileDevice::ReadOwner | QFileDevice::ReadUser);
+
+        ikorvalite db;
+        QVERIFY(db.Mount(p, false));
+        db.SetValue(u"x"_s, QString(), 1, QString());
+        m_answerYes = answerYes;
+        QCOMPARE(db.Save(), answerYes);
+        QCOMPARE(m_questions.size(), size_t(1));
+        QCOMPARE(m_questions[0].first, u"Readonly File Detected"_s);
+        QCOMPARE(
+                m_questions[0].second,
+                u"The specified file is readonly. Do you want to save to this location anyways?"_s);
+        if (answerYes) {
+            QCOMPARE(ReadFileBytes(p).size(), 3 * 128);
+            QVERIFY(QFileInfo(p).permissions() & QFileDevice::WriteOwner);
+        } else {
+            QCOMPARE(ReadFileBytes(p), original);
+            QVERIFY(!(QFileInfo(p).permissions() & QFileDevice::WriteOwner));
+        }
+        QVERIFY(m_warnings.empty());
+        QFile::setPermissions(p, QFileDevice::ReadOwner | QFileDevice::WriteOwner);
+    }
+
+    void clearEmptiesAndUnmounts()
+    {
+        ikorvalite db;
+        QVERIFY(db.Mount(path(u"c.zel"_s), false));
+        db.SetTitle(u"kept title"_s);
+        db.SetValue(u"a"_s, u"b"_s, 0, QString());
+        db.Clear();
+        QVERIFY(!db.IsMounted());
+        QCOMPARE(db.LastIndex(), 0);
+        QCOMPARE(db.Count(), 0);
+        QCOMPARE(db.Description(), QString());
+        QCOMPARE(db.Header().format, 0);
+        QCOMPARE(db.Title(), u"kept title"_s);
+        QVERIFY(!db.Save()); // no path any more
+    }
+
+    void versionAndFiles()
+    {
+        QCOMPARE(ikorvalite::Version(), u"KORVA Platform v3.44 of 16Jan2010"_s);
+        WriteFileBytes(path(u"f.zel"_s), "x");
+        QVERIFY(ikorvalite::FileExists(path(u"f.zel"_s)));
+        QVERIFY(!ikorvalite::FileExists(m_dir.path())); // folders are not files
+        QVERIFY(!ikorvalite::FileExists(path(u"none.zel"_s)));
+    }
+
+    void fileAttributeMask_data()
+    {
+        QTest::addColumn<QString>("name");
+        QTest::addColumn<bool>("readOnly");
+        QTest::addColumn<QString>("mask");
+        QTest::newRow("plain file") << u"plain.txt"_s << false << u"----n---"_s;
+        QTest::newRow("read-only") << u"ro.txt"_s << true << u"-----r--"_s;
+        QTest::newRow("hidden") << u".hidden"_s << false << u"---h----"_s;
+    }
+    void fileAttributeMask()
+    {
+        QFETCH(QString, name);
+        QFETCH(bool, readOnly);
+        QFETCH(QString, mask);
+        const QString p = path(name);
+        WriteFileBytes(p, "x");
+        if (readOnly)
+            QFile::setPermissions(p, QFileDevice::ReadOwner);
+        ikorvalite::LogFileAttributes(p);
+        QCOMPARE(m_log, QStringList(u" .. opening file '"_s + p + u"' ["_s + mask + u"]/n"_s));
+        QFile::setPermissions(p, QFileDevice::ReadOwner | QFileDevice::WriteOwner);
+    }
+};
+
+QTEST_GUILESS_MAIN(KorvaTest)
+#include "tst_korva.moc"

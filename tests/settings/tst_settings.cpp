@@ -1,0 +1,174 @@
+#include "core/programstate.h"
+#include "ikorvalite.h"
+#include "korvabuilder.h"
+#include "settings/r_data.h"
+#include "settings/settingskeys.h"
+#include "testsupport.h"
+
+#include <QSignalSpy>
+#include <QTest>
+
+#include <memory>
+
+using namespace Qt::Literals::StringLiterals;
+
+namespace {
+
+using Corner = r_data::Corner;
+
+const QStringList kDefaultNames = {
+        u"backcolor_a"_s,         u"backcolor_b"_s,       u"main_text_shadow"_s,
+        u"main_text_forecolor"_s, u"tr_text_shadow"_s,    u"tr_text_forecolor"_s,
+        u"tl_text_shadow"_s,      u"tl_text_forecolor"_s, u"br_text_shadow"_s,
+        u"br_text_forecolor"_s,   u"bl_text_shadow"_s,    u"bl_text_forecolor"_s,
+};
+
+void mountMaster(TestEnvironment &env)
+{
+    g_BaseDirectory = env.home();
+    g_MasterDb = std::make_unique<ikorvalite>();
+    QVERIFY(g_MasterDb->Mount(env.path(u"sys.zel"_s), false));
+}
+
+} // namespace
+
+class SettingsTest : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void defaults()
+    {
+        TestEnvironment env;
+        r_data metrics;
+        metrics.ColorDefaults();
+        QCOMPARE(env.logLines(),
+                 QStringList({u"forcing metrics data manager to defaults/n"_s,
+                              u".. 12 colors defined/n"_s}));
+        const auto &colors = metrics.Colors();
+        QCOMPARE(colors.size(), size_t(13));
+        QCOMPARE(colors[0].name, QString()); // the placeholder
+        QStringList names;
+        for (size_t i = 1; i < colors.size(); ++i)
+            names << colors[i].name;
+        QCOMPARE(names, kDefaultNames);
+        QCOMPARE(metrics.Color(u"backcolor_b"_s, 0), 14570825u);
+        QCOMPARE(metrics.Color(u"main_text_forecolor"_s, 0), 0xFFFFFFu);
+        QCOMPARE(metrics.Color(u"main_text_shadow"_s, 7), 0u);
+        QCOMPARE(metrics.Color(u"no_such_colour"_s, 7), 7u);
+
+        // Defaults start from an empty list, dropping colours set before.
+        metrics.SetColor(u"extra"_s, 5);
+        metrics.SetColor(u"backcolor_a"_s, 0x0000FF);
+        QCOMPARE(metrics.Colors().size(), size_t(14));
+        metrics.ColorDefaults();
+        QCOMPARE(metrics.Colors().size(), size_t(13));
+        QCOMPARE(metrics.Color(u"backcolor_a"_s, 9), 0u);
+    }
+
+    void readColorsTakesOnlyNumberEntriesOfTheGroup()
+    {
+        TestEnvironment env;
+        mountMaster(env);
+        g_MasterDb->SetValue(u"backcolor_a"_s, QString(), 0x112233, u"color_metrics"_s);
+        g_MasterDb->SetValue(u"looks_like_colour"_s, u"text"_s, 0, u"color_metrics"_s);
+        g_MasterDb->SetValue(u"alpha_level"_s, QString(), 90, u"alpha_transparency"_s);
+        g_MasterDb->SetValue(u"tl_text_shadow"_s, QString(), 0x00FF00, u"color_metrics"_s);
+        g_MasterDb->SetValue(u"br_text"_s, u"Press Return to flip the card"_s, 0, QString());
+
+        r_data metrics;
+        QCOMPARE(metrics.ReadColors(), 2);
+        QCOMPARE(env.logLines().last(), u"read 2 color definitions from disk/n"_s);
+        QCOMPARE(metrics.Colors().size(), size_t(3));
+        QCOMPARE(metrics.Color(u"backcolor_a"_s, 0), 0x112233u);
+        QCOMPARE(metrics.Color(u"tl_text_shadow"_s, 0), 0x00FF00u);
+        QCOMPARE(metrics.Color(u"looks_like_colour"_s, 4), 4u);
+        // The "br_text" key lands in the bottom-left corner, on purpose.
+        QCOMPARE(metrics.CornerText(Corner::BottomLeft), u"Press Return to flip the card"_s);
+        QVERIFY(metrics.CornerShown(Corner::BottomLeft));
+        QCOMPARE(metrics.CornerText(Corner::BottomRight), QString());
+    }
+
+    void noColoursReadMeansDefaults()
+    {
+        TestEnvironment env;
+        mountMaster(env);
+        r_data metrics;
+        QCOMPARE(metrics.ReadColors(), 0);
+        QCOMPARE(metrics.CornerText(Corner::BottomLeft), u"Right click anywhere for menu"_s);
+        metrics.LoadColors();
+        QCOMPARE(metrics.Colors().size(), size_t(13));
+        QCOMPARE(env.logLines().mid(env.logLines().size() - 3),
+                 QStringList({u"read 0 color definitions from disk/n"_s,
+                              u"forcing metrics data manager to defaults/n"_s,
+                              u".. 12 colors defined/n"_s}));
+    }
+
+    void writeColorsSavesEveryPairAndThePlaceholder()
+    {
+        TestEnvironment env;
+        mountMaster(env);
+        g_MasterDb->SetValue(u"flist_count"_s, QString(), 0, QString());
+        r_data metrics;
+        metrics.ColorDefaults();
+        metrics.SetColor(u"backcolor_b"_s, 0x0000FF);
+        metrics.WriteColors();
+        QCOMPARE(env.logLines().last(), u"wrote 12 color definitions to disk/n"_s);
+
+        // On disk: the placeholder took the group as its note, then the
+        // earlier key, then the twelve colours in order.
+        const QByteArray file = ReadFileBytes(env.path(u"sys.zel"_s));
+        QCOMPARE(file.size(), (2 + 13) * 128);
+        QCOMPARE(file.mid(128, 128), bytes::entry({}, 0, {}, 0, "color_metrics"));
+        QCOMPARE(file.mid(3 * 128, 128), bytes::entry("backcolor_a", 0, {}, 0, "color_metrics"));
+        QCOMPARE(file.mid(4 * 128, 128), bytes::entry("backcolor_b", 0, {}, 0xFF, "color_metrics"));
+
+        r_data back;
+        QCOMPARE(back.ReadColors(), 12);
+        QCOMPARE(back.Color(u"backcolor_b"_s, 0), 0xFFu);
+    }
+
+    void withoutMasterUsesTheHomeFile()
+    {
+        TestEnvironment env;
+        g_BaseDirectory = env.home();
+        r_data metrics;
+        metrics.ColorDefaults();
+        metrics.WriteColors();
+        QVERIFY(!g_MasterDb); // mounted for the call only
+        ikorvalite db;
+        QVERIFY(db.Mount(env.path(u"sys.zel"_s), false));
+        QCOMPARE(db.GetNumber(u"backcolor_b"_s, 0).value, 14570825);
+        QCOMPARE(db.GetNote(u"backcolor_b"_s), u"color_metrics"_s);
+
+        r_data reader;
+        QCOMPARE(reader.ReadColors(), 12);
+        QVERIFY(!g_MasterDb);
+    }
+
+    void cornerDisplayTime()
+    {
+        TestEnvironment env;
+        r_data metrics;
+        QSignalSpy expired(&metrics, &r_data::cornerExpired);
+        metrics.SetCornerText(Corner::BottomLeft, u"Roll mouse over controls to see descriptions"_s,
+                              1);
+        QVERIFY(metrics.CornerShown(Corner::BottomLeft));
+        QTRY_COMPARE_WITH_TIMEOUT(expired.count(), 1, 3000);
+        QCOMPARE(expired.at(0).at(0).value<Corner>(), Corner::BottomLeft);
+        QVERIFY(!metrics.CornerShown(Corner::BottomLeft));
+        // The text stays, so a later comparison with it still finds it.
+        QCOMPARE(metrics.CornerText(Corner::BottomLeft),
+                 u"Roll mouse over controls to see descriptions"_s);
+
+        // Setting a text without a time stops a running one.
+        metrics.SetCornerText(Corner::TopRight, u"a"_s, 1);
+        metrics.SetCornerText(Corner::TopRight, u"b"_s);
+        QTest::qWait(1300);
+        QCOMPARE(expired.count(), 1);
+        QVERIFY(metrics.CornerShown(Corner::TopRight));
+    }
+};
+
+QTEST_GUILESS_MAIN(SettingsTest)
+#include "tst_settings.moc"

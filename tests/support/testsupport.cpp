@@ -1,0 +1,126 @@
+#include "testsupport.h"
+
+#include "core/programstate.h"
+
+#include <QDir>
+#include <QFile>
+#include <QFileInfo>
+#include <QTest>
+
+#include <memory>
+
+using namespace Qt::Literals::StringLiterals;
+
+MsgResult FakePrompter::ShowMessage(const MessageBoxRequest &request)
+{
+    boxes.push_back(request);
+    if (!answers.empty()) {
+        const MsgResult answer = answers.front();
+        answers.pop_front();
+        return answer;
+    }
+    switch (request.buttons) {
+    case MsgButtons::OK:
+        return MsgResult::OK;
+    case MsgButtons::YesNo:
+        return MsgResult::No;
+    default:
+        return MsgResult::Cancel;
+    }
+}
+
+std::optional<QString> FakePrompter::AskFileName(const FileDialogRequest &request)
+{
+    fileDialogs.push_back(request);
+    if (fileAnswers.empty())
+        return std::nullopt;
+    auto answer = fileAnswers.front();
+    fileAnswers.pop_front();
+    return answer;
+}
+
+std::optional<quint32> FakePrompter::AskColor(quint32)
+{
+    if (colorAnswers.empty())
+        return std::nullopt;
+    auto answer = colorAnswers.front();
+    colorAnswers.pop_front();
+    return answer;
+}
+
+bool FakePrompter::StartProgram(const QString &program, const QStringList &arguments)
+{
+    launches.push_back({program, arguments});
+    return !program.isEmpty();
+}
+
+bool FakePrompter::OpenDocument(const QString &pathOrUrl)
+{
+    openedDocuments << pathOrUrl;
+    return true;
+}
+
+QStringList FakePrompter::boxTitles() const
+{
+    QStringList titles;
+    for (const auto &b : boxes)
+        titles << b.title;
+    return titles;
+}
+
+QStringList RecordingWatcher::messages() const
+{
+    QStringList out;
+    for (const auto &l : lines)
+        out << l.message;
+    return out;
+}
+
+TestEnvironment::TestEnvironment(bool withWatcher)
+{
+    ResetProgramState();
+    m_oldHome = qgetenv("HOME");
+    const QString home = m_home.path();
+    qputenv("HOME", home.toUtf8());
+    qputenv("XDG_CONFIG_HOME", (home + u"/.config"_s).toUtf8());
+    qputenv("XDG_DATA_HOME", (home + u"/.local/share"_s).toUtf8());
+    QDir(home).mkpath(u"Documents"_s);
+    SetPrompter(&prompter);
+    SetPauser(&pauser);
+    if (withWatcher) {
+        auto w = std::make_unique<RecordingWatcher>();
+        watcher = w.get();
+        g_Watcher = std::move(w);
+    }
+}
+
+TestEnvironment::~TestEnvironment()
+{
+    ResetProgramState();
+    SetPrompter(nullptr);
+    SetPauser(nullptr);
+    qputenv("HOME", m_oldHome);
+    qunsetenv("XDG_CONFIG_HOME");
+    qunsetenv("XDG_DATA_HOME");
+}
+
+QStringList TestEnvironment::logLines() const
+{
+    return watcher ? watcher->messages() : QStringList();
+}
+
+void WriteFileBytes(const QString &path, const QByteArray &bytes)
+{
+    QDir().mkpath(QFileInfo(path).absolutePath());
+    QFile f(path);
+    QVERIFY2(f.open(QIODevice::WriteOnly | QIODevice::Truncate), qPrintable(path));
+    QCOMPARE(f.write(bytes), bytes.size());
+}
+
+QByteArray ReadFileBytes(const QString &path)
+{
+    QFile f(path);
+    if (!f.open(QIODevice::ReadOnly))
+        return {};
+    return f.readAll();
+}

@@ -1,0 +1,137 @@
+#pragma once
+
+#include "core/clstimer.h"
+#include "core/log.h"
+#include "core/pause.h"
+#include "core/prompter.h"
+
+#include <QString>
+#include <QStringList>
+#include <QTemporaryDir>
+
+#include <deque>
+#include <optional>
+#include <vector>
+
+// Answers message boxes and dialogs from a script and records everything it
+// was asked. A box with no scripted answer gets its safest answer (OK, else
+// Cancel, else No), like a user who closes it.
+class FakePrompter final : public Prompter
+{
+public:
+    struct Launch
+    {
+        QString program;
+        QStringList arguments;
+    };
+
+    std::vector<MessageBoxRequest> boxes;
+    std::vector<FileDialogRequest> fileDialogs;
+    std::vector<Launch> launches;
+    QStringList openedDocuments;
+
+    std::deque<MsgResult> answers;
+    std::deque<std::optional<QString>> fileAnswers;
+    std::deque<std::optional<quint32>> colorAnswers;
+
+    MsgResult ShowMessage(const MessageBoxRequest &request) override;
+    std::optional<QString> AskFileName(const FileDialogRequest &request) override;
+    std::optional<quint32> AskColor(quint32 initial) override;
+    bool StartProgram(const QString &program, const QStringList &arguments) override;
+    bool OpenDocument(const QString &pathOrUrl) override;
+
+    QStringList boxTitles() const;
+};
+
+// Records every log line that reaches the watcher outlet.
+class RecordingWatcher final : public MessageWatcher
+{
+public:
+    struct Line
+    {
+        QString message;
+        qint16 level;
+        qint32 channel;
+    };
+    std::vector<Line> lines;
+    bool connected = false;
+    bool *disconnected = nullptr; // set when told to disconnect (it is released right after)
+
+    void Connect(const QString &) override { connected = true; }
+    void showWatchWindow() override {}
+    void AddMsg(QString &message, qint16 &level, qint32 &channel) override
+    {
+        lines.push_back({message, level, channel});
+    }
+    void Disconnect() override
+    {
+        if (disconnected)
+            *disconnected = true;
+    }
+
+    QStringList messages() const;
+    void clear() { lines.clear(); }
+};
+
+// Pauses that take no time but are counted.
+class InstantPauser final : public Pauser
+{
+public:
+    qint64 sleptMs = 0;
+    int sleeps = 0;
+    int eventRounds = 0;
+    void Sleep(int ms) override
+    {
+        sleptMs += ms;
+        ++sleeps;
+    }
+    void ProcessEvents() override { ++eventRounds; }
+};
+
+// A counter the test moves by hand.
+class ManualTicks final : public TickSource
+{
+public:
+    qint64 frequency = 1000;
+    qint64 now = 0;
+    bool Frequency(qint64 &ticksPerSecond) override
+    {
+        ticksPerSecond = frequency;
+        return frequency != 0;
+    }
+    bool Counter(qint64 &ticks) override
+    {
+        ticks = now;
+        return true;
+    }
+};
+
+// Everything a test of the program's logic needs: program-wide state reset,
+// a temporary home (HOME, XDG folders and the documents folder in it), a
+// fake prompter, instant pauses and a recording watcher as g_Watcher.
+// Undone when it goes out of scope.
+class TestEnvironment
+{
+public:
+    explicit TestEnvironment(bool withWatcher = true);
+    ~TestEnvironment();
+    TestEnvironment(const TestEnvironment &) = delete;
+    TestEnvironment &operator=(const TestEnvironment &) = delete;
+
+    QString home() const { return m_home.path(); }
+    QString path(const QString &name) const { return m_home.filePath(name); }
+    // The log lines so far, or an empty list without a watcher.
+    QStringList logLines() const;
+
+    FakePrompter prompter;
+    InstantPauser pauser;
+    RecordingWatcher *watcher = nullptr; // owned by g_Watcher
+
+private:
+    QTemporaryDir m_home;
+    QByteArray m_oldHome;
+};
+
+// Writes bytes to a file, creating folders; fails the test on error.
+void WriteFileBytes(const QString &path, const QByteArray &bytes);
+QByteArray ReadFileBytes(const QString &path);

@@ -1,0 +1,407 @@
+#include "cards/deck.h"
+#include "cardtext.h"
+#include "chapterrules.h"
+#include "commandline.h"
+#include "core/programstate.h"
+#include "ikorvalite.h"
+#include "korvabuilder.h"
+#include "settings/r_data.h"
+#include "testsupport.h"
+
+#include <QBuffer>
+#include <QDir>
+#include <QFileInfo>
+#include <QJsonArray>
+#include <QJsonDocument>
+#include <QJsonObject>
+#include <QProcess>
+#include <QTest>
+
+#include <memory>
+
+using namespace Qt::Literals::StringLiterals;
+
+namespace {
+
+struct RunResult
+{
+    int status;
+    QByteArray out;
+    QString err;
+};
+
+RunResult run(const QStringList &args)
+{
+    QBuffer out, err;
+    out.open(QIODevice::WriteOnly);
+    err.open(QIODevice::WriteOnly);
+    const int status = commandline::Run(args, out, err);
+    return {status, out.data(), QString::fromUtf8(err.data())};
+}
+
+QJsonObject dumpJson(const QString &path)
+{
+    const RunResult r = run({u"dump"_s, path});
+    if (r.status != 0)
+        return {};
+    QJsonParseError error;
+    const QJsonDocument doc = QJsonDocument::fromJson(r.out, &error);
+    return doc.object();
+}
+
+using Rows = QList<QStringList>;
+
+} // namespace
+
+class VxeditTest : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void parse_data()
+    {
+        QTest::addColumn<QByteArray>("data");
+        QTest::addColumn<bool>("csv");
+        QTest::addColumn<Rows>("rows");
+        QTest::addColumn<QList<int>>("lines");
+        QTest::newRow("tsv with and without notes")
+                << QByteArray("der Hund\tthe dog\tpl. die Hunde\ndie Katze\tthe cat\n") << false
+                << Rows {{u"der Hund"_s, u"the dog"_s, u"pl. die Hunde"_s},
+                         {u"die Katze"_s, u"the cat"_s}}
+                << QList<int> {1, 2};
+        QTest::newRow("bom, windows line ends, blank lines")
+                << QByteArray("\xEF\xBB\xBFgr\xC3\xBCn\tgreen\r\n\r\nrot\tred\r\n") << false
+                << Rows {{u"grün"_s, u"green"_s}, {u"rot"_s, u"red"_s}} << QList<int> {1, 3};
+        QTest::newRow("header lines of an export")
+                << QByteArray("#separator:tab\n#html:false\nja\tyes\n#not a header\tx\n") << false
+                << Rows {{u"ja"_s, u"yes"_s}, {u"#not a header"_s, u"x"_s}} << QList<int> {3, 4};
+        QTest::newRow("csv quoting") << QByteArray("\"Hallo, Welt\",\"hello, \"\"world\"\"\",note\n"
+                                                   "\"zwei\nZeilen\",two lines,\r\nplain,text\n")
+                                     << true
+                                     << Rows {{u"Hallo, Welt"_s, u"hello, \"world\""_s, u"note"_s},
+                                              {u"zwei\nZeilen"_s, u"two lines"_s, QString()},
+                                              {u"plain"_s, u"text"_s}}
+                                     << QList<int> {1, 2, 4};
+        QTest::newRow("csv without final line end")
+                << QByteArray("a,b") << true << Rows {{u"a"_s, u"b"_s}} << QList<int> {1};
+        QTest::newRow("csv quoted line break with windows end")
+                << QByteArray("\"x\r\ny\",z\r\n") << true << Rows {{u"x\ny"_s, u"z"_s}}
+                << QList<int> {1};
+    }
+    void parse()
+    {
+        QFETCH(QByteArray, data);
+        QFETCH(bool, csv);
+        QFETCH(Rows, rows);
+        QFETCH(QList<int>, lines);
+        std::vector<cardtext::Row> parsed;
+        QString error;
+        QVERIFY2(cardtext::Parse(data, csv ? cardtext::Format::Csv : cardtext::Format::Tsv, parsed,
+                                 &error),
+                 qPrintable(error));
+        Rows got;
+        QList<int> gotLines;
+        for (const auto &r : parsed) {
+            got << r.fields;
+            gotLines << r.line;
+        }
+        QCOMPARE(got, rows);
+        QCOMPARE(gotLines, lines);
+    }
+
+    void parseErrors_data()
+    {
+        QTest::addColumn<QByteArray>("data");
+        QTest::addColumn<bool>("csv");
+        QTest::addColumn<QString>("error");
+        QTest::newRow("not utf-8") << QByteArray("a\tb\nGr\xFCn\tgreen\n") << false
+                                   << u"line 2: the text is not UTF-8"_s;
+        QTest::newRow("open quote") << QByteArray("a,b\n\"never closed,x\n") << true
+                                    << u"line 2: a quoted field is never closed"_s;
+    }
+    void parseErrors()
+    {
+        QFETCH(QByteArray, data);
+        QFETCH(bool, csv);
+        QFETCH(QString, error);
+        std::vector<cardtext::Row> parsed;
+        QString why;
+        QVERIFY(!cardtext::Parse(data, csv ? cardtext::Format::Csv : cardtext::Format::Tsv, parsed,
+                                 &why));
+        QCOMPARE(why, error);
+    }
+
+    void cardLimits_data()
+    {
+        QTest::addColumn<QString>("question");
+        QTest::addColumn<QString>("answer");
+        QTest::addColumn<QString>("note");
+        QTest::addColumn<QString>("problem");
+        // Question, answer and note share 116 bytes of a 128-byte record.
+        QTest::newRow("exactly 128 bytes")
+                << QString(50, u'q') << QString(60, u'a') << QString(6, u'n') << QString();
+        QTest::newRow("129 bytes")
+                << QString(50, u'q') << QString(60, u'a') << QString(7, u'n')
+                << u"the card takes 129 bytes, more than the 128 of a chapter record "
+                   "(question, answer and note may have 116 bytes together)"_s;
+        QTest::newRow("umlauts are one byte")
+                << QString(116 - 6, u'ü') << u"abc"_s << u"def"_s << QString();
+        QTest::newRow("empty question")
+                << QString() << u"a"_s << QString() << u"the question is empty"_s;
+        QTest::newRow("empty answer")
+                << u"q"_s << QString() << QString() << u"the answer is empty"_s;
+        QTest::newRow("code page")
+                << u"q"_s << u"a"_s << u"see 日本"_s
+                << u"the note holds '日' (U+65E5), which a chapter file cannot store"_s;
+    }
+    void cardLimits()
+    {
+        QFETCH(QString, question);
+        QFETCH(QString, answer);
+        QFETCH(QString, note);
+        QFETCH(QString, problem);
+        QCOMPARE(chapterrules::CheckCard(question, answer, note), problem);
+        if (problem.isEmpty()) {
+            QCOMPARE(chapterrules::CardRecordBytes(question, answer, note), qsizetype(128));
+        }
+    }
+
+    void importDumpExportRoundTrip()
+    {
+        QTemporaryDir dir;
+        const QString src = dir.filePath(u"words.csv"_s);
+        WriteFileBytes(
+                src,
+                "\xEF\xBB\xBF"
+                "der Apfel,the apple,\"pl. die \xC3\x84pfel\"\r\n"
+                "Grasc(252)n,green\r\n\"Komma, bitte\",\"comma, please\",\"\"\"quoted\"\"\"\r\n");
+        const QString zel = dir.filePath(u"out.zel"_s);
+        const RunResult imported =
+                run({u"import"_s, src, u"-o"_s, zel, u"--title"_s, u"Obst & Farben"_s});
+        QCOMPARE(imported.err, QString());
+        QCOMPARE(imported.status, 0);
+
+        // The file the study program reads: exact header and records.
+        const QByteArray file = ReadFileBytes(zel);
+        QCOMPARE(file.left(128),
+                 bytes::header("generated automatically by the Vocabrix Editor v1.21", 4, 3,
+                               "Obst & Farben"));
+        QCOMPARE(file.mid(2 * 128, 128),
+                 bytes::entry("der Apfel", -1, "the apple", 0, "pl. die \xC4pfel"));
+
+        const QJsonObject json = dumpJson(zel);
+        QCOMPARE(json.value(u"description"_s).toString(),
+                 u"generated automatically by the Vocabrix Editor v1.21"_s);
+        QCOMPARE(json.value(u"format"_s).toInt(), 4);
+        QCOMPARE(json.value(u"count"_s).toInt(), 3);
+        QCOMPARE(json.value(u"title"_s).toString(), u"Obst & Farben"_s);
+        const QJsonArray entries = json.value(u"entries"_s).toArray();
+        QCOMPARE(entries.size(), 4);
+        QCOMPARE(entries[0].toObject().value(u"key"_s).toString(), QString()); // the placeholder
+        QCOMPARE(entries[0].toObject().value(u"is_text"_s).toInt(), 0);
+        const QJsonObject apple = entries[1].toObject();
+        QCOMPARE(apple.value(u"is_text"_s).toInt(), -1);
+        QCOMPARE(apple.value(u"note"_s).toString(), u"pl. die Äpfel"_s);
+        QCOMPARE(entries[3].toObject().value(u"text"_s).toString(), u"comma, please"_s);
+        QCOMPARE(entries[3].toObject().value(u"note"_s).toString(), u"\"quoted\""_s);
+
+        // Export and import again: the same cards, byte for byte.
+        const QString tsv = dir.filePath(u"back.tsv"_s);
+        QCOMPARE(run({u"export"_s, zel, u"-o"_s, tsv}).status, 0);
+        QCOMPARE(ReadFileBytes(tsv),
+                 QByteArray("der Apfel\tthe apple\tpl. die \xC3\x84pfel\nGrasc(252)n\tgreen\n"
+                            "Komma, bitte\tcomma, please\t\"quoted\"\n"));
+        const QString again = dir.filePath(u"again.zel"_s);
+        QCOMPARE(run({u"import"_s, tsv, u"-o"_s, again, u"--title"_s, u"Obst & Farben"_s}).status,
+                 0);
+        QCOMPARE(ReadFileBytes(again), file);
+
+        // To standard output, and as CSV.
+        QCOMPARE(run({u"export"_s, zel}).out, ReadFileBytes(tsv));
+        const QString csv = dir.filePath(u"back.csv"_s);
+        QCOMPARE(run({u"export"_s, zel, u"-o"_s, csv}).status, 0);
+        QVERIFY(ReadFileBytes(csv).contains(
+                "\"Komma, bitte\",\"comma, please\",\"\"\"quoted\"\"\""));
+    }
+
+    void importRefusals_data()
+    {
+        QTest::addColumn<QString>("name");
+        QTest::addColumn<QByteArray>("content");
+        QTest::addColumn<QString>("message");
+        QTest::newRow("too few fields")
+                << u"w.tsv"_s << QByteArray("a\tb\nonly question\n")
+                << u"w.tsv: line 2: a card needs a question and an answer separated by a tab"_s;
+        QTest::newRow("empty answer")
+                << u"w.csv"_s << QByteArray("a,b\nc,\n") << u"w.csv: line 2: the answer is empty"_s;
+        QTest::newRow("record too long")
+                << u"w.tsv"_s
+                << QByteArray("a\tb\n") + QByteArray(60, 'q') + "\t" + QByteArray(57, 'a') + "\n"
+                << u"w.tsv: line 2: the card takes 129 bytes, more than the 128 of a chapter "
+                   "record (question, answer and note may have 116 bytes together)"_s;
+        QTest::newRow("code page")
+                << u"w.tsv"_s << QByteArray("a\tb\nc\t\xE2\x82\xAC ok \xE2\x80\x94 \xCE\xA9\n")
+                << u"w.tsv: line 2: the answer holds 'Ω' (U+03A9), which a chapter file cannot store"_s;
+        QTest::newRow("extra field")
+                << u"w.tsv"_s << QByteArray("a\tb\tc\td\n")
+                << u"w.tsv: line 1: a card has three fields at most (question, answer, note); this line has 4"_s;
+        QTest::newRow("not utf-8") << u"w.tsv"_s << QByteArray("a\tb\n\xFF\xFE\tx\n")
+                                   << u"w.tsv: line 2: the text is not UTF-8"_s;
+        QTest::newRow("one card") << u"w.tsv"_s << QByteArray("a\tb\n")
+                                  << u"w.tsv: only one card; a chapter needs two to be studied"_s;
+        QTest::newRow("nothing") << u"w.csv"_s << QByteArray("\n\n") << u"w.csv: no cards found"_s;
+    }
+    void importRefusals()
+    {
+        QFETCH(QString, name);
+        QFETCH(QByteArray, content);
+        QFETCH(QString, message);
+        QTemporaryDir dir;
+        QVERIFY(QDir::setCurrent(dir.path()));
+        WriteFileBytes(name, content);
+        const RunResult r = run({u"import"_s, name, u"-o"_s, u"out.zel"_s});
+        QCOMPARE(r.status, 1);
+        QCOMPARE(r.err, u"vxedit: "_s + message + u'\n');
+        QVERIFY(!QFileInfo::exists(u"out.zel"_s)); // nothing written
+        QCOMPARE(QDir(dir.path()).entryList(QDir::Files),
+                 QStringList(name)); // nor anything half-written
+        QDir::setCurrent(QDir::tempPath());
+    }
+
+    void refusedImportKeepsAnExistingChapter()
+    {
+        QTemporaryDir dir;
+        const QString out = dir.filePath(u"keep.zel"_s);
+        WriteFileBytes(out, "the chapter that was there");
+        WriteFileBytes(dir.filePath(u"bad.tsv"_s), "a\tb\nc\n");
+        QCOMPARE(run({u"import"_s, dir.filePath(u"bad.tsv"_s), u"-o"_s, out}).status, 1);
+        QCOMPARE(ReadFileBytes(out), QByteArray("the chapter that was there"));
+    }
+
+    void damagedOrForeignFiles_data()
+    {
+        QTest::addColumn<QByteArray>("content");
+        QTest::addColumn<QString>("verb");
+        QTest::addColumn<QString>("message");
+        QTest::newRow("truncated")
+                << bytes::header("generated automatically by the Vocabrix Editor v1.21", 4, 3)
+                << u"dump"_s
+                << u"not a KORVA file, or a damaged one: the file ends after 0 of its 3 entries"_s;
+        QTest::newRow("text file")
+                << QByteArray("hello\n") << u"export"_s
+                << u"not a KORVA file, or a damaged one: the header record is damaged"_s;
+        QTest::newRow("settings file")
+                << bytes::header("KORVA Database File; KORVA Lite version", 4, 0)
+                        + bytes::placeholder()
+                << u"export"_s
+                << u"not a chapter file (its description is 'KORVA Database File; KORVA Lite version')"_s;
+    }
+    void damagedOrForeignFiles()
+    {
+        QFETCH(QByteArray, content);
+        QFETCH(QString, verb);
+        QFETCH(QString, message);
+        QTemporaryDir dir;
+        const QString p = dir.filePath(u"f.zel"_s);
+        WriteFileBytes(p, content);
+        const RunResult r = run({verb, p});
+        QCOMPARE(r.status, 1);
+        QCOMPARE(r.err, u"vxedit: "_s + p + u": "_s + message + u'\n');
+        QCOMPARE(ReadFileBytes(p), content);
+    }
+
+    void usage_data()
+    {
+        QTest::addColumn<QStringList>("args");
+        QTest::newRow("nothing") << QStringList();
+        QTest::newRow("import without output") << QStringList({u"import"_s, u"a.tsv"_s});
+        QTest::newRow("unknown option") << QStringList({u"dump"_s, u"--frobnicate"_s, u"x"_s});
+        QTest::newRow("two files") << QStringList({u"dump"_s, u"x"_s, u"y"_s});
+        QTest::newRow("missing value") << QStringList({u"import"_s, u"a.tsv"_s, u"-o"_s});
+    }
+    void usage()
+    {
+        QFETCH(QStringList, args);
+        const RunResult r = run(args);
+        QCOMPARE(r.status, 2);
+        QVERIFY(r.err.contains(u"usage: vxedit"_s));
+    }
+
+    void missingFileIsNotCreated()
+    {
+        QTemporaryDir dir;
+        const QString p = dir.filePath(u"none.zel"_s);
+        const RunResult r = run({u"dump"_s, p});
+        QCOMPARE(r.status, 1);
+        QCOMPARE(r.err, u"vxedit: "_s + p + u": no such file\n"_s);
+        QVERIFY(!QFileInfo::exists(p));
+    }
+
+    void importedChapterLoadsIntoTheDeck()
+    {
+        TestEnvironment env;
+        FlushData(true);
+        const QString zel = env.path(u"ex1.zel"_s);
+        QCOMPARE(run({u"import"_s, QStringLiteral(EXAMPLES_DIR) + u"/ex1.tsv"_s, u"-o"_s, zel})
+                         .status,
+                 0);
+        LoadChapterFile(zel, u"Greetings"_s);
+        QVERIFY(env.prompter.boxes.empty());
+        QVERIFY(g_Deck.UBound() >= 25);
+        bool escapesReplaced = true, hasUmlaut = false;
+        for (const Card &c : g_Deck.cards()) {
+            escapesReplaced = escapesReplaced && !c.question.contains(u"asc("_s)
+                    && !c.answer.contains(u"asc("_s);
+            hasUmlaut = hasUmlaut || c.question.contains(u'ü') || c.question.contains(u'ß');
+        }
+        QVERIFY(escapesReplaced);
+        QVERIFY(hasUmlaut);
+    }
+
+    void masterDatabaseDumpShowsSettings()
+    {
+        TestEnvironment env;
+        g_BaseDirectory = env.home();
+        g_MasterDb = std::make_unique<ikorvalite>();
+        QVERIFY(g_MasterDb->Mount(env.path(u"sys.zel"_s), false));
+        g_MasterDb->SetValue(u"flist_count"_s, QString(), 1, QString());
+        g_MasterDb->SetValue(u"flist_name_1"_s, env.path(u"ex1.zel"_s), 0, QString());
+        r_data metrics;
+        metrics.ColorDefaults();
+        metrics.WriteColors();
+
+        const QJsonObject json = dumpJson(env.path(u"sys.zel"_s));
+        QCOMPARE(json.value(u"description"_s).toString(),
+                 u"KORVA Database File; KORVA Lite version"_s);
+        QHash<QString, QJsonObject> byKey;
+        for (const QJsonValue &v : json.value(u"entries"_s).toArray())
+            byKey.insert(v.toObject().value(u"key"_s).toString(), v.toObject());
+        QCOMPARE(byKey.value(u"flist_count"_s).value(u"number"_s).toInt(), 1);
+        QCOMPARE(byKey.value(u"flist_name_1"_s).value(u"text"_s).toString(),
+                 env.path(u"ex1.zel"_s));
+        QCOMPARE(byKey.value(u"backcolor_b"_s).value(u"number"_s).toInt(), 14570825);
+        QCOMPARE(byKey.value(u"backcolor_b"_s).value(u"note"_s).toString(), u"color_metrics"_s);
+        QCOMPARE(byKey.value(QString()).value(u"note"_s).toString(), u"color_metrics"_s);
+        QCOMPARE(json.value(u"count"_s).toInt(), 14);
+    }
+
+    void binaryAnswersOnStandardStreams()
+    {
+        QTemporaryDir dir;
+        QProcess p;
+        p.start(QStringLiteral(VXEDIT_BINARY), {u"dump"_s, dir.filePath(u"missing.zel"_s)});
+        QVERIFY(p.waitForFinished(30000));
+        QCOMPARE(p.exitCode(), 1);
+        QCOMPARE(QString::fromUtf8(p.readAllStandardError()).count(u'\n'), 1);
+
+        p.start(QStringLiteral(VXEDIT_BINARY),
+                {u"export"_s,
+                 QFileInfo(QStringLiteral(VXEDIT_BINARY)).absolutePath() + u"/ex2.zel"_s});
+        QVERIFY(p.waitForFinished(30000));
+        QCOMPARE(p.exitCode(), 0);
+        QVERIFY(p.readAllStandardOutput().count('\n') >= 25);
+    }
+};
+
+QTEST_GUILESS_MAIN(VxeditTest)
+#include "tst_vxedit.moc"

@@ -1,0 +1,225 @@
+#include "commandline.h"
+
+#include "cardtext.h"
+#include "chapterformat.h"
+#include "chapterrules.h"
+#include "ikorvalite.h"
+#include "korvajson.h"
+
+#include <QFile>
+#include <QFileInfo>
+#include <QIODevice>
+#include <QSaveFile>
+
+using namespace Qt::Literals::StringLiterals;
+
+namespace commandline {
+
+namespace {
+
+// A list of 32,767 cards is a few megabytes; this keeps a wrong file from
+// being read whole.
+constexpr qint64 kMaxSourceSize = 64 * 1024 * 1024;
+
+const QString kUsage = u"usage: vxedit dump FILE\n"
+                       "       vxedit import SOURCE.tsv|SOURCE.csv -o OUT.zel [--title TITLE]\n"
+                       "       vxedit export FILE.zel [-o OUT.tsv|OUT.csv]\n"_s;
+
+class Session
+{
+public:
+    Session(QIODevice &out, QIODevice &err) : m_out(out), m_err(err) {}
+
+    int fail(const QString &where, const QString &why)
+    {
+        m_err.write((u"vxedit: "_s + where + u": "_s + why + u'\n').toUtf8());
+        return 1;
+    }
+    int usage(const QString &why)
+    {
+        m_err.write((u"vxedit: "_s + why + u"\n"_s + kUsage).toUtf8());
+        return 2;
+    }
+
+    int dump(const QString &path);
+    int import(const QString &source, const QString &target, const QString &title);
+    int exportCards(const QString &path, const QString &target);
+
+private:
+    bool mount(const QString &path, ikorvalite &db, int &status);
+
+    QIODevice &m_out;
+    QIODevice &m_err;
+};
+
+bool Session::mount(const QString &path, ikorvalite &db, int &status)
+{
+    // Mounting a missing file would create it: look first.
+    if (!QFileInfo(path).isFile()) {
+        status = fail(path, u"no such file"_s);
+        return false;
+    }
+    if (!db.Mount(path, false)) {
+        status = fail(path, u"not a KORVA file, or a damaged one: "_s + db.LastError());
+        return false;
+    }
+    return true;
+}
+
+int Session::dump(const QString &path)
+{
+    ikorvalite db;
+    int status = 0;
+    if (!mount(path, db, status))
+        return status;
+    m_out.write(KorvaToJson(db));
+    return 0;
+}
+
+int Session::import(const QString &source, const QString &target, const QString &title)
+{
+    QFile file(source);
+    if (!file.open(QIODevice::ReadOnly))
+        return fail(source, file.errorString());
+    if (file.size() > kMaxSourceSize)
+        return fail(source, u"the file is too large for a list of cards"_s);
+    const QByteArray data = file.readAll();
+
+    const cardtext::Format format = cardtext::FormatForPath(source);
+    const QString separator = format == cardtext::Format::Csv ? u"a comma"_s : u"a tab"_s;
+    std::vector<cardtext::Row> rows;
+    QString error;
+    if (!cardtext::Parse(data, format, rows, &error))
+        return fail(source, error);
+
+    const QString titleProblem = chapterrules::CheckTitle(title);
+    if (!titleProblem.isEmpty())
+        return fail(source, titleProblem);
+
+    ikorvalite db;
+    db.SetDescription(korva::kChapterDescription);
+    db.SetTitle(title);
+    db.SetFormat(4);
+    for (const cardtext::Row &row : rows) {
+        const QString where = source + u": line "_s + QString::number(row.line);
+        if (row.fields.size() < 2)
+            return fail(where,
+                        u"a card needs a question and an answer separated by "_s + separator);
+        for (qsizetype i = 3; i < row.fields.size(); ++i) {
+            if (!row.fields[i].isEmpty())
+                return fail(where,
+                            u"a card has three fields at most (question, answer, note); "
+                            "this line has %1"_s.arg(row.fields.size()));
+        }
+        const QString &question = row.fields[0], &answer = row.fields[1];
+        const QString note = row.fields.value(2);
+        const QString problem = chapterrules::CheckCard(question, answer, note);
+        if (!problem.isEmpty())
+            return fail(where, problem);
+        db.AppendEntry(chapterrules::CardEntry(question, answer, note));
+    }
+    const int cards = db.LastIndex();
+    if (cards > korva::kMaxEntries)
+        return fail(source,
+                    u"%1 cards; a chapter holds %2 at most"_s.arg(cards).arg(korva::kMaxEntries));
+    if (cards < 2)
+        return fail(source,
+                    cards == 0 ? u"no cards found"_s
+                               : u"only one card; a chapter needs two to be studied"_s);
+
+    if (!db.SaveAs(target))
+        return fail(target, db.LastError() + u"; nothing was written"_s);
+    return 0;
+}
+
+int Session::exportCards(const QString &path, const QString &target)
+{
+    ikorvalite db;
+    int status = 0;
+    if (!mount(path, db, status))
+        return status;
+    if (db.Description() != korva::kChapterDescription)
+        return fail(path, u"not a chapter file (its description is '%1')"_s.arg(db.Description()));
+
+    const cardtext::Format format = cardtext::FormatForPath(target);
+    QString text;
+    for (int i = db.FirstIndex(); i <= db.LastIndex(); ++i) {
+        const korva::Entry e = db.GetEntry(i);
+        QStringList fields {e.key, e.text};
+        if (!e.note.isEmpty())
+            fields << e.note;
+        QString line, error;
+        if (!cardtext::FormatRow(fields, format, line, &error))
+            return fail(path, u"card %1: "_s.arg(i) + error);
+        text += line + u'\n';
+    }
+    const QByteArray bytes = text.toUtf8();
+    if (target.isEmpty()) {
+        m_out.write(bytes);
+        return 0;
+    }
+    QSaveFile out(target);
+    if (!out.open(QIODevice::WriteOnly) || out.write(bytes) != bytes.size() || !out.commit())
+        return fail(target, out.errorString() + u"; nothing was written"_s);
+    return 0;
+}
+
+} // namespace
+
+bool IsCommandLine(const QStringList &args)
+{
+    static const QStringList verbs {u"dump"_s, u"import"_s, u"export"_s, u"--help"_s, u"-h"_s};
+    return !args.isEmpty() && verbs.contains(args.first());
+}
+
+int Run(const QStringList &args, QIODevice &out, QIODevice &err)
+{
+    Session session(out, err);
+    if (args.isEmpty())
+        return session.usage(u"nothing to do"_s);
+    const QString verb = args.first();
+    if (verb == u"--help"_s || verb == u"-h"_s) {
+        out.write(kUsage.toUtf8());
+        return 0;
+    }
+
+    // Options after the verb: -o PATH, --title TEXT; one positional file.
+    QString file, output, title;
+    bool hasOutput = false;
+    for (qsizetype i = 1; i < args.size(); ++i) {
+        const QString &a = args[i];
+        if (a == u"-o"_s || a == u"--title"_s) {
+            if (i + 1 >= args.size())
+                return session.usage(a + u" needs a value"_s);
+            (a == u"-o"_s ? output : title) = args[++i];
+            hasOutput = hasOutput || a == u"-o"_s;
+        } else if (a.startsWith(u'-') && a.size() > 1) {
+            return session.usage(u"unknown option "_s + a);
+        } else if (file.isEmpty()) {
+            file = a;
+        } else {
+            return session.usage(u"one file at a time"_s);
+        }
+    }
+    if (file.isEmpty())
+        return session.usage(verb + u" needs a file"_s);
+
+    if (verb == u"dump"_s) {
+        if (hasOutput || !title.isEmpty())
+            return session.usage(u"dump takes only a file"_s);
+        return session.dump(file);
+    }
+    if (verb == u"import"_s) {
+        if (!hasOutput || output.isEmpty())
+            return session.usage(u"import needs -o OUT.zel"_s);
+        return session.import(file, output, title);
+    }
+    if (verb == u"export"_s) {
+        if (!title.isEmpty())
+            return session.usage(u"export takes no title"_s);
+        return session.exportCards(file, output);
+    }
+    return session.usage(u"unknown command "_s + verb);
+}
+
+} // namespace commandline

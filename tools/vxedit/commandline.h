@@ -1,0 +1,21 @@
+#pragma once
+
+#include <QStringList>
+
+class QIODevice;
+
+// The editor's command-line verbs:
+//   vxedit dump FILE                               a KORVA file as JSON
+//   vxedit import SRC -o OUT.zel [--title TITLE]   a chapter from TSV or CSV
+//   vxedit export FILE.zel [-o OUT.tsv|OUT.csv]    a chapter's cards as text
+// Refused input gives exit status 1 and one line on err naming the file (and
+// line); nothing is written then. Usage errors give 2.
+namespace commandline {
+
+// True when the arguments (without the program name) ask for a verb rather
+// than the editor's window.
+bool IsCommandLine(const QStringList &args);
+
+int Run(const QStringList &args, QIODevice &out, QIODevice &err);
+
+} // namespace commandline

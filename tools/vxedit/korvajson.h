@@ -1,0 +1,10 @@
+#pragma once
+
+#include <QByteArray>
+
+class ikorvalite;
+
+// A mounted KORVA file as one JSON object: description, format, count, title,
+// reserved and every entry (the placeholder first) with key, raw is_text flag,
+// text, number and note. Texts are UTF-8.
+QByteArray KorvaToJson(const ikorvalite &db);
