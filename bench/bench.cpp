@@ -7,8 +7,13 @@
 #include "chapterformat.h"
 #include "core/programstate.h"
 #include "ikorvalite.h"
+#include "settings/r_data.h"
+#include "study/fontspec.h"
+#include "study/r_renderer.h"
+#include "study/windowsurface.h"
 
-#include <QCoreApplication>
+#include <QApplication>
+#include <QWidget>
 #include <QElapsedTimer>
 #include <QFile>
 #include <QTemporaryDir>
@@ -75,7 +80,10 @@ private:
 
 int main(int argc, char *argv[])
 {
-    QCoreApplication app(argc, argv);
+    if (qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM"))
+        qputenv("QT_QPA_PLATFORM", "offscreen");
+    QApplication app(argc, argv);
+    InstallFontSubstitutes();
     ResetProgramState();
     QTemporaryDir dir;
     const QString chapter = dir.filePath(u"big.zel"_s);
@@ -120,6 +128,28 @@ int main(int argc, char *argv[])
         db.SetValue(u"key_%1"_s.arg(i), QString(), i, u"options"_s);
     report(u"save a settings database of 200 entries"_s,
            medianMs([] {}, [&] { db.SaveAs(dir.filePath(u"sys.zel"_s)); }), 5);
+
+    {
+        QWidget window;
+        window.resize(800, 600);
+        WindowSurface surface(&window);
+        r_data metrics;
+        metrics.ColorDefaults();
+        metrics.SetMainText(u"der Hauptbahnhof"_s);
+        for (auto corner : {r_data::Corner::TopLeft, r_data::Corner::TopRight,
+                            r_data::Corner::BottomLeft, r_data::Corner::BottomRight})
+            metrics.SetCornerText(corner, u"showing card 12 of 37; 4 trouble cards"_s);
+        r_renderer renderer;
+        renderer.Initialize(&window, &surface, &metrics, 50.0f, 0, 60);
+        report(u"one card frame at 800x600 (Draw twice, as a move does)"_s, medianMs([] {}, [&] {
+                   renderer.Draw(false);
+                   renderer.Draw(true);
+               }), 3);
+        modrender::AlphaEffects = true;
+        g_OsAlpha = true;
+        report(u"one fade-in tick at 800x600 (alpha present)"_s,
+               medianMs([] {}, [&] { renderer.Present(); }), 3);
+    }
 
     NoWindow host;
     report(u"shuffle 9,999 cards (events processed per draw)"_s,

@@ -27,7 +27,7 @@ bool WriteProgressImage(const Deck &deck, QByteArray &out, QString *error)
 {
     const int count = deck.UBound() - deck.LBound();
     QByteArray image;
-    image.reserve(qsizetype(count + 1) * 64);
+    image.reserve(2 + qsizetype(count + 1) * 96);
     korva::ByteWriter w(image);
     w.writeInt16(qint16(count));
     for (int i = deck.LBound(); i <= deck.UBound(); ++i) {

@@ -21,6 +21,13 @@ qint32 g_OsVersionCode = 0;
 bool g_ShowMouseHover = false;
 bool g_TroubleByDefault = false;
 bool g_TroubleDefaultCurrent = false;
+bool g_SuppressRefresh = false;
+
+namespace modrender {
+qint16 CurrentCard = 0;
+quint8 AlphaLevel = 90;
+bool AlphaEffects = false;
+} // namespace modrender
 
 void ResetProgramState()
 {
@@ -39,6 +46,10 @@ void ResetProgramState()
     g_ShowMouseHover = false;
     g_TroubleByDefault = false;
     g_TroubleDefaultCurrent = false;
+    g_SuppressRefresh = false;
+    modrender::CurrentCard = 0;
+    modrender::AlphaLevel = 90;
+    modrender::AlphaEffects = false;
     g_Deck.Reset();
     ConnectKorvaToProgram();
 }

@@ -29,6 +29,15 @@ extern qint32 g_OsVersionCode;
 extern bool g_ShowMouseHover;
 extern bool g_TroubleByDefault;      // saved at shutdown; may be latched for the next run
 extern bool g_TroubleDefaultCurrent; // in force during this run
+extern bool g_SuppressRefresh;       // keeps card renderers from starting their present timer
+
+// The card manager's state: the index of the card on show and the alpha
+// options of the card window.
+namespace modrender {
+extern qint16 CurrentCard;
+extern quint8 AlphaLevel; // 0..255, default 90
+extern bool AlphaEffects;
+} // namespace modrender
 
 // Puts every program-wide value back as it is when the process starts (the
 // deck to one empty slot, no master database, no watcher) and connects the

@@ -70,19 +70,28 @@ void ByteWriter::writeInt32(qint32 value)
 
 bool ByteWriter::writeText(const QString &text)
 {
-    const qsizetype bad = cp1252::encode(text, m_scratch);
-    if (bad >= 0) {
-        m_error = u"the character "_s + cp1252::describeChar(text, bad)
-                + u" cannot be stored in the file's 8-bit character set"_s;
-        return false;
-    }
-    if (m_scratch.size() > kMaxTextBytes) {
+    if (text.size() > kMaxTextBytes) {
         m_error = u"a text of %1 bytes is longer than the 65,535 bytes a text field holds"_s.arg(
-                m_scratch.size());
+                text.size());
         return false;
     }
-    writeInt16(qint16(quint16(m_scratch.size())));
-    m_out.append(m_scratch);
+    // Encoded straight into place; taken back if a character cannot be held.
+    const qsizetype at = m_out.size();
+    m_out.resize(at + 2 + text.size());
+    char *dst = m_out.data() + at;
+    qToLittleEndian(quint16(text.size()), dst);
+    dst += 2;
+    const QChar *src = text.constData();
+    for (qsizetype i = 0; i < text.size(); ++i) {
+        const int b = cp1252::encodeChar(src[i].unicode());
+        if (b < 0) {
+            m_out.resize(at);
+            m_error = u"the character "_s + cp1252::describeChar(text, i)
+                    + u" cannot be stored in the file's 8-bit character set"_s;
+            return false;
+        }
+        dst[i] = char(b);
+    }
     return true;
 }
 

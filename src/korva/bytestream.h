@@ -50,7 +50,6 @@ public:
 
 private:
     QByteArray &m_out;
-    QByteArray m_scratch;
     QString m_error;
 };
 

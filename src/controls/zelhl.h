@@ -1,0 +1,33 @@
+#pragma once
+
+#include "zelcontrol.h"
+
+class QTimer;
+
+// A line of text that works as a link: its width follows the text, and under
+// the mouse it changes colour and is underlined.
+class zelHL : public zelControl
+{
+    Q_OBJECT
+
+public:
+    explicit zelHL(QWidget *parent = nullptr);
+
+    void InitProperties();
+    void ReadProperties(const PropertyBag &bag);
+    void WriteProperties(PropertyBag &bag) const;
+
+    // The control's own timer only repaints it; its interval is a design
+    // property, 0 (off) unless set.
+    QTimer *Timer1() const { return m_timer; }
+
+protected:
+    void Paint(cMemDC &dc, const QRect &client) override;
+    bool RaisesHoverEvents() const override { return false; }
+    int PreferredWidth() const override;
+
+private:
+    FontSpec CaptionFont() const;
+
+    QTimer *m_timer;
+};

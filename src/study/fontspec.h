@@ -1,0 +1,31 @@
+#pragma once
+
+#include <QFont>
+#include <QString>
+
+// A font as the drawing code describes it: a face, a size in points and its
+// styles. Sizes become pixel heights through a logical resolution of 96 dots
+// per inch, so text measures the same on every screen.
+struct FontSpec
+{
+    QString name = QStringLiteral("Tahoma");
+    double size = 8.0;
+    bool bold = false;
+    bool italic = false;
+    bool underline = false;
+    bool strikethrough = false;
+    int weight = 400;
+    int charset = 0;
+
+    static constexpr int kLogicalDpi = 96;
+
+    // Pixel height of the em: size x 96 / 72, rounded to nearest.
+    int pixelHeight() const;
+    QFont toQFont() const;
+    static FontSpec fromQFont(const QFont &font);
+};
+
+// "Tahoma" is the program's face; where a machine lacks it, the system's sans
+// face stands in (fontconfig's choice, else DejaVu Sans, which the install
+// script brings).
+void InstallFontSubstitutes();
