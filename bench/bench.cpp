@@ -13,11 +13,11 @@
 #include "study/windowsurface.h"
 
 #include <QApplication>
-#include <QWidget>
 #include <QElapsedTimer>
 #include <QFile>
 #include <QTemporaryDir>
 #include <QTextStream>
+#include <QWidget>
 
 #include <algorithm>
 #include <functional>
@@ -141,10 +141,13 @@ int main(int argc, char *argv[])
             metrics.SetCornerText(corner, u"showing card 12 of 37; 4 trouble cards"_s);
         r_renderer renderer;
         renderer.Initialize(&window, &surface, &metrics, 50.0f, 0, 60);
-        report(u"one card frame at 800x600 (Draw twice, as a move does)"_s, medianMs([] {}, [&] {
-                   renderer.Draw(false);
-                   renderer.Draw(true);
-               }), 3);
+        report(u"one card frame at 800x600 (Draw twice, as a move does)"_s,
+               medianMs([] {},
+                        [&] {
+                            renderer.Draw(false);
+                            renderer.Draw(true);
+                        }),
+               3);
         modrender::AlphaEffects = true;
         g_OsAlpha = true;
         report(u"one fade-in tick at 800x600 (alpha present)"_s,

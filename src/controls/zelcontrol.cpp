@@ -12,9 +12,7 @@
 
 using namespace Qt::Literals::StringLiterals;
 
-zelControl::zelControl(QWidget *parent)
-    : QWidget(parent)
-    , m_surface(this)
+zelControl::zelControl(QWidget *parent) : QWidget(parent), m_surface(this)
 {
     setMouseTracking(true);
     setFocusPolicy(Qt::StrongFocus);
@@ -137,7 +135,8 @@ void zelControl::mouseReleaseEvent(QMouseEvent *event)
 void zelControl::keyPressEvent(QKeyEvent *event)
 {
     // Keys mean nothing to the control itself; they go on to the window.
-    Q_EMIT KeyDown(keycodes::ToVirtualKey(event->key()), keycodes::ToShiftState(event->modifiers()));
+    Q_EMIT KeyDown(keycodes::ToVirtualKey(event->key()),
+                   keycodes::ToShiftState(event->modifiers()));
 }
 
 void zelControl::focusInEvent(QFocusEvent *event)

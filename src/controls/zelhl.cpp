@@ -12,9 +12,7 @@ namespace {
 constexpr int kCaptionFormat = 32; // single line
 }
 
-zelHL::zelHL(QWidget *parent)
-    : zelControl(parent)
-    , m_timer(new QTimer(this))
+zelHL::zelHL(QWidget *parent) : zelControl(parent), m_timer(new QTimer(this))
 {
     connect(m_timer, &QTimer::timeout, this, &zelHL::Redraw);
     InitProperties();

@@ -22,6 +22,7 @@ bool g_ShowMouseHover = false;
 bool g_TroubleByDefault = false;
 bool g_TroubleDefaultCurrent = false;
 bool g_SuppressRefresh = false;
+bool g_ProcessReleased = false;
 
 namespace modrender {
 qint16 CurrentCard = 0;
@@ -47,6 +48,7 @@ void ResetProgramState()
     g_TroubleByDefault = false;
     g_TroubleDefaultCurrent = false;
     g_SuppressRefresh = false;
+    g_ProcessReleased = false;
     modrender::CurrentCard = 0;
     modrender::AlphaLevel = 90;
     modrender::AlphaEffects = false;

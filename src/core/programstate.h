@@ -30,6 +30,7 @@ extern bool g_ShowMouseHover;
 extern bool g_TroubleByDefault;      // saved at shutdown; may be latched for the next run
 extern bool g_TroubleDefaultCurrent; // in force during this run
 extern bool g_SuppressRefresh;       // keeps card renderers from starting their present timer
+extern bool g_ProcessReleased;       // shutdown has let the process go
 
 // The card manager's state: the index of the card on show and the alpha
 // options of the card window.

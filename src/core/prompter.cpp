@@ -27,6 +27,7 @@ public:
     std::optional<quint32> AskColor(quint32) override { return std::nullopt; }
     bool StartProgram(const QString &, const QStringList &) override { return false; }
     bool OpenDocument(const QString &) override { return false; }
+    int ShowModal(QObject *) override { return 0; }
 };
 
 HeadlessPrompter g_headless;

@@ -5,6 +5,8 @@
 
 #include <optional>
 
+class QObject;
+
 // The one way out of the program to the user and the desktop: message boxes,
 // the file and colour dialogs, and starting programs or documents. The program
 // installs a prompter made of Qt's dialogs; tests install one that answers from
@@ -47,6 +49,9 @@ public:
     virtual bool StartProgram(const QString &program, const QStringList &arguments) = 0;
     // Opens a file or address with the desktop's handler for it.
     virtual bool OpenDocument(const QString &pathOrUrl) = 0;
+    // Shows one of the program's own windows modally (a dialog) and returns
+    // its result when it closes.
+    virtual int ShowModal(QObject *window) = 0;
 };
 
 // The installed prompter; a headless one that refuses everything when none is.

@@ -4,6 +4,7 @@
 #include <QColor>
 #include <QColorDialog>
 #include <QDesktopServices>
+#include <QDialog>
 #include <QFileDialog>
 #include <QFileInfo>
 #include <QMessageBox>
@@ -65,8 +66,10 @@ QColor FromOleColor(quint32 color)
 
 MsgResult QtPrompter::ShowMessage(const MessageBoxRequest &request)
 {
-    QMessageBox box(toQt(request.icon), request.title, request.text, toQt(request.buttons),
-                    dialogParent());
+    // Texts keep the line ends they were written with; the box shows plain lines.
+    QString text = request.text;
+    text.replace(u"\r\n"_s, u"\n"_s);
+    QMessageBox box(toQt(request.icon), request.title, text, toQt(request.buttons), dialogParent());
     // Closing the box with Escape or the title bar gives the safest answer.
     if (request.buttons == MsgButtons::YesNo)
         box.setEscapeButton(QMessageBox::No);
@@ -114,4 +117,10 @@ bool QtPrompter::OpenDocument(const QString &pathOrUrl)
     const QUrl url =
             QFileInfo::exists(pathOrUrl) ? QUrl::fromLocalFile(pathOrUrl) : QUrl(pathOrUrl);
     return QDesktopServices::openUrl(url);
+}
+
+int QtPrompter::ShowModal(QObject *window)
+{
+    auto *dialog = qobject_cast<QDialog *>(window);
+    return dialog ? dialog->exec() : 0;
 }

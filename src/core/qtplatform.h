@@ -13,6 +13,7 @@ public:
     std::optional<quint32> AskColor(quint32 initial) override;
     bool StartProgram(const QString &program, const QStringList &arguments) override;
     bool OpenDocument(const QString &pathOrUrl) override;
+    int ShowModal(QObject *window) override;
 };
 
 // Colours are kept as 0x00BBGGRR, red in the low byte.

@@ -27,14 +27,14 @@ QColor systemColor(int index)
 {
     const QPalette palette = qGuiApp ? QGuiApplication::palette() : QPalette();
     switch (index) {
-    case 0: // scroll bar
+    case 0:  // scroll bar
     case 15: // button face
     case 22: // 3-D light
         return palette.color(QPalette::Button);
-    case 1: // desktop
+    case 1:  // desktop
     case 12: // application workspace
         return palette.color(QPalette::Dark);
-    case 2: // active caption
+    case 2:  // active caption
     case 13: // highlight
     case 26: // hot-tracked item
     case 27: // active caption gradient
@@ -42,18 +42,18 @@ QColor systemColor(int index)
     case 3: // inactive caption
     case 28:
         return palette.color(QPalette::Inactive, QPalette::Highlight);
-    case 4: // menu
-    case 5: // window
+    case 4:  // menu
+    case 5:  // window
     case 30: // menu bar
         return palette.color(QPalette::Base);
-    case 6: // window frame
+    case 6:  // window frame
     case 10: // active border
     case 11: // inactive border
         return palette.color(QPalette::Mid);
     case 7: // menu text
     case 8: // window text
         return palette.color(QPalette::Text);
-    case 9: // caption text
+    case 9:  // caption text
     case 14: // highlighted text
         return palette.color(QPalette::HighlightedText);
     case 16: // button shadow

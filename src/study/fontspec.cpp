@@ -47,7 +47,7 @@ void InstallFontSubstitutes()
     const QString tahoma = u"Tahoma"_s;
     if (QFontDatabase::families().contains(tahoma, Qt::CaseInsensitive))
         return;
-    const QStringList sans{u"DejaVu Sans"_s, u"Liberation Sans"_s, u"Noto Sans"_s,
-                           QFontDatabase::systemFont(QFontDatabase::GeneralFont).family()};
+    const QStringList sans {u"DejaVu Sans"_s, u"Liberation Sans"_s, u"Noto Sans"_s,
+                            QFontDatabase::systemFont(QFontDatabase::GeneralFont).family()};
     QFont::insertSubstitutions(tahoma, sans);
 }

@@ -30,10 +30,10 @@ struct CornerStyle
 
 // Drawn in this order: top-left, bottom-left, top-right, bottom-right.
 constexpr CornerStyle kCorners[] = {
-    {r_data::Corner::TopLeft, u"tl_text_shadow", u"tl_text_forecolor", 32},
-    {r_data::Corner::BottomLeft, u"bl_text_shadow", u"bl_text_forecolor", 40},
-    {r_data::Corner::TopRight, u"tr_text_shadow", u"tr_text_forecolor", 34},
-    {r_data::Corner::BottomRight, u"br_text_shadow", u"br_text_forecolor", 42},
+        {r_data::Corner::TopLeft, u"tl_text_shadow", u"tl_text_forecolor", 32},
+        {r_data::Corner::BottomLeft, u"bl_text_shadow", u"bl_text_forecolor", 40},
+        {r_data::Corner::TopRight, u"tr_text_shadow", u"tr_text_forecolor", 34},
+        {r_data::Corner::BottomRight, u"br_text_shadow", u"br_text_forecolor", 42},
 };
 
 constexpr quint32 kDefaultBackA = 0;
@@ -80,10 +80,12 @@ void r_renderer::Initialize(QWidget *window, WindowSurface *windowDC, r_data *me
     Log(u" .. using DC @ 0x"_s + hex(windowDC ? windowDC->handle() : 0) + u"/n"_s);
     Log(u" .. using window @ 0x"_s + hex(reinterpret_cast<quintptr>(window)) + u"/n"_s);
     Log(u" .. using window size of ( %1 , %2 )/n"_s.arg(right).arg(bottom));
-    Log(u" .. using modded window size of ( %1 , %2 )/n"_s.arg(right - widthTrim).arg(bottom - heightTrim));
+    Log(u" .. using modded window size of ( %1 , %2 )/n"_s.arg(right - widthTrim)
+                .arg(bottom - heightTrim));
     Log(u" .. using r_data class @ "_s + hex(reinterpret_cast<quintptr>(metrics)) + u"/n"_s);
     Log(u" .. set refresh rate to "_s + QString::number(double(refreshRate)) + u" msec/n"_s);
-    Log(u" .. using ZEL DC drawing class @ "_s + hex(reinterpret_cast<quintptr>(m_surface.get())) + u"/n"_s);
+    Log(u" .. using ZEL DC drawing class @ "_s + hex(reinterpret_cast<quintptr>(m_surface.get()))
+        + u"/n"_s);
     Log(u"renderer initialized ok/n"_s);
 }
 
@@ -127,7 +129,8 @@ void r_renderer::Draw(bool withMainText)
             bt = shadow.top() + shadow.height();
         dc.SetForeColor(m_metrics->Color(u"main_text_shadow"_s, kDefaultMainShadow));
         dc.DrawText(mainText, l, t, r, bt, kMainTextFormat);
-        l = text.left(), t = text.top(), r = text.left() + text.width(), bt = text.top() + text.height();
+        l = text.left(), t = text.top(), r = text.left() + text.width(),
+        bt = text.top() + text.height();
         dc.SetForeColor(m_metrics->Color(u"main_text_forecolor"_s, kWhite));
         dc.DrawText(mainText, l, t, r, bt, kMainTextFormat);
     }
@@ -151,8 +154,8 @@ void r_renderer::DrawCorner(int index, const QRect &text, const QRect &shadow)
         return;
     cMemDC &dc = *m_surface;
     const QString caption = m_metrics->CornerText(style.corner);
-    for (const auto &[rect, key, fallback] :
-         {std::tuple{shadow, style.shadowKey, quint32(0)}, std::tuple{text, style.foreKey, kWhite}}) {
+    for (const auto &[rect, key, fallback] : {std::tuple {shadow, style.shadowKey, quint32(0)},
+                                              std::tuple {text, style.foreKey, kWhite}}) {
         int l = rect.left(), t = rect.top(), r = rect.left() + rect.width(),
             b = rect.top() + rect.height();
         dc.SetForeColor(m_metrics->Color(QString::fromUtf16(key), fallback));

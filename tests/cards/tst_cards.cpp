@@ -160,7 +160,7 @@ private Q_SLOTS:
                                      {"e", "ee", ""},
                                      {"f", "ff", ""},
                                      {"g", "gg", ""}}));
-        env.watcher->clear();
+        env.log->clear();
         LoadChapterFile(env.path(u"a.zel"_s), u"Chapter A"_s);
         g_TroubleDefaultCurrent = false;
         LoadChapterFile(env.path(u"b.zel"_s), u"Chapter B"_s);
@@ -446,7 +446,7 @@ private Q_SLOTS:
 
         // Loading it back replaces the deck in the saved order.
         fillDeck(6);
-        env.watcher->clear();
+        env.log->clear();
         env.prompter.fileAnswers = {env.path(u"progress.vxs"_s)};
         QVERIFY(modMain::LoadProgress());
         QCOMPARE(questions(), QStringList({u"Tür"_s, u"b"_s, u"c"_s, QString()}));

@@ -35,8 +35,7 @@ bool hasTextIn(const zelControl &c, QRgb background, QRgb text)
     return false;
 }
 
-template<typename Control>
-void place(Control &c, const QString &name, QSize size)
+template<typename Control> void place(Control &c, const QString &name, QSize size)
 {
     c.setObjectName(name);
     c.InitProperties();
@@ -98,8 +97,8 @@ private Q_SLOTS:
         b.SetEnabled(false);
         b.SetBackcolor(0x00FF00);
         QCOMPARE(b.surface().image(), normal); // shows at the next move or resize
-        b.SetCaption(u"new"_s);                 // a caption repaints at once
-        QCOMPARE(pixel(b, 5, 5), rgb(0)); // disabled fill
+        b.SetCaption(u"new"_s);                // a caption repaints at once
+        QCOMPARE(pixel(b, 5, 5), rgb(0));      // disabled fill
     }
 
     void clicks_data()
@@ -126,8 +125,8 @@ private Q_SLOTS:
         QSignalSpy cClicks(&c, &zelControl::Click);
         QTest::mouseClick(&c, Qt::LeftButton, {}, QPoint(5, 5));
         QCOMPARE(cClicks.count(), enabled ? 1 : 0);
-        QCOMPARE(c.Checked(), enabled);      // flipped before Click ...
-        QCOMPARE(seenInHandler, enabled);    // ... so the handler reads the new state
+        QCOMPARE(c.Checked(), enabled);   // flipped before Click ...
+        QCOMPARE(seenInHandler, enabled); // ... so the handler reads the new state
         QVERIFY(!c.Hovering());
 
         zelHL link;
@@ -163,7 +162,8 @@ private Q_SLOTS:
             QCOMPARE(over.count(), inside ? 1 : 0);
             QCOMPARE(out.count(), inside ? 0 : 1);
             QCOMPARE(b.Hovering(), inside);
-            const Qt::CursorShape expected = inside && enabled ? Qt::PointingHandCursor : Qt::ArrowCursor;
+            const Qt::CursorShape expected =
+                    inside && enabled ? Qt::PointingHandCursor : Qt::ArrowCursor;
             QCOMPARE(b.cursor().shape(), expected);
         }
     }
@@ -198,7 +198,8 @@ private Q_SLOTS:
         QTest::newRow("Return") << int(Qt::Key_Return) << int(Qt::NoModifier) << 13 << 0;
         QTest::newRow("Space") << int(Qt::Key_Space) << int(Qt::NoModifier) << 32 << 0;
         QTest::newRow("Right") << int(Qt::Key_Right) << int(Qt::NoModifier) << 39 << 0;
-        QTest::newRow("Ctrl+Alt+x") << int(Qt::Key_X) << int(Qt::ControlModifier | Qt::AltModifier) << 88 << 6;
+        QTest::newRow("Ctrl+Alt+x")
+                << int(Qt::Key_X) << int(Qt::ControlModifier | Qt::AltModifier) << 88 << 6;
     }
     void keysPassThrough()
     {
@@ -283,7 +284,8 @@ private Q_SLOTS:
         for (int y = 0; y < img.height() && !underline; ++y) {
             int run = 0;
             for (int x = 0; x < img.width(); ++x)
-                run = img.pixel(x, y) == rgb(0x00FFFF) ? run + 1 : 0, underline = underline || run > img.width() / 2;
+                run = img.pixel(x, y) == rgb(0x00FFFF) ? run + 1 : 0,
+                underline = underline || run > img.width() / 2;
         }
         QVERIFY(underline);
         // Disabled: faded towards the back colour, no hand.
@@ -339,7 +341,9 @@ private Q_SLOTS:
         b.SetEnabled(false);
         PropertyBag bag;
         b.WriteProperties(bag);
-        QCOMPARE(bag.values().keys(), QStringList({u"bc"_s, u"bcd"_s, u"bcm"_s, u"c"_s, u"e"_s, u"fc"_s, u"fcd"_s, u"fcm"_s}));
+        QCOMPARE(bag.values().keys(),
+                 QStringList({u"bc"_s, u"bcd"_s, u"bcm"_s, u"c"_s, u"e"_s, u"fc"_s, u"fcd"_s,
+                              u"fcm"_s}));
         zelFlatButton back;
         back.ReadProperties(bag);
         QCOMPARE(back.Backcolor(), 1u);

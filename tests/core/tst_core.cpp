@@ -72,9 +72,9 @@ private Q_SLOTS:
         Log(u" [exists]/n"_s, kLogContinuation);
         QCOMPARE(env.logLines(),
                  QStringList({u"/b/cVocabrix v1/n"_s, u"urgent/n"_s, u" [exists]/n"_s}));
-        QCOMPARE(env.watcher->lines[0].level, kLogBanner);
-        QCOMPARE(env.watcher->lines[2].level, kLogContinuation);
-        QCOMPARE(env.watcher->lines[1].channel, -1);
+        QCOMPARE(env.log->lines[0].level, kLogBanner);
+        QCOMPARE(env.log->lines[2].level, kLogContinuation);
+        QCOMPARE(env.log->lines[1].channel, -1);
         QVERIFY(env.prompter.boxes.empty());
         QCOMPARE(env.pauser.eventRounds, 3); // one event round per line
     }
@@ -269,10 +269,10 @@ private Q_SLOTS:
         QCOMPARE(env.logLines(),
                  QStringList(
                          {u"using home directory: '"_s + expected + u"'"_s, u" [created]/n"_s}));
-        QCOMPARE(env.watcher->lines[0].level, kLogProgress);
-        QCOMPARE(env.watcher->lines[1].level, kLogContinuation);
+        QCOMPARE(env.log->lines[0].level, kLogProgress);
+        QCOMPARE(env.log->lines[1].level, kLogContinuation);
 
-        env.watcher->clear();
+        env.log->clear();
         modFolders::SetHomeDirectory();
         QCOMPARE(env.logLines().last(), u" [exists]/n"_s);
     }

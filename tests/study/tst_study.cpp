@@ -1,12 +1,18 @@
+#include "cards/deck.h"
+#include "controls/zelcheck.h"
+#include "core/forms.h"
 #include "core/osversion.h"
 #include "core/programstate.h"
 #include "settings/r_data.h"
 #include "study/cmemdc.h"
 #include "study/fontspec.h"
+#include "study/frmmain.h"
+#include "study/modrender.h"
 #include "study/r_renderer.h"
 #include "study/windowsurface.h"
 #include "testsupport.h"
 
+#include "ikorvalite.h"
 #include <QDir>
 #include <QPainter>
 #include <QRegularExpression>
@@ -25,7 +31,8 @@ QRgb rgb(quint32 ole)
 
 int distance(QRgb a, QRgb b)
 {
-    return qMax(qAbs(qRed(a) - qRed(b)), qMax(qAbs(qGreen(a) - qGreen(b)), qAbs(qBlue(a) - qBlue(b))));
+    return qMax(qAbs(qRed(a) - qRed(b)),
+                qMax(qAbs(qGreen(a) - qGreen(b)), qAbs(qBlue(a) - qBlue(b))));
 }
 
 // The bounding box of the pixels that satisfy a test.
@@ -41,11 +48,32 @@ QRect boxOf(const QImage &image, const std::function<bool(QRgb)> &test)
 
 constexpr QRgb kMarker = 0xFF13A7C1; // a colour the card never uses
 
+// A deck of `cards` cards q0.. and the study window showing it, as after
+// loading chapters; trouble cards at the given indices.
+void studyDeck(int cards, const QList<int> &trouble)
+{
+    g_SuppressRefresh = true;
+    g_Deck.Resize(cards);
+    for (int i = 0; i < cards; ++i) {
+        g_Deck[i].question = u"q%1"_s.arg(i);
+        g_Deck[i].answer = u"a%1"_s.arg(i);
+        g_Deck[i].chapter = u"Kapitel"_s;
+        g_Deck[i].trouble = trouble.contains(i) ? kCardTrue : kCardFalse;
+    }
+    modrender::StartRendering();
+    frmMain::Existing()->SetStudying(true);
+}
+
+QString corner(r_data::Corner c)
+{
+    return modrender::Metrics()->CornerText(c);
+}
+
 // A window with a picture, sized as the study window uses it.
 struct CardWindow
 {
     QWidget widget;
-    WindowSurface surface{nullptr, QColor::fromRgb(kMarker)};
+    WindowSurface surface {nullptr, QColor::fromRgb(kMarker)};
     r_data metrics;
     r_renderer renderer;
 
@@ -69,8 +97,172 @@ private Q_SLOTS:
     void initTestCase() { InstallFontSubstitutes(); }
     void cleanup()
     {
+        for (QWidget *form : forms::Open())
+            forms::Unload(form);
+        modrender::ReleaseRendering();
+        QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
         SetOsVersionOverride(std::nullopt);
         SetMainRenderer(nullptr);
+    }
+
+    void stepping_data()
+    {
+        QTest::addColumn<int>("from");
+        QTest::addColumn<bool>("forward");
+        QTest::addColumn<int>("to");
+        // A deck of 10 cards spans 0..10, the empty slot included.
+        QTest::newRow("next") << 3 << true << 4;
+        QTest::newRow("next on the upper bound wraps") << 10 << true << 0;
+        QTest::newRow("next onto the empty slot") << 9 << true << 10;
+        QTest::newRow("previous on the lower bound wraps") << 0 << false << 10;
+    }
+    void stepping()
+    {
+        QFETCH(int, from);
+        QFETCH(bool, forward);
+        QFETCH(int, to);
+        TestEnvironment env;
+        studyDeck(10, {});
+        QCOMPARE(modrender::StepIndex(forward ? modrender::Direction::Forward
+                                              : modrender::Direction::Backward,
+                                      from),
+                 to);
+    }
+
+    void troubleOnlyNavigation_data()
+    {
+        QTest::addColumn<QList<int>>("trouble");
+        QTest::addColumn<int>("current");
+        QTest::addColumn<bool>("forward");
+        QTest::addColumn<int>("shown");
+        QTest::addColumn<bool>("box");
+        QTest::newRow("next wraps to the nearest") << QList<int> {2, 9} << 9 << true << 2 << false;
+        QTest::newRow("previous searches back") << QList<int> {2, 9} << 9 << false << 2 << false;
+        QTest::newRow("next forward") << QList<int> {2, 5, 9} << 2 << true << 5 << false;
+        QTest::newRow("only the current one") << QList<int> {4} << 4 << true << 4 << false;
+        QTest::newRow("none at all") << QList<int> {} << 6 << true << 1 << true;
+    }
+    void troubleOnlyNavigation()
+    {
+        QFETCH(QList<int>, trouble);
+        QFETCH(int, current);
+        QFETCH(bool, forward);
+        QFETCH(int, shown);
+        QFETCH(bool, box);
+        TestEnvironment env;
+        studyDeck(10, trouble);
+        frmMain *main = frmMain::Existing();
+        main->Check2->SetChecked(true);
+        modrender::CurrentCard = qint16(current);
+        const qint16 viewsBefore = g_Deck[shown].timesViewed;
+        forward ? modrender::NextCard() : modrender::PreviousCard();
+        QCOMPARE(int(modrender::CurrentCard), shown);
+        QCOMPARE(g_Deck[shown].timesViewed, qint16(viewsBefore + 1)); // a view even when it stays
+        QCOMPARE(modrender::Metrics()->MainText(), u"q%1"_s.arg(shown));
+        if (box) {
+            QCOMPARE(env.prompter.boxTitles(), QStringList(u"Card Manager"_s));
+            QCOMPARE(env.prompter.boxes[0].text,
+                     u"No trouble cards have been located. The first card will now be displayed"_s);
+            QCOMPARE(env.prompter.boxes[0].icon, MsgIcon::Information);
+            QVERIFY(!main->Check2->Checked()); // trouble-only mode is left
+        } else {
+            QVERIFY(env.prompter.boxes.empty());
+            QVERIFY(main->Check2->Checked());
+            QVERIFY(main->Check1->Checked());
+        }
+    }
+
+    void cardTexts()
+    {
+        TestEnvironment env;
+        studyDeck(120, {1, 3, 5, 7, 9, 11, 13});
+        modrender::Metrics()->SetCornerText(r_data::Corner::BottomLeft,
+                                            u"Right click anywhere for menu"_s);
+        modrender::ShowFirstCard();
+        QCOMPARE(corner(r_data::Corner::BottomLeft), QString()); // the hint goes for good
+        modrender::CurrentCard = 2;
+        modrender::ShowCurrentCard(); // a jump: no trouble count
+        QCOMPARE(corner(r_data::Corner::TopLeft), u"showing card 3 of 120"_s);
+        QCOMPARE(corner(r_data::Corner::TopRight), u"Times viewed: 1"_s);
+        QCOMPARE(corner(r_data::Corner::BottomRight), u"from 'Kapitel'"_s);
+        modrender::NextCard();
+        QCOMPARE(corner(r_data::Corner::TopLeft), u"showing card 4 of 120; 7 trouble cards"_s);
+        QVERIFY(frmMain::Existing()->Check1->Checked());
+
+        // Flipping counts no view; flipping back brings the trouble count.
+        modrender::ToggleAnswer();
+        QCOMPARE(modrender::Metrics()->MainText(), u"a3"_s);
+        QCOMPARE(corner(r_data::Corner::TopLeft), u"Showing answer to 'q3'"_s);
+        QCOMPARE(corner(r_data::Corner::TopRight), QString());
+        modrender::ToggleAnswer();
+        QCOMPARE(modrender::Metrics()->MainText(), u"q3"_s);
+        QCOMPARE(corner(r_data::Corner::TopRight), u"Times viewed: 1"_s);
+
+        // A new trouble mark leaves the count in the status line stale.
+        modrender::SetCardTrouble(false);
+        QVERIFY(!g_Deck[3].isTrouble());
+        QCOMPARE(corner(r_data::Corner::TopLeft), u"showing card 4 of 120; 7 trouble cards"_s);
+        QCOMPARE(modrender::CountTroubleCards(), 6);
+    }
+
+    void answerEqualToQuestion()
+    {
+        TestEnvironment env;
+        studyDeck(3, {});
+        g_Deck[0].answer = g_Deck[0].question;
+        modrender::ShowFirstCard();
+        for (int press = 0; press < 3; ++press) {
+            modrender::ToggleAnswer();
+            QCOMPARE(corner(r_data::Corner::TopLeft), u"Showing answer to 'q0'"_s);
+        }
+    }
+
+    void timesViewedStopsAtTheLargest()
+    {
+        TestEnvironment env;
+        studyDeck(2, {});
+        g_Deck[0].timesViewed = 32766;
+        modrender::ShowFirstCard();
+        modrender::ShowFirstCard();
+        QCOMPARE(g_Deck[0].timesViewed, qint16(32767));
+        QCOMPARE(corner(r_data::Corner::TopRight), u"Times viewed: 32767"_s);
+    }
+
+    void studyWindowForReview()
+    {
+        TestEnvironment env;
+        studyDeck(37, {2});
+        modrender::CurrentCard = 2;
+        modrender::ShowCurrentCard();
+        QImage shot = frmMain::Existing()->grab().toImage();
+        QCOMPARE(shot.size(), QSize(640, 480));
+        // The card face above, the controls' strip below.
+        QVERIFY(distance(shot.pixel(320, 200), rgb(14570825)) <= 2);
+        QDir().mkpath(QStringLiteral(SCREENS_DIR));
+        QVERIFY(shot.save(QStringLiteral(SCREENS_DIR) + u"/study-window.png"_s));
+    }
+
+    void alphaOptions()
+    {
+        TestEnvironment env;
+        g_MasterDb = std::make_unique<ikorvalite>();
+        QVERIFY(g_MasterDb->Mount(env.path(u"sys.zel"_s), false));
+        env.log->clear();
+        modrender::LoadAlphaOptions();
+        QCOMPARE(env.logLines(),
+                 QStringList(u" .. alpha enabled in program: No using level of 90/n"_s));
+        g_MasterDb->SetValue(u"alpha_effects"_s, QString(), -1, u"alpha_transparency"_s);
+        g_MasterDb->SetValue(u"alpha_level"_s, QString(), 200, u"alpha_transparency"_s);
+        modrender::LoadAlphaOptions();
+        QCOMPARE(env.logLines().last(),
+                 u" .. alpha enabled in program: Yes using level of 200/n"_s);
+        QVERIFY(modrender::AlphaEffects);
+        modrender::AlphaLevel = 17;
+        modrender::AlphaEffects = false;
+        modrender::SaveAlphaOptions();
+        QCOMPARE(g_MasterDb->GetNumber(u"alpha_level"_s, 0).value, 17);
+        QCOMPARE(g_MasterDb->GetNumber(u"alpha_effects"_s, 5).value, 0);
+        QCOMPARE(g_MasterDb->GetNote(u"alpha_effects"_s), u"alpha_transparency"_s);
     }
 
     void gradientPaths_data()
@@ -83,8 +275,8 @@ private Q_SLOTS:
         // Black to white over x = 0..100 on a surface 102 wide.
         QTest::newRow("system fill") << 500 << qRgb(0, 0, 0) << qRgb(128, 128, 128)
                                      << qRgb(252, 252, 252) << kMarker; // end column not painted
-        QTest::newRow("hand-painted, mirrored") << 410 << qRgb(255, 255, 255) << qRgb(128, 128, 128)
-                                                << qRgb(0, 0, 0) << kMarker;
+        QTest::newRow("hand-painted, mirrored")
+                << 410 << qRgb(255, 255, 255) << qRgb(128, 128, 128) << qRgb(0, 0, 0) << kMarker;
     }
     void gradientPaths()
     {
@@ -93,7 +285,7 @@ private Q_SLOTS:
         QFETCH(QRgb, centre);
         QFETCH(QRgb, right);
         QFETCH(QRgb, pastEnd);
-        SetOsVersionOverride(OsVersion{versionCode / 100, versionCode % 100, 0});
+        SetOsVersionOverride(OsVersion {versionCode / 100, versionCode % 100, 0});
         WindowSurface window(nullptr, QColor::fromRgb(kMarker));
         window.Resize(QSize(102, 10));
         cMemDC dc;
@@ -132,7 +324,8 @@ private Q_SLOTS:
         QTest::newRow("0.5 rounds down to even") << 0x000001u << 0u << 0.5 << 0u;
         QTest::newRow("1.5 rounds up to even") << 0x000003u << 0u << 0.5 << 0x000002u;
         QTest::newRow("quarter of white") << 0xFFFFFFu << 0u << 0.25 << 0x404040u;
-        QTest::newRow("three parts colour, one white") << 0xFF0000u << 0xFFFFFFu << 0.75 << 0xFF4040u;
+        QTest::newRow("three parts colour, one white")
+                << 0xFF0000u << 0xFFFFFFu << 0.75 << 0xFF4040u;
     }
     void blendHalvesToEven()
     {
@@ -147,7 +340,8 @@ private Q_SLOTS:
     {
         QCOMPARE(cMemDC::TranslateColor(0x12345678u), 0x345678u);
         const QColor window = QGuiApplication::palette().color(QPalette::Base);
-        const quint32 ole = quint32(window.red()) | quint32(window.green()) << 8 | quint32(window.blue()) << 16;
+        const quint32 ole =
+                quint32(window.red()) | quint32(window.green()) << 8 | quint32(window.blue()) << 16;
         QCOMPARE(cMemDC::TranslateColor(0x80000005u), ole); // the system's window colour
     }
 
@@ -179,7 +373,8 @@ private Q_SLOTS:
         font.size = 12;
         dc.SetFont(font);
         int l = 10, t = 20, r = 11, b = 21;
-        const int height = dc.DrawText(u"Guten Morgen"_s, l, t, r, b, cMemDC::DT_CALCRECT | cMemDC::DT_SINGLELINE);
+        const int height = dc.DrawText(u"Guten Morgen"_s, l, t, r, b,
+                                       cMemDC::DT_CALCRECT | cMemDC::DT_SINGLELINE);
         QCOMPARE(l, 10);
         QCOMPARE(t, 20);
         QCOMPARE(r - l, dc.TextWidth(u"Guten Morgen"_s));
@@ -236,20 +431,26 @@ private Q_SLOTS:
         const QStringList lines = env.logLines().mid(2); // after the colour defaults
         QCOMPARE(lines.size(), 9);
         QCOMPARE(lines[0], u"initializing renderer/n"_s);
-        const QRegularExpression hexLine(u"^( \\.\\. using DC @ 0x| \\.\\. using window @ 0x)[0-9A-F]+/n$"_s);
+        const QRegularExpression hexLine(
+                u"^( \\.\\. using DC @ 0x| \\.\\. using window @ 0x)[0-9A-F]+/n$"_s);
         QVERIFY(hexLine.match(lines[1]).hasMatch());
         QVERIFY(lines[1].endsWith(QString::number(card.surface.handle(), 16).toUpper() + u"/n"_s));
         QVERIFY(lines[2].endsWith(QString::number(quintptr(&card.widget), 16).toUpper() + u"/n"_s));
         QCOMPARE(lines[3], u" .. using window size of ( 640 , 480 )/n"_s);
         QCOMPARE(lines[4], u" .. using modded window size of ( 640 , 420 )/n"_s);
-        QCOMPARE(lines[5], u" .. using r_data class @ "_s + QString::number(quintptr(&card.metrics), 16).toUpper() + u"/n"_s);
+        QCOMPARE(lines[5],
+                 u" .. using r_data class @ "_s
+                         + QString::number(quintptr(&card.metrics), 16).toUpper() + u"/n"_s);
         QCOMPARE(lines[6], u" .. set refresh rate to 50 msec/n"_s);
-        QVERIFY(QRegularExpression(u"^ \\.\\. using ZEL DC drawing class @ [0-9A-F]+/n$"_s).match(lines[7]).hasMatch());
+        QVERIFY(QRegularExpression(u"^ \\.\\. using ZEL DC drawing class @ [0-9A-F]+/n$"_s)
+                        .match(lines[7])
+                        .hasMatch());
         QCOMPARE(lines[8], u"renderer initialized ok/n"_s);
 
-        env.watcher->clear();
+        env.log->clear();
         card.renderer.Release(true);
-        QCOMPARE(env.logLines(), QStringList({u"renderer going down/n"_s, u" .. renderer released ok/n"_s}));
+        QCOMPARE(env.logLines(),
+                 QStringList({u"renderer going down/n"_s, u" .. renderer released ok/n"_s}));
         QVERIFY(!card.renderer.Surface());
         card.renderer.Present(); // a late tick does nothing
     }
@@ -291,12 +492,12 @@ private Q_SLOTS:
     void oldSystemsShowTheSchemeMirrored()
     {
         TestEnvironment env;
-        SetOsVersionOverride(OsVersion{4, 10, 0});
+        SetOsVersionOverride(OsVersion {4, 10, 0});
         CardWindow card(200, 100, 0);
         card.metrics.SetMainText(u"x"_s);
         card.renderer.Draw(true);
         const QImage &img = card.picture();
-        QCOMPARE(img.pixel(0, 2), rgb(14570825)); // blue at the edges ...
+        QCOMPARE(img.pixel(0, 2), rgb(14570825));   // blue at the edges ...
         QCOMPARE(img.pixel(100, 2), qRgb(0, 0, 0)); // ... black at the centre
         QVERIFY(distance(img.pixel(199, 2), rgb(14570825)) <= 3);
     }
@@ -305,13 +506,14 @@ private Q_SLOTS:
     {
         TestEnvironment env;
         CardWindow card(400, 200, 0);
-        card.metrics.SetColor(u"backcolor_b"_s, 0); // a black card
+        card.metrics.SetColor(u"backcolor_b"_s, 0);             // a black card
         card.metrics.SetColor(u"main_text_shadow"_s, 0x0000FF); // red
         card.metrics.SetMainText(u"Schatten"_s);
         card.renderer.Draw(true);
         const QImage &img = card.picture();
         const QRect text = boxOf(img, [](QRgb p) { return qGreen(p) > 0 && qBlue(p) > 0; });
-        const QRect shadow = boxOf(img, [](QRgb p) { return qRed(p) > 0 && qGreen(p) == 0 && qBlue(p) == 0; });
+        const QRect shadow =
+                boxOf(img, [](QRgb p) { return qRed(p) > 0 && qGreen(p) == 0 && qBlue(p) == 0; });
         QVERIFY(!text.isEmpty());
         QCOMPARE(shadow.topLeft(), text.topLeft() - QPoint(1, 1));
         // Centred in the card.
@@ -442,10 +644,12 @@ private Q_SLOTS:
         TestEnvironment env;
         CardWindow card(640, 480, 60);
         card.metrics.SetMainText(u"der Bahnhof"_s);
-        card.metrics.SetCornerText(r_data::Corner::TopLeft, u"showing card 3 of 37; 5 trouble cards"_s);
+        card.metrics.SetCornerText(r_data::Corner::TopLeft,
+                                   u"showing card 3 of 37; 5 trouble cards"_s);
         card.metrics.SetCornerText(r_data::Corner::TopRight, u"Times viewed: 2"_s);
         card.metrics.SetCornerText(r_data::Corner::BottomLeft, u"Right click anywhere for menu"_s);
-        card.metrics.SetCornerText(r_data::Corner::BottomRight, u"from 'German 3: Travel and Getting Around'"_s);
+        card.metrics.SetCornerText(r_data::Corner::BottomRight,
+                                   u"from 'German 3: Travel and Getting Around'"_s);
         card.surface.image().fill(Qt::black);
         card.renderer.Draw(false);
         card.renderer.Draw(true);

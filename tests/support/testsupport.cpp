@@ -60,6 +60,12 @@ bool FakePrompter::OpenDocument(const QString &pathOrUrl)
     return true;
 }
 
+int FakePrompter::ShowModal(QObject *window)
+{
+    modalWindows.push_back(window->objectName());
+    return onModal ? onModal(window) : 0;
+}
+
 QStringList FakePrompter::boxTitles() const
 {
     QStringList titles;
@@ -68,7 +74,7 @@ QStringList FakePrompter::boxTitles() const
     return titles;
 }
 
-QStringList RecordingWatcher::messages() const
+QStringList LogRecord::messages() const
 {
     QStringList out;
     for (const auto &l : lines)
@@ -88,7 +94,7 @@ TestEnvironment::TestEnvironment(bool withWatcher)
     SetPrompter(&prompter);
     SetPauser(&pauser);
     if (withWatcher) {
-        auto w = std::make_unique<RecordingWatcher>();
+        auto w = std::make_unique<RecordingWatcher>(log);
         watcher = w.get();
         g_Watcher = std::move(w);
     }
@@ -106,7 +112,7 @@ TestEnvironment::~TestEnvironment()
 
 QStringList TestEnvironment::logLines() const
 {
-    return watcher ? watcher->messages() : QStringList();
+    return log->messages();
 }
 
 void WriteFileBytes(const QString &path, const QByteArray &bytes)

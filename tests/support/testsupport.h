@@ -10,6 +10,8 @@
 #include <QTemporaryDir>
 
 #include <deque>
+#include <functional>
+#include <memory>
 #include <optional>
 #include <vector>
 
@@ -33,20 +35,25 @@ public:
     std::deque<MsgResult> answers;
     std::deque<std::optional<QString>> fileAnswers;
     std::deque<std::optional<quint32>> colorAnswers;
+    // Plays the user's part in a modal window; without it the window is
+    // left as it came.
+    std::function<int(QObject *window)> onModal;
+    std::vector<QString> modalWindows; // their object names
 
     MsgResult ShowMessage(const MessageBoxRequest &request) override;
     std::optional<QString> AskFileName(const FileDialogRequest &request) override;
     std::optional<quint32> AskColor(quint32 initial) override;
     bool StartProgram(const QString &program, const QStringList &arguments) override;
     bool OpenDocument(const QString &pathOrUrl) override;
+    int ShowModal(QObject *window) override;
 
     QStringList boxTitles() const;
 };
 
-// Records every log line that reaches the watcher outlet.
-class RecordingWatcher final : public MessageWatcher
+// The log lines a recording watcher received; it outlives the watcher, which
+// shutdown releases.
+struct LogRecord
 {
-public:
     struct Line
     {
         QString message;
@@ -54,23 +61,32 @@ public:
         qint32 channel;
     };
     std::vector<Line> lines;
-    bool connected = false;
+
+    QStringList messages() const;
+    void clear() { lines.clear(); }
+};
+
+// Records every log line that reaches the watcher outlet.
+class RecordingWatcher final : public MessageWatcher
+{
+public:
+    explicit RecordingWatcher(std::shared_ptr<LogRecord> record = std::make_shared<LogRecord>())
+        : log(std::move(record))
+    {}
+    std::shared_ptr<LogRecord> log;
     bool *disconnected = nullptr; // set when told to disconnect (it is released right after)
 
-    void Connect(const QString &) override { connected = true; }
+    void Connect(const QString &) override {}
     void showWatchWindow() override {}
     void AddMsg(QString &message, qint16 &level, qint32 &channel) override
     {
-        lines.push_back({message, level, channel});
+        log->lines.push_back({message, level, channel});
     }
     void Disconnect() override
     {
         if (disconnected)
             *disconnected = true;
     }
-
-    QStringList messages() const;
-    void clear() { lines.clear(); }
 };
 
 // Pauses that take no time but are counted.
@@ -125,7 +141,8 @@ public:
 
     FakePrompter prompter;
     InstantPauser pauser;
-    RecordingWatcher *watcher = nullptr; // owned by g_Watcher
+    std::shared_ptr<LogRecord> log = std::make_shared<LogRecord>();
+    RecordingWatcher *watcher = nullptr; // owned by g_Watcher; gone after a shutdown
 
 private:
     QTemporaryDir m_home;

@@ -1,0 +1,9 @@
+#include "studydialogs.h"
+
+namespace studydialogs {
+
+void ShowOptions() {}
+void ShowFind() {}
+void ViewAllCards() {}
+
+} // namespace studydialogs

@@ -1,0 +1,658 @@
+#include "cards/deck.h"
+#include "cards/frmchapter.h"
+#include "controls/zelcheck.h"
+#include "controls/zelflatbutton.h"
+#include "controls/zelhl.h"
+#include "core/forms.h"
+#include "core/instanceguard.h"
+#include "core/modbrowser.h"
+#include "core/modfolders.h"
+#include "core/modmain.h"
+#include "core/osversion.h"
+#include "core/programstate.h"
+#include "dialogs/frmsetup.h"
+#include "dialogs/frmsplash.h"
+#include "ikorvalite.h"
+#include "korvabuilder.h"
+#include "settings/r_data.h"
+#include "study/fontspec.h"
+#include "study/frmmain.h"
+#include "study/modrender.h"
+#include "testsupport.h"
+
+#include <QAction>
+#include <QCheckBox>
+#include <QFileInfo>
+#include <QLocalServer>
+#include <QMenu>
+#include <QPushButton>
+#include <QRadioButton>
+#include <QTest>
+#include <QTimer>
+#include <QTreeWidget>
+
+#include <memory>
+
+using namespace Qt::Literals::StringLiterals;
+
+namespace {
+
+void flushDeletes()
+{
+    QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+}
+
+// The user's answers in the first-run setup.
+std::function<int(QObject *)> answerSetup(bool troubleByDefault, bool hoverHelp)
+{
+    return [=](QObject *window) {
+        auto *setup = qobject_cast<frmSetup *>(window);
+        if (!setup)
+            return 0;
+        (troubleByDefault ? setup->Option1 : setup->Option2)->click();
+        setup->Check1->setChecked(hoverHelp);
+        setup->Command1->click();
+        return 1;
+    };
+}
+
+QString programDir()
+{
+    return modFolders::ProgramDirectory();
+}
+
+ikorvalite::Lookup<qint32> storedNumber(const QString &master, const QString &key)
+{
+    ikorvalite db;
+    db.Mount(master, false);
+    return db.GetNumber(key, 12345);
+}
+
+// Selects the chapters at these rows and presses Study.
+void study(const QList<int> &rows)
+{
+    frmChapter *chapters = modMain::ChapterWindow();
+    QVERIFY(chapters);
+    chapters->LV1->clearSelection();
+    for (int row : rows)
+        chapters->LV1->topLevelItem(row)->setSelected(true);
+    chapters->Command1->click();
+    flushDeletes();
+}
+
+} // namespace
+
+class AppTest : public QObject
+{
+    Q_OBJECT
+
+    std::unique_ptr<TestEnvironment> m_env;
+
+    QString master() const { return m_env->home() + u"/Documents/Vocabrix/sys.zel"_s; }
+
+    void startProgram(bool troubleByDefault = false, bool hoverHelp = true)
+    {
+        m_env->prompter.onModal = answerSetup(troubleByDefault, hoverHelp);
+        modMain::StartProgram();
+        flushDeletes();
+    }
+
+private Q_SLOTS:
+    void initTestCase()
+    {
+        InstallFontSubstitutes();
+        instanceguard::SetKey(u"vocabrix-test-"_s
+                              + QString::number(QCoreApplication::applicationPid()));
+    }
+
+    void init()
+    {
+        m_env = std::make_unique<TestEnvironment>();
+        SetOsVersionOverride(OsVersion {5, 1, 2600});
+        g_SuppressRefresh = true;
+    }
+
+    void cleanup()
+    {
+        for (QWidget *form : forms::Open())
+            forms::Unload(form);
+        modrender::ReleaseRendering();
+        flushDeletes();
+        instanceguard::Release();
+        SetOsVersionOverride(std::nullopt);
+        m_env.reset();
+    }
+
+    void firstStart()
+    {
+        QFile::remove(programDir() + u"/Vocabrix.upd"_s);
+        m_env->prompter.onModal = [this](QObject *window) {
+            // While the setup is up, the chapter list and colours are already on disk.
+            ikorvalite db;
+            db.Mount(master(), false);
+            [&] {
+                QCOMPARE(db.GetNumber(u"flist_count"_s, 0).value, 4);
+                QCOMPARE(db.GetText(u"flist_name_3"_s).value, programDir() + u"/ex3.zel"_s);
+                QCOMPARE(db.GetNumber(u"backcolor_b"_s, 0).value, 14570825);
+                QVERIFY(modMain::IsTopmost(qobject_cast<QWidget *>(window)));
+                QVERIFY(g_SplashUp);
+            }();
+            return answerSetup(false, false)(window);
+        };
+        modMain::StartProgram();
+        flushDeletes();
+
+        const QString base = m_env->home() + u"/Documents/Vocabrix"_s;
+        const QStringList expected {
+                u"/b/cVocabrix v1.0 build 1/n"_s,
+                u"/b/cCopyright (c) 2026 Quillmere. Free to use for study at home and at school./n"_s,
+                u"using home directory: '"_s + base + u"'"_s,
+                u" [created]/n"_s,
+                u"setting base directory to: "_s + base + u"/n"_s,
+                u"the specified file doesn't exist, creating new/n"_s,
+                u"file created/n"_s,
+                u"file mounted/n"_s,
+                u"updater file generated/n"_s,
+                u"KORVA Alive/n"_s,
+                u"ZEL Platform v3.44 Startup/n"_s,
+                u"last platform revision date is 16Jan2010/n"_s,
+                u"Program release date: 02/09/2010/n"_s,
+                u"Bringing up the system ../n"_s,
+                u"Starting the cvar subsystem ../n"_s,
+                u".. cvar system disabled in this implementation/n"_s,
+                u"Warning: localization support requires the cvar subsystem/n"_s,
+                u"Localization support has been disabled/n"_s,
+                u" .. client detected: \"Vocabrix\"; version: 1.0 build 1/n"_s,
+                u"Checking for already running instances ../n"_s,
+                u" .. no previously running instance has been found./n"_s,
+                u"starting the KORVA class driver ../n"_s,
+                u"Windows OS version detected: 5.1 build 2600/n"_s,
+                u" .. OS supports Alpha: Yes/n"_s,
+                u" .. OS supports API Gradient: Yes/n"_s,
+                u"the specified file doesn't exist, creating new/n"_s,
+                u"file created/n"_s,
+                u"file mounted/n"_s,
+                u" ..KORVA data file mounted successfully/n"_s,
+                u" .. Initializing KORVA master DB file for first use.../n"_s,
+                u"forcing metrics data manager to defaults/n"_s,
+                u".. 12 colors defined/n"_s,
+                u"wrote 12 color definitions to disk/n"_s,
+                u"Awaiting user response in Setup Window/n"_s,
+                u" .. alpha enabled in program: No using level of 90/n"_s,
+                u" .. loading chapter selection form/n"_s,
+                u"db editor seems to be present./n"_s,
+                u" .. chapter selection form is loaded/n"_s,
+                u"Entering FlushToZero mode/n"_s,
+                u"Initializing data system for first use/n"_s,
+                u" .. not flushing empty data set/n"_s,
+                u"System brought up successfully/n"_s,
+                u" .. Splash killed/n"_s,
+                u"ZEL.Loader exited/n"_s,
+        };
+        QCOMPARE(m_env->logLines(), expected);
+        QCOMPARE(m_env->log->lines[0].level, kLogBanner);
+        QCOMPARE(m_env->prompter.modalWindows, std::vector<QString> {u"frmSetup"_s});
+        QVERIFY(m_env->prompter.boxes.empty());
+        QCOMPARE(g_RunMode, kRunModeRelease);
+        QCOMPARE(modMain::RunModeName(), u"Full Retail"_s);
+
+        // The setup's answers were saved; the loader read them back.
+        QCOMPARE(storedNumber(master(), u"trouble_by_default"_s).value, 0);
+        QCOMPARE(storedNumber(master(), u"show_mouse_hover"_s).value, 0);
+        QVERIFY(!g_TroubleByDefault && !g_TroubleDefaultCurrent && !g_ShowMouseHover);
+
+        // The splash is gone, the chapter window offers the examples.
+        QVERIFY(!g_SplashUp);
+        QVERIFY(!modMain::SplashWindow());
+        frmChapter *chapters = modMain::ChapterWindow();
+        QVERIFY(chapters && chapters->isVisible());
+        QCOMPARE(chapters->LV1->topLevelItemCount(), 4);
+        QCOMPARE(chapters->LV1->topLevelItem(1)->text(0), u"German 2: Food and Drink"_s);
+        QVERIFY(chapters->Command1->isEnabled());
+        QCOMPARE(g_Deck.UBound(), 0);
+
+        // The updater file was rewritten.
+        ikorvalite updater;
+        QVERIFY(updater.Mount(programDir() + u"/Vocabrix.upd"_s, false));
+        QCOMPARE(updater.GetText(u"app_current_version"_s).value, u"101"_s);
+        QCOMPARE(updater.GetText(u"app_title"_s).value, u"Vocabrix"_s);
+        QCOMPARE(updater.GetText(u"app_desc"_s).value,
+                 u"This is a vocabulary flash cards program"_s);
+    }
+
+    void splashPacesEveryLine()
+    {
+        startProgram();
+        // 25 ms after each line shown on the splash, plus the two fine pauses.
+        qint64 splashLines = 0;
+        const QStringList lines = m_env->logLines();
+        const qsizetype from = lines.indexOf(u"KORVA Alive/n"_s);
+        const qsizetype to = lines.indexOf(u"System brought up successfully/n"_s);
+        splashLines = to - from + 1;
+        QCOMPARE(m_env->pauser.sleptMs, 150 + 75 + 25 * splashLines);
+    }
+
+    void secondStartSkipsFirstUse()
+    {
+        startProgram(true, true);
+        modMain::ChapterWindow()->Quit();
+        flushDeletes();
+        QVERIFY(g_ProcessReleased);
+
+        m_env->log->clear();
+        m_env->prompter.modalWindows.clear();
+        ResetProgramState();
+        g_Watcher = std::make_unique<RecordingWatcher>(m_env->log);
+        modMain::StartProgram();
+        flushDeletes();
+        QVERIFY(m_env->prompter.modalWindows.empty());
+        QVERIFY(!m_env->logLines().contains(
+                u" .. Initializing KORVA master DB file for first use.../n"_s));
+        QVERIFY(m_env->logLines().contains(u" ..KORVA data file mounted successfully/n"_s));
+        QVERIFY(g_TroubleDefaultCurrent && g_ShowMouseHover); // read back from the first run
+        QCOMPARE(modMain::ChapterWindow()->LV1->topLevelItemCount(), 4);
+    }
+
+    void unmountableMaster()
+    {
+        m_env.reset();
+        m_env = std::make_unique<TestEnvironment>(false); // no watcher: the high-priority box shows
+        const QByteArray damaged(300, '\x5A');
+        WriteFileBytes(master(), damaged);
+        modMain::StartProgram();
+        flushDeletes();
+        QCOMPARE(m_env->prompter.boxTitles(),
+                 QStringList({u"High Priority Message Handler"_s,
+                              u"KORVA File System Critical Error"_s}));
+        QCOMPARE(m_env->prompter.boxes[0].text, u"The program cannot start/n"_s);
+        QCOMPARE(m_env->prompter.boxes[1].text,
+                 u"The program's master database couldn't be opened. Check the path: \r\n'"_s
+                         + master() + u"' and try again."_s);
+        QCOMPARE(m_env->prompter.boxes[1].icon, MsgIcon::Critical);
+        QCOMPARE(ReadFileBytes(master()), damaged); // nothing written
+        QVERIFY(!g_MasterDb);
+        QVERIFY(g_ProcessReleased);
+        QVERIFY(forms::Open().isEmpty());
+    }
+
+    void previousInstanceRefused()
+    {
+        QLocalServer other;
+        other.setSocketOptions(QLocalServer::AbstractNamespaceOption);
+        QVERIFY(other.listen(u"vocabrix-test-"_s
+                             + QString::number(QCoreApplication::applicationPid())));
+        modMain::StartProgram();
+        flushDeletes();
+        QCOMPARE(m_env->prompter.boxTitles(), QStringList(u"Previous Instance Found"_s));
+        QCOMPARE(
+                m_env->prompter.boxes[0].text,
+                u"A previous instance was detected. Exit that instance before starting a new one."_s);
+        QCOMPARE(m_env->prompter.boxes[0].icon, MsgIcon::Exclamation);
+        QVERIFY(!QFileInfo::exists(master())); // never touched
+        const QStringList lines = m_env->logLines();
+        QVERIFY(lines.contains(u"Previous program instance found/n"_s));
+        QVERIFY(lines.contains(u"KORVA system going down on code -1/n"_s));
+        QVERIFY(lines.contains(u"korvamain has exited .. NOT writing current data to disk/n"_s));
+        QVERIFY(!lines.contains(u" .. renderer dead/n"_s)); // code -1 skips the card data
+        QVERIFY(g_ProcessReleased);
+        QVERIFY(!g_SplashUp);
+    }
+
+    void studyAndExit()
+    {
+        startProgram(false, true);
+        study({0, 2});
+        frmMain *main = frmMain::Existing();
+        QVERIFY(main && main->isVisible());
+        QVERIFY(!modMain::ChapterWindow());
+        QCOMPARE(g_Deck.UBound(), 37 + 38);
+        QCOMPARE(modrender::Metrics()->MainText(), g_Deck[0].question);
+        QCOMPARE(modrender::Metrics()->CornerText(r_data::Corner::TopLeft),
+                 u"showing card 1 of 75; 0 trouble cards"_s);
+        QVERIFY(main->zelFlatButton2->Enabled());
+        const QStringList lines = m_env->logLines();
+        QVERIFY(lines.contains(u" .. loaded 75 nodes/n"_s));
+        QVERIFY(std::any_of(lines.begin(), lines.end(), [](const QString &l) {
+            return l.startsWith(u"All file(s) loaded in "_s) && l.endsWith(u" msec/n"_s);
+        }));
+
+        main->HandleKey(39, 0);
+        main->HandleKey(39, 0);
+        QCOMPARE(modrender::CurrentCard, qint16(2));
+        modrender::AlphaLevel = 120;
+        modrender::AlphaEffects = true;
+        main->move(123, 45);
+
+        m_env->log->clear();
+        main->HandleKey(88, 0); // X
+        flushDeletes();
+        QVERIFY(g_ProcessReleased);
+        QVERIFY(!frmMain::Existing());
+        const QStringList shutdown {
+                u"KORVA system going down on code 0/n"_s,
+                u"halting renderer ../n"_s,
+                u"saving Alpha Options/n"_s,
+                u"renderer going down/n"_s,
+                u" .. renderer released ok/n"_s,
+                u" .. renderer dead/n"_s,
+                u"Entering FlushToZero mode/n"_s,
+                u" .. flushing 2636 bytes of data/n"_s,
+                u"All dynamic data flushed/n"_s,
+                u"saving the korva master/n"_s,
+                u"unmounting file/n"_s,
+                u"destroying class instance/n"_s,
+                u" ..class instance destroyed/n"_s,
+                u"unloading form frmMain/n"_s,
+                u"KORVA Platform Dead/n"_s,
+                u"KORVA Platform release successful/n"_s,
+                u"Process will be released after this line/n"_s,
+        };
+        QStringList got = m_env->logLines();
+        // The flushed byte count depends on the example texts; compare its shape.
+        QVERIFY(got.size() == shutdown.size());
+        QVERIFY(got[7].startsWith(u" .. flushing "_s));
+        got[7] = shutdown[7];
+        QCOMPARE(got, shutdown);
+
+        // What the next start finds.
+        QCOMPARE(storedNumber(master(), u"alpha_level"_s).value, 120);
+        QCOMPARE(storedNumber(master(), u"alpha_effects"_s).value, -1);
+        QCOMPARE(storedNumber(master(), u"frmMain.left"_s).value, 123 * 15);
+        QCOMPARE(storedNumber(master(), u"frmMain.top"_s).value, 45 * 15);
+        QVERIFY(storedNumber(master(), u"frmChapter.left"_s).found);
+        QCOMPARE(storedNumber(master(), u"show_mouse_hover"_s).value, -1);
+        ikorvalite db;
+        db.Mount(master(), false);
+        QCOMPARE(db.GetNote(u"show_mouse_hover"_s), u"options"_s);
+        QCOMPARE(db.GetNote(u"alpha_level"_s), u"alpha_transparency"_s);
+        QCOMPARE(db.GetNote(u"frmMain.top"_s), u"metrics"_s);
+    }
+
+    void windowComesBackWhereItWas()
+    {
+        startProgram();
+        g_MasterDb->SetValue(u"frmMain.left"_s, QString(), 50000, u"metrics"_s); // far off screen
+        g_MasterDb->SetValue(u"frmMain.top"_s, QString(), 300, u"metrics"_s);
+        study({1});
+        QCOMPARE(frmMain::Existing()->pos(), QPoint(50000 / 15, 20));
+    }
+
+    void newSessionKeepsStudyWindow()
+    {
+        startProgram();
+        study({0});
+        frmMain *main = frmMain::Existing();
+        m_env->log->clear();
+        main->mP_n->trigger();
+        flushDeletes();
+        QCOMPARE(frmMain::Existing(), main); // the same window, hidden and cleared
+        QVERIFY(!main->isVisible());
+        QVERIFY(!main->Studying());
+        QVERIFY(!g_ProcessReleased);
+        const QStringList lines = m_env->logLines();
+        QCOMPARE(lines.mid(0, 2),
+                 QStringList({u" ***************************/n"_s,
+                              u" -- Starting New Session --/n"_s}));
+        QVERIFY(lines.contains(u" .. skipping frmMain unloader/n"_s));
+        QVERIFY(!lines.contains(u"Checking for already running instances ../n"_s + u"x"_s));
+        QVERIFY(!lines.contains(u" .. no previously running instance has been found./n"_s));
+        QVERIFY(!lines.contains(u"Process will be released after this line/n"_s));
+        QVERIFY(!modMain::SplashWindow());
+        QVERIFY(modMain::ChapterWindow() && modMain::ChapterWindow()->isVisible());
+        QCOMPARE(g_Deck.UBound(), 0); // flushed
+        QVERIFY(storedNumber(master(), u"frmMain.left"_s).found);
+
+        study({3});
+        QVERIFY(main->isVisible());
+        QCOMPARE(modrender::Metrics()->CornerText(r_data::Corner::BottomRight),
+                 u"from 'German 4: Home and Family'"_s);
+    }
+
+    void closeRefusedWhileShuffling()
+    {
+        startProgram();
+        study({0});
+        frmMain *main = frmMain::Existing();
+        g_ShuffleRunning = true;
+        QVERIFY(!main->close());
+        QVERIFY(main->isVisible());
+        QVERIFY(!g_ProcessReleased);
+        main->HandleKey(39, 0); // keys are ignored during a shuffle
+        QCOMPARE(modrender::CurrentCard, qint16(0));
+        g_ShuffleRunning = false;
+        QVERIFY(main->close());
+        QVERIFY(g_ProcessReleased);
+    }
+
+    void nothingSelectedEndsTheProgram()
+    {
+        startProgram();
+        study({});
+        QCOMPARE(m_env->prompter.boxTitles(),
+                 QStringList({u"FileLoader"_s, u"Database Loader Failure"_s}));
+        QCOMPARE(m_env->prompter.boxes[0].text,
+                 u"No files were selected to be loaded. The program will exit."_s);
+        QVERIFY(g_ProcessReleased);
+        QVERIFY(!frmMain::Existing());
+    }
+
+    void chapterListEdits()
+    {
+        startProgram();
+        frmChapter *chapters = modMain::ChapterWindow();
+        // The settings file itself is no chapter.
+        m_env->prompter.fileAnswers = {master()};
+        chapters->ToolbarCommand(u"sall"_s);
+        QCOMPARE(m_env->prompter.boxTitles(), QStringList(u"DB Open Error"_s));
+        QCOMPARE(m_env->prompter.boxes[0].text,
+                 u"This file invalid and cannot be opened in this mode"_s);
+        QCOMPARE(m_env->prompter.fileDialogs[0].title, u"Select File"_s);
+        QCOMPARE(m_env->prompter.fileDialogs[0].filter, u"Vocabrix Data File (*.zel)"_s);
+        QCOMPARE(chapters->LV1->topLevelItemCount(), 4);
+
+        // A chapter without a title is listed by its file name.
+        const QString mine = m_env->path(u"mine.zel"_s);
+        WriteFileBytes(mine,
+                       bytes::header("generated automatically by the Vocabrix Editor v1.21", 4, 2)
+                               + bytes::placeholder() + bytes::entry("a", -1, "b", 0, {})
+                               + bytes::entry("c", -1, "d", 0, {}));
+        m_env->prompter.fileAnswers = {mine};
+        chapters->ToolbarCommand(u"sall"_s);
+        QCOMPARE(chapters->LV1->topLevelItemCount(), 5);
+        QCOMPARE(chapters->LV1->topLevelItem(4)->text(0), u"mine.zel"_s);
+
+        // Removing two examples, then a deleted file: the list on disk follows.
+        chapters->LV1->clearSelection();
+        chapters->LV1->topLevelItem(0)->setSelected(true);
+        chapters->LV1->topLevelItem(1)->setSelected(true);
+        chapters->ToolbarCommand(u"del"_s);
+        chapters->SaveFileList();
+        g_MasterDb->Save();
+        QCOMPARE(storedNumber(master(), u"flist_count"_s).value, 3);
+        ikorvalite db;
+        db.Mount(master(), false);
+        QCOMPARE(db.GetText(u"flist_name_3"_s).value, mine);
+        QCOMPARE(db.GetText(u"flist_name_4"_s).value, programDir() + u"/ex4.zel"_s); // left behind
+    }
+
+    void editorButton()
+    {
+        startProgram();
+        frmChapter *chapters = modMain::ChapterWindow();
+        m_env->prompter.answers = {MsgResult::No};
+        chapters->Command5->click();
+        QCOMPARE(m_env->prompter.boxTitles(), QStringList(u"Load Editor?"_s));
+        QVERIFY(m_env->prompter.launches.empty());
+
+        m_env->prompter.answers = {MsgResult::Yes};
+        chapters->Command5->click();
+        flushDeletes();
+        QCOMPARE(m_env->prompter.launches.size(), size_t(1));
+        QCOMPARE(m_env->prompter.launches[0].program,
+                 programDir() + u'/' + ExecutableFileName(u"vxedit"_s));
+        QVERIFY(g_ProcessReleased); // the program closes for the editor
+    }
+
+    void progressSavedAndResumed()
+    {
+        startProgram();
+        study({0});
+        frmMain *main = frmMain::Existing();
+        main->HandleKey(39, 0);
+        main->HandleKey(32, 0); // card 2 becomes a trouble card
+        QVERIFY(g_Deck[1].isTrouble());
+        const QString saved = m_env->path(u"progress.vxs"_s);
+        m_env->prompter.fileAnswers = {saved};
+        main->mP_sp->trigger();
+        QVERIFY(QFileInfo::exists(saved));
+
+        main->mP_n->trigger();
+        flushDeletes();
+        m_env->prompter.fileAnswers = {saved};
+        modMain::ChapterWindow()->ToolbarCommand(u"lsaved"_s);
+        flushDeletes();
+        QVERIFY(main->isVisible());
+        QVERIFY(!modMain::ChapterWindow());
+        QCOMPARE(g_Deck.UBound(), 37);
+        QVERIFY(g_Deck[1].isTrouble());
+        QCOMPARE(g_Deck[1].timesViewed, qint16(1));
+        QCOMPARE(g_Deck[0].timesViewed, qint16(2)); // shown again from the first card
+        QCOMPARE(modrender::CurrentCard, qint16(0));
+        QVERIFY(m_env->logLines().contains(u" .. loaded 37 nodes/n"_s));
+    }
+
+    void keys_data()
+    {
+        QTest::addColumn<int>("key");
+        QTest::addColumn<int>("shift");
+        QTest::addColumn<QString>("effect");
+        QTest::newRow("Right") << 39 << 0 << u"card 1"_s;
+        QTest::newRow("Left wraps to the end") << 37 << 0 << u"card 37"_s;
+        QTest::newRow("Return") << 13 << 0 << u"answer"_s;
+        QTest::newRow("Space") << 32 << 0 << u"trouble"_s;
+        QTest::newRow("a") << 65 << 0 << u"about"_s;
+        QTest::newRow("A with Shift") << 65 << 1 << u"about"_s;
+        QTest::newRow("s") << 83 << 0 << u"shuffled"_s;
+        QTest::newRow("x") << 88 << 0 << u"ended"_s;
+        QTest::newRow("y is past the keys") << 89 << 0 << u"nothing"_s;
+        QTest::newRow("below 13") << 9 << 0 << u"nothing"_s;
+        QTest::newRow("z") << 90 << 0 << u"nothing"_s;
+    }
+    void keys()
+    {
+        QFETCH(int, key);
+        QFETCH(int, shift);
+        QFETCH(QString, effect);
+        startProgram();
+        study({0});
+        frmMain *main = frmMain::Existing();
+        const QString question = g_Deck[0].question;
+        main->HandleKey(key, shift);
+        flushDeletes();
+        if (effect == u"card 1"_s)
+            QCOMPARE(modrender::CurrentCard, qint16(1));
+        else if (effect == u"card 37"_s)
+            QCOMPARE(modrender::CurrentCard, qint16(37));
+        else if (effect == u"answer"_s)
+            QCOMPARE(modrender::Metrics()->MainText(), g_Deck[0].answer);
+        else if (effect == u"trouble"_s)
+            QVERIFY(main->Check1->Checked() && g_Deck[0].isTrouble());
+        else if (effect == u"about"_s)
+            QCOMPARE(m_env->prompter.modalWindows.back(), u"frmAbout"_s);
+        else if (effect == u"shuffled"_s)
+            QVERIFY(!m_env->prompter.boxes.size() && modrender::CurrentCard == 0
+                    && g_Deck[0].timesViewed >= 1);
+        else if (effect == u"ended"_s)
+            QVERIFY(g_ProcessReleased);
+        if (effect == u"nothing"_s) {
+            QCOMPARE(modrender::CurrentCard, qint16(0));
+            QCOMPARE(modrender::Metrics()->MainText(), question);
+            QVERIFY(m_env->prompter.boxes.empty() && m_env->prompter.modalWindows.size() == 1);
+        }
+    }
+
+    void keysFromControlsReachTheWindow()
+    {
+        startProgram();
+        study({0});
+        frmMain *main = frmMain::Existing();
+        main->zelFlatButton4->setFocus();
+        QTest::keyClick(main->zelFlatButton4, Qt::Key_Right);
+        QCOMPARE(modrender::CurrentCard, qint16(1));
+        QTest::keyClick(main->Check2, Qt::Key_Left);
+        QCOMPARE(modrender::CurrentCard, qint16(0));
+        QTest::keyClick(main, Qt::Key_Right);
+        QCOMPARE(modrender::CurrentCard, qint16(1));
+    }
+
+    void menuCommands()
+    {
+        startProgram();
+        study({0});
+        frmMain *main = frmMain::Existing();
+        QCOMPARE(main->mP->actions().size(), 14); // ten items and four separators
+        QVERIFY(main->mP_sc->text().startsWith(u"Shuffle Cards"_s));
+
+        main->mP_qh->trigger();
+        QCOMPARE(m_env->prompter.boxTitles(), QStringList(u"Quick Help"_s));
+        const QString help = m_env->prompter.boxes[0].text;
+        QVERIFY(help.startsWith(
+                u"Introduction\r\n============\r\nThis program is a flash card system designed "
+                "primarily for studying vocabulary. It supports double-sided 'cards' with the "
+                "vocabulary word on one side and the definition and/or translation on the other "
+                "side. The card deck can also be shuffled quickly and easily using the 'Shuffle "
+                "Cards' feature.\r\n\r\nQuick Help\r\n==========\r\n1. Use the '<<' and '>>'"_s));
+        QVERIFY(help.endsWith(u"\r\na = Show About Box\r\nx = Exit Program\r\n"_s));
+        QCOMPARE(help.count(u"\r\n"_s), 24); // 22 lines and 2 empty ones
+
+        main->mP_a->trigger();
+        QCOMPARE(m_env->prompter.modalWindows.back(), u"frmAbout"_s);
+
+        m_env->prompter.fileAnswers = {m_env->path(u"report"_s)};
+        main->mP_ss->trigger();
+        QCOMPARE(m_env->prompter.fileDialogs.back().filter, u"*.txt (*.txt)"_s);
+        QCOMPARE(m_env->prompter.openedDocuments, QStringList(m_env->path(u"report.txt"_s)));
+
+        main->mP_sc->trigger();
+        QVERIFY(m_env->logLines().size() > 0);
+        QCOMPARE(modrender::CurrentCard, qint16(0));
+
+        qputenv("BROWSER", "testbrowser --new-window %s");
+        QTest::mouseClick(main->zelHL1, Qt::LeftButton, {}, QPoint(2, 2));
+        qunsetenv("BROWSER");
+        QCOMPARE(m_env->prompter.launches.size(), size_t(1));
+        QCOMPARE(m_env->prompter.launches[0].program, u"testbrowser"_s);
+        QCOMPARE(m_env->prompter.launches[0].arguments,
+                 QStringList({u"--new-window"_s, modBrowser::ProductPageUrl()}));
+
+        main->mP_e->trigger();
+        QVERIFY(g_ProcessReleased);
+    }
+
+    void hoverHelp()
+    {
+        startProgram(false, true);
+        study({0});
+        frmMain *main = frmMain::Existing();
+        r_data *metrics = modrender::Metrics();
+        main->zelFlatButton2->HandleMouseMove(3, 3);
+        QCOMPARE(metrics->CornerText(r_data::Corner::BottomLeft), u"Next Card"_s);
+        QVERIFY(!main->Timer1->isActive());
+        main->Check1->HandleMouseMove(3, 3);
+        QCOMPARE(metrics->CornerText(r_data::Corner::BottomLeft),
+                 u"Sets whether you had trouble with this card or not"_s);
+        main->Check1->HandleMouseMove(-3, 3);
+        QVERIFY(main->Timer1->isActive());
+        QCOMPARE(main->Timer1->interval(), 2000);
+        QTRY_COMPARE_WITH_TIMEOUT(metrics->CornerText(r_data::Corner::BottomLeft),
+                                  u"Roll mouse over controls to see descriptions"_s, 4000);
+
+        g_ShowMouseHover = false;
+        main->zelFlatButton3->HandleMouseMove(3, 3);
+        QCOMPARE(metrics->CornerText(r_data::Corner::BottomLeft),
+                 u"Roll mouse over controls to see descriptions"_s);
+    }
+};
+
+QTEST_MAIN(AppTest)
+#include "tst_app.moc"
