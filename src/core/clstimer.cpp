@@ -97,13 +97,22 @@ double clsTimer::ElapsedMs() const
 
 QString clsTimer::strElapsed(const QString &mask) const
 {
+    return Fill(mask, ElapsedSeconds());
+}
+
+QString clsTimer::strElapsedMs(const QString &mask) const
+{
+    return Fill(mask, ElapsedMs());
+}
+
+QString clsTimer::Fill(const QString &mask, double value) const
+{
     if (!mask.contains(u"%t"_s))
         Log(u" .. warning: strElapsed couldn't find a '%t' in string mask/n"_s);
 
     QLocale locale;
     locale.setNumberOptions(locale.numberOptions() & ~QLocale::OmitGroupSeparator);
-    const QString value = locale.toString(ElapsedSeconds(), 'f', 7);
     QString result = mask;
-    result.replace(u"%t"_s, value);
+    result.replace(u"%t"_s, locale.toString(value, 'f', 7));
     return result;
 }

@@ -37,9 +37,12 @@ public:
     double ElapsedMs() const;
     // Every "%t" in mask replaced by the elapsed seconds, "###,##0.0000000".
     QString strElapsed(const QString &mask) const;
+    // The same with the true milliseconds.
+    QString strElapsedMs(const QString &mask) const;
 
 private:
     double ElapsedSeconds() const;
+    QString Fill(const QString &mask, double value) const;
 
     qint64 m_frequency = 0; // fixed point: value x 10000
     qint64 m_startCount = 0;
