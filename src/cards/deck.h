@@ -1,6 +1,7 @@
 #pragma once
 
 #include "card.h"
+#include "chapterformat.h" // ReplaceUmlautEscapes: escapes are replaced as chapters load
 
 #include <vector>
 
@@ -43,6 +44,3 @@ void LoadChapterFile(const QString &path, const QString &chapterName);
 // Empties the deck. See the log lines for the two deliberate quirks: a deck of
 // one card is not flushed, and the first card is not counted.
 void FlushData(bool firstUse);
-
-// Replaces the umlaut escapes "asc(252)" and kin by their characters.
-void ReplaceUmlautEscapes(QString &text);

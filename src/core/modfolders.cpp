@@ -43,8 +43,19 @@ void SetHomeDirectory()
     Log(suffix, kLogContinuation);
 }
 
+namespace {
+QString g_programDirectory;
+}
+
+void SetProgramDirectory(const QString &path)
+{
+    g_programDirectory = path;
+}
+
 QString ProgramDirectory()
 {
+    if (!g_programDirectory.isEmpty())
+        return g_programDirectory;
     if (!QCoreApplication::instance())
         return QDir::currentPath();
     return QCoreApplication::applicationDirPath();

@@ -18,6 +18,8 @@ void SetHomeDirectory();
 // Where the program's own files lie: the example chapters, the editor, the
 // updater file, the manual.
 QString ProgramDirectory();
+// Puts the program's files elsewhere (tests); empty goes back to the real place.
+void SetProgramDirectory(const QString &path);
 
 } // namespace modFolders
 

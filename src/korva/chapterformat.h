@@ -13,3 +13,7 @@ inline const QString kChapterDescription =
         u"generated automatically by the Vocabrix Editor v1.21"_s;
 
 } // namespace korva
+
+// Card texts may carry umlauts as escapes, "asc(252)" for ü and so on for
+// ö ä ß Ü Ö Ä; this replaces every one by its character.
+void ReplaceUmlautEscapes(QString &text);

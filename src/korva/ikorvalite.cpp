@@ -198,6 +198,15 @@ void ikorvalite::SetValue(const QString &key, const QString &textValue, qint32 n
     m_header.count += 1;
 }
 
+void ikorvalite::Assign(const korva::Header &header, std::vector<korva::Entry> entries)
+{
+    m_header = header;
+    m_entries = std::move(entries);
+    if (m_entries.empty())
+        m_entries.emplace_back();
+    m_header.count = LastIndex();
+}
+
 void ikorvalite::AppendEntry(const korva::Entry &entry)
 {
     m_entries.push_back(entry);

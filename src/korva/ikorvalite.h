@@ -55,6 +55,9 @@ public:
     QString Title() const { return m_header.title; }
     void SetTitle(const QString &text) { m_header.title = text; }
     void SetFormat(qint32 format) { m_header.format = format; }
+    // Replaces header and table at once: an editor's whole document, the
+    // placeholder first.
+    void Assign(const korva::Header &header, std::vector<korva::Entry> entries);
     const korva::Header &Header() const { return m_header; }
     const std::vector<korva::Entry> &Entries() const { return m_entries; }
 

@@ -27,6 +27,7 @@
 #include <QMenu>
 #include <QPushButton>
 #include <QRadioButton>
+#include <QTemporaryDir>
 #include <QTest>
 #include <QTimer>
 #include <QTreeWidget>
@@ -87,6 +88,7 @@ class AppTest : public QObject
     Q_OBJECT
 
     std::unique_ptr<TestEnvironment> m_env;
+    QTemporaryDir m_programDir; // the examples and the editor, as beside the program
 
     QString master() const { return m_env->home() + u"/Documents/Vocabrix/sys.zel"_s; }
 
@@ -101,6 +103,13 @@ private Q_SLOTS:
     void initTestCase()
     {
         InstallFontSubstitutes();
+        const QString built = QCoreApplication::applicationDirPath();
+        for (int n = 1; n <= 4; ++n)
+            QVERIFY(QFile::copy(built + u"/ex%1.zel"_s.arg(n),
+                                m_programDir.filePath(u"ex%1.zel"_s.arg(n))));
+        QVERIFY(QFile::link(built + u'/' + ExecutableFileName(u"vxedit"_s),
+                            m_programDir.filePath(ExecutableFileName(u"vxedit"_s))));
+        modFolders::SetProgramDirectory(m_programDir.path());
         instanceguard::SetKey(u"vocabrix-test-"_s
                               + QString::number(QCoreApplication::applicationPid()));
     }

@@ -1,5 +1,6 @@
 #include "cardtext.h"
 
+#include <QRegularExpression>
 #include <QStringDecoder>
 
 using namespace Qt::Literals::StringLiterals;
@@ -36,12 +37,17 @@ bool decodeUtf8(const QByteArray &data, QString &text, QString *error)
 
 bool isBlank(const QStringList &fields)
 {
-    return fields.size() == 1 && fields.first().isEmpty();
+    for (const QString &f : fields) {
+        if (!f.isEmpty())
+            return false;
+    }
+    return true;
 }
 
+// "#separator:tab", "#html:false", "#deck column:3" ...: a "#", a name of
+// letters and blanks, a colon.
 bool isHeaderLine(const QString &line)
 {
-    // "#separator:tab", "#html:false", "#deck column:3" ...
     if (!line.startsWith(u'#'))
         return false;
     const qsizetype colon = line.indexOf(u':');
@@ -55,36 +61,100 @@ bool isHeaderLine(const QString &line)
     return true;
 }
 
-void parseTsv(const QString &text, std::vector<Row> &rows)
+QChar separatorNamed(const QString &name)
 {
-    const QStringList lines = text.split(u'\n');
-    bool atTop = true;
-    for (qsizetype i = 0; i < lines.size(); ++i) {
-        QString line = lines[i];
-        if (line.endsWith(u'\r'))
-            line.chop(1);
-        if (atTop && isHeaderLine(line))
-            continue;
-        atTop = false;
-        const QStringList fields = line.split(u'\t');
-        if (isBlank(fields))
-            continue;
-        rows.push_back({int(i + 1), fields});
+    static const QList<std::pair<QString, QChar>> names {
+            {u"tab"_s, u'\t'},  {u"comma"_s, u','}, {u"semicolon"_s, u';'},
+            {u"space"_s, u' '}, {u"pipe"_s, u'|'},  {u"colon"_s, u':'},
+    };
+    for (const auto &[n, c] : names) {
+        if (name.compare(n, Qt::CaseInsensitive) == 0)
+            return c;
     }
+    return name.size() == 1 ? name[0] : QChar(u'\t');
 }
 
-bool parseCsv(const QString &text, std::vector<Row> &rows, QString *error)
+} // namespace
+
+Format FormatForPath(const QString &path)
 {
-    int line = 1;
-    int rowLine = 1;
+    return path.endsWith(u".csv"_s, Qt::CaseInsensitive) ? Format::Csv : Format::Tsv;
+}
+
+Layout LayoutFor(Format format)
+{
+    Layout layout;
+    if (format == Format::Csv) {
+        layout.delimiter = u',';
+        layout.quoted = true;
+    }
+    return layout;
+}
+
+Layout DetectLayout(const QByteArray &data, const QString &path)
+{
+    Layout layout = LayoutFor(FormatForPath(path));
+    QString text = QString::fromUtf8(data.left(64 * 1024));
+    if (text.startsWith(QChar(0xFEFF)))
+        text.remove(0, 1);
+    const QStringList lines = text.split(u'\n');
+
+    qsizetype i = 0;
+    for (; i < lines.size(); ++i) {
+        const QString line = lines[i].trimmed();
+        if (!isHeaderLine(line))
+            break;
+        const qsizetype colon = line.indexOf(u':');
+        const QString name = line.mid(1, colon - 1).trimmed().toLower();
+        const QString value = line.mid(colon + 1).trimmed();
+        layout.fromHeader = true;
+        if (name == u"separator"_s) {
+            layout.delimiter = separatorNamed(value);
+            layout.quoted = true;
+        } else if (name == u"html"_s) {
+            layout.html = value.compare(u"true"_s, Qt::CaseInsensitive) == 0;
+        } else if (name == u"columns"_s) {
+            layout.columnNames = value.split(layout.delimiter);
+        } else if (name.endsWith(u" column"_s)) {
+            const int column = value.toInt();
+            if (column > 0)
+                layout.metaColumns << column - 1;
+        }
+    }
+    if (layout.fromHeader || FormatForPath(path) == Format::Csv
+        || !path.endsWith(u".txt"_s, Qt::CaseInsensitive))
+        return layout;
+
+    // A plain .txt: whichever of tab, semicolon and comma its first lines use.
+    int tabs = 0, semicolons = 0, commas = 0;
+    for (qsizetype n = 0; n < lines.size() && n < 20; ++n) {
+        tabs += int(lines[n].count(u'\t'));
+        semicolons += int(lines[n].count(u';'));
+        commas += int(lines[n].count(u','));
+    }
+    if (tabs == 0 && (semicolons > 0 || commas > 0)) {
+        layout.delimiter = semicolons >= commas ? u';' : u',';
+        layout.quoted = true;
+    }
+    return layout;
+}
+
+bool Parse(const QByteArray &data, const Layout &layout, std::vector<Row> &rows, QString *error)
+{
+    QString text;
+    if (!decodeUtf8(data, text, error))
+        return false;
+    rows.clear();
+
+    int line = 1, rowLine = 1, quoteLine = 0;
     QStringList fields;
     QString field;
     bool quoted = false;    // inside a quoted field
     bool wasQuoted = false; // the current field was quoted
-    int quoteLine = 0;
+    bool atTop = true;      // still among the header lines
 
     auto endField = [&] {
-        fields << field;
+        fields << (layout.html ? HtmlToText(field) : field);
         field.clear();
         wasQuoted = false;
     };
@@ -97,6 +167,19 @@ bool parseCsv(const QString &text, std::vector<Row> &rows, QString *error)
 
     for (qsizetype i = 0; i < text.size(); ++i) {
         const QChar c = text[i];
+        if (atTop && fields.isEmpty() && field.isEmpty() && c == u'#') {
+            const qsizetype end = text.indexOf(u'\n', i);
+            const QString candidate = text.mid(i, end < 0 ? -1 : end - i).trimmed();
+            if (isHeaderLine(candidate)) {
+                if (end < 0)
+                    break;
+                i = end;
+                ++line;
+                rowLine = line;
+                continue;
+            }
+        }
+        atTop = false;
         if (quoted) {
             if (c == u'"') {
                 if (i + 1 < text.size() && text[i + 1] == u'"') {
@@ -114,11 +197,11 @@ bool parseCsv(const QString &text, std::vector<Row> &rows, QString *error)
             }
             continue;
         }
-        if (c == u'"' && field.isEmpty() && !wasQuoted) {
+        if (layout.quoted && c == u'"' && field.isEmpty() && !wasQuoted) {
             quoted = true;
             wasQuoted = true;
             quoteLine = line;
-        } else if (c == u',') {
+        } else if (c == layout.delimiter) {
             endField();
         } else if (c == u'\n') {
             endRow();
@@ -140,35 +223,55 @@ bool parseCsv(const QString &text, std::vector<Row> &rows, QString *error)
     return true;
 }
 
-QString csvField(const QString &field)
-{
-    const bool needsQuotes = field.contains(u',') || field.contains(u'"') || field.contains(u'\n')
-            || field.contains(u'\r');
-    if (!needsQuotes)
-        return field;
-    QString escaped = field;
-    escaped.replace(u"\""_s, u"\"\""_s);
-    return u'"' + escaped + u'"';
-}
-
-} // namespace
-
-Format FormatForPath(const QString &path)
-{
-    return path.endsWith(u".csv"_s, Qt::CaseInsensitive) ? Format::Csv : Format::Tsv;
-}
-
 bool Parse(const QByteArray &data, Format format, std::vector<Row> &rows, QString *error)
 {
-    QString text;
-    if (!decodeUtf8(data, text, error))
-        return false;
-    rows.clear();
-    if (format == Format::Tsv) {
-        parseTsv(text, rows);
-        return true;
+    return Parse(data, LayoutFor(format), rows, error);
+}
+
+QString HtmlToText(const QString &html)
+{
+    if (!html.contains(u'<') && !html.contains(u'&'))
+        return html;
+    static const QRegularExpression breaks(u"<\\s*(br|/div|/p|/li)\\b[^>]*>"_s,
+                                           QRegularExpression::CaseInsensitiveOption);
+    static const QRegularExpression tags(u"<[^>]*>"_s);
+    QString text = html;
+    text.replace(breaks, u" "_s);
+    text.remove(tags);
+    static const QList<std::pair<QString, QString>> entities {
+            {u"&nbsp;"_s, u" "_s},  {u"&lt;"_s, u"<"_s},  {u"&gt;"_s, u">"_s},
+            {u"&quot;"_s, u"\""_s}, {u"&#39;"_s, u"'"_s}, {u"&apos;"_s, u"'"_s},
+    };
+    for (const auto &[entity, character] : entities)
+        text.replace(entity, character, Qt::CaseInsensitive);
+    // The named characters of the Western European range, "&uuml;" and kin.
+    static const QStringList latin1 =
+            u"nbsp iexcl cent pound curren yen brvbar sect uml copy ordf laquo not shy reg "
+            "macr deg plusmn sup2 sup3 acute micro para middot cedil sup1 ordm raquo frac14 "
+            "frac12 frac34 iquest Agrave Aacute Acirc Atilde Auml Aring AElig Ccedil Egrave "
+            "Eacute Ecirc Euml Igrave Iacute Icirc Iuml ETH Ntilde Ograve Oacute Ocirc Otilde "
+            "Ouml times Oslash Ugrave Uacute Ucirc Uuml Yacute THORN szlig agrave aacute acirc "
+            "atilde auml aring aelig ccedil egrave eacute ecirc euml igrave iacute icirc iuml "
+            "eth ntilde ograve oacute ocirc otilde ouml divide oslash ugrave uacute ucirc uuml "
+            "yacute thorn yuml"_s.split(u' ');
+    if (text.contains(u'&')) {
+        for (qsizetype i = 0; i < latin1.size(); ++i)
+            text.replace(u'&' + latin1[i] + u';', QString(QChar(char16_t(0xA0 + i))));
     }
-    return parseCsv(text, rows, error);
+    static const QRegularExpression numeric(u"&#(x?)([0-9a-fA-F]+);"_s);
+    QRegularExpressionMatch m;
+    qsizetype from = 0;
+    while ((m = numeric.match(text, from)).hasMatch()) {
+        bool ok = false;
+        const uint code = m.captured(2).toUInt(&ok, m.captured(1).isEmpty() ? 10 : 16);
+        const QString replacement = ok && code > 0 && code <= 0x10FFFF
+                ? QString::fromUcs4(reinterpret_cast<const char32_t *>(&code), 1)
+                : QString();
+        text.replace(m.capturedStart(), m.capturedLength(), replacement);
+        from = m.capturedStart() + replacement.size();
+    }
+    text.replace(u"&amp;"_s, u"&"_s, Qt::CaseInsensitive);
+    return text.simplified();
 }
 
 bool FormatRow(const QStringList &fields, Format format, QString &line, QString *error)
@@ -183,9 +286,17 @@ bool FormatRow(const QStringList &fields, Format format, QString &line, QString 
                 return false;
             }
             out << f;
-        } else {
-            out << csvField(f);
+            continue;
         }
+        const bool needsQuotes =
+                f.contains(u',') || f.contains(u'"') || f.contains(u'\n') || f.contains(u'\r');
+        if (!needsQuotes) {
+            out << f;
+            continue;
+        }
+        QString escaped = f;
+        escaped.replace(u"\""_s, u"\"\""_s);
+        out << u'"' + escaped + u'"';
     }
     line = out.join(format == Format::Tsv ? u"\t"_s : u","_s);
     return true;

@@ -85,11 +85,13 @@ int Session::import(const QString &source, const QString &target, const QString 
         return fail(source, u"the file is too large for a list of cards"_s);
     const QByteArray data = file.readAll();
 
-    const cardtext::Format format = cardtext::FormatForPath(source);
-    const QString separator = format == cardtext::Format::Csv ? u"a comma"_s : u"a tab"_s;
+    const cardtext::Layout layout = cardtext::DetectLayout(data, source);
+    const QString separator = layout.delimiter == u'\t' ? u"a tab"_s
+            : layout.delimiter == u','                  ? u"a comma"_s
+                                                        : u"'%1'"_s.arg(layout.delimiter);
     std::vector<cardtext::Row> rows;
     QString error;
-    if (!cardtext::Parse(data, format, rows, &error))
+    if (!cardtext::Parse(data, layout, rows, &error))
         return fail(source, error);
 
     const QString titleProblem = chapterrules::CheckTitle(title);
@@ -100,7 +102,12 @@ int Session::import(const QString &source, const QString &target, const QString 
     db.SetDescription(korva::kChapterDescription);
     db.SetTitle(title);
     db.SetFormat(4);
-    for (const cardtext::Row &row : rows) {
+    for (cardtext::Row row : rows) {
+        // Bookkeeping columns of another program's export are not card text.
+        for (qsizetype i = row.fields.size() - 1; i >= 0; --i) {
+            if (layout.metaColumns.contains(int(i)))
+                row.fields.removeAt(i);
+        }
         const QString where = source + u": line "_s + QString::number(row.line);
         if (row.fields.size() < 2)
             return fail(where,

@@ -1,17 +1,44 @@
 #include "commandline.h"
+#include "core/programstate.h"
+#include "core/qtplatform.h"
+#include "dialogs/programstyle.h"
+#include "editorwindow.h"
 #include "korvahooks.h"
+#include "study/fontspec.h"
 
-#include <QCoreApplication>
+#include <QApplication>
 #include <QFile>
+#include <QIcon>
 
 int main(int argc, char *argv[])
 {
-    QCoreApplication app(argc, argv);
-    // The engine asks before it overwrites a read-only file; nobody can answer
-    // on the command line, so the answer is no and the verb says so.
-    korva::setHooks({});
-    QFile out, err;
-    out.open(stdout, QIODevice::WriteOnly | QIODevice::Unbuffered);
-    err.open(stderr, QIODevice::WriteOnly | QIODevice::Unbuffered);
-    return commandline::Run(app.arguments().mid(1), out, err);
+    QStringList args;
+    for (int i = 1; i < argc; ++i)
+        args << QString::fromLocal8Bit(argv[i]);
+
+    if (commandline::IsCommandLine(args)) {
+        QCoreApplication app(argc, argv);
+        // The engine asks before it overwrites a read-only file; nobody can
+        // answer on the command line, so the answer is no and the verb says so.
+        korva::setHooks({});
+        QFile out, err;
+        out.open(stdout, QIODevice::WriteOnly | QIODevice::Unbuffered);
+        err.open(stderr, QIODevice::WriteOnly | QIODevice::Unbuffered);
+        return commandline::Run(args, out, err);
+    }
+
+    QApplication app(argc, argv);
+    QApplication::setOrganizationName(QStringLiteral("Quillmere"));
+    QApplication::setApplicationName(QStringLiteral("vxedit"));
+    QApplication::setWindowIcon(programstyle::ProgramIcon());
+    InstallFontSubstitutes();
+    QtPrompter prompter;
+    SetPrompter(&prompter);
+    ConnectKorvaToProgram();
+
+    EditorWindow window;
+    window.show();
+    if (!args.isEmpty())
+        window.OpenFile(args.first());
+    return app.exec();
 }

@@ -1,0 +1,478 @@
+#include "cardpreview.h"
+#include "cards/deck.h"
+#include "cards/frmchapter.h"
+#include "cardtext.h"
+#include "chaptermodel.h"
+#include "chapterrules.h"
+#include "core/forms.h"
+#include "core/programstate.h"
+#include "editcommands.h"
+#include "editorwindow.h"
+#include "findreplace.h"
+#include "ikorvalite.h"
+#include "importdialog.h"
+#include "korvabuilder.h"
+#include "study/fontspec.h"
+#include "testsupport.h"
+
+#include <QCheckBox>
+#include <QComboBox>
+#include <QCoreApplication>
+#include <QDir>
+#include <QFileInfo>
+#include <QLineEdit>
+#include <QSettings>
+#include <QTableView>
+#include <QTest>
+#include <QTreeWidget>
+#include <QUndoStack>
+
+#include <memory>
+
+using namespace Qt::Literals::StringLiterals;
+
+namespace {
+
+const QByteArray kChapter = "generated automatically by the Vocabrix Editor v1.21";
+
+QStringList questions(const ChapterModel &model)
+{
+    QStringList out;
+    for (int r = 0; r < model.rowCount(); ++r)
+        out << model.Text(r, ChapterModel::Question);
+    return out;
+}
+
+QByteArray chapterFile(const QList<std::array<QByteArray, 3>> &cards,
+                       const QByteArray &title = "Titel")
+{
+    QByteArray file =
+            bytes::header(kChapter, 4, qint16(cards.size()), title) + bytes::placeholder();
+    for (const auto &c : cards)
+        file += bytes::entry(c[0], -1, c[1], 0, c[2]);
+    return file;
+}
+
+} // namespace
+
+class EditorTest : public QObject
+{
+    Q_OBJECT
+
+    std::unique_ptr<TestEnvironment> m_env;
+    std::unique_ptr<EditorWindow> m_window;
+
+    QString path(const QString &name) const { return m_env->path(name); }
+
+    // A window with a chapter of these questions open (answers a1.., notes n1..).
+    ChapterModel &open(const QStringList &qs)
+    {
+        QList<std::array<QByteArray, 3>> cards;
+        for (int i = 0; i < qs.size(); ++i)
+            cards.append({qs[i].toLatin1(), "a" + QByteArray::number(i + 1),
+                          "n" + QByteArray::number(i + 1)});
+        WriteFileBytes(path(u"open.zel"_s), chapterFile(cards));
+        [&] { QVERIFY(m_window->OpenFile(path(u"open.zel"_s))); }();
+        return *m_window->Model();
+    }
+
+private Q_SLOTS:
+    void initTestCase()
+    {
+        InstallFontSubstitutes();
+        QCoreApplication::setOrganizationName(u"Quillmere-test"_s);
+        QCoreApplication::setApplicationName(u"vxedit-test"_s);
+    }
+
+    void init()
+    {
+        m_env = std::make_unique<TestEnvironment>();
+        QSettings().clear();
+        m_window = std::make_unique<EditorWindow>();
+    }
+
+    void cleanup()
+    {
+        m_window.reset();
+        for (QWidget *form : forms::Open())
+            forms::Unload(form);
+        QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+        m_env.reset();
+    }
+
+    void editsUndoAndRedo()
+    {
+        ChapterModel &model = open({u"eins"_s, u"zwei"_s, u"drei"_s});
+        QUndoStack *undo = m_window->UndoStack();
+        QVERIFY(undo->isClean());
+
+        QVERIFY(model.setData(model.index(1, ChapterModel::Answer), u"two"_s, Qt::EditRole));
+        QCOMPARE(model.Text(1, ChapterModel::Answer), u"two"_s);
+        QVERIFY(m_window->isWindowModified());
+        undo->undo();
+        QCOMPARE(model.Text(1, ChapterModel::Answer), u"a2"_s);
+        QVERIFY(!m_window->isWindowModified());
+        undo->redo();
+        QCOMPARE(model.Text(1, ChapterModel::Answer), u"two"_s);
+
+        // Deleting cards that are not next to each other, and bringing them back.
+        m_window->Table()->selectionModel()->clearSelection();
+        m_window->Table()->selectRow(0);
+        m_window->Table()->selectionModel()->select(model.index(2, 0),
+                                                    QItemSelectionModel::Select
+                                                            | QItemSelectionModel::Rows);
+        m_window->DeleteCards();
+        QCOMPARE(questions(model), QStringList({u"zwei"_s}));
+        undo->undo();
+        QCOMPARE(questions(model), QStringList({u"eins"_s, u"zwei"_s, u"drei"_s}));
+
+        // Moving the last two cards up, then down again.
+        m_window->Table()->selectionModel()->clearSelection();
+        m_window->Table()->selectRow(1);
+        m_window->Table()->selectionModel()->select(model.index(2, 0),
+                                                    QItemSelectionModel::Select
+                                                            | QItemSelectionModel::Rows);
+        m_window->MoveCards(-1);
+        QCOMPARE(questions(model), QStringList({u"zwei"_s, u"drei"_s, u"eins"_s}));
+        const int steps = undo->count();
+        m_window->MoveCards(-1); // the first cannot go further up
+        QCOMPARE(undo->count(), steps);
+        undo->undo();
+        QCOMPARE(questions(model), QStringList({u"eins"_s, u"zwei"_s, u"drei"_s}));
+
+        // Sorting, and the same column again the other way round.
+        m_window->SortBy(ChapterModel::Question);
+        QCOMPARE(questions(model), QStringList({u"drei"_s, u"eins"_s, u"zwei"_s}));
+        QCOMPARE(model.Text(2, ChapterModel::Answer), u"two"_s); // cards move whole
+        m_window->SortBy(ChapterModel::Question);
+        QCOMPARE(questions(model), QStringList({u"zwei"_s, u"eins"_s, u"drei"_s}));
+        undo->undo();
+        undo->undo();
+        QCOMPARE(questions(model), QStringList({u"eins"_s, u"zwei"_s, u"drei"_s}));
+
+        // Typing a title is one step.
+        m_window->TitleEdit()->setText(QString());
+        QTest::keyClicks(m_window->TitleEdit(), u"Neu"_s);
+        QCOMPARE(m_window->Document().Title(), u"Neu"_s);
+        undo->undo();
+        QCOMPARE(m_window->Document().Title(), u"Titel"_s);
+        QCOMPARE(m_window->TitleEdit()->text(), u"Titel"_s);
+    }
+
+    void addCardStartsEditingTheQuestion()
+    {
+        ChapterModel &model = open({u"eins"_s, u"zwei"_s});
+        m_window->Table()->setCurrentIndex(model.index(0, 1));
+        m_window->AddCard();
+        QCOMPARE(model.rowCount(), 3);
+        QCOMPARE(questions(model), QStringList({u"eins"_s, QString(), u"zwei"_s}));
+        QCOMPARE(m_window->Table()->currentIndex(), model.index(1, ChapterModel::Question));
+        QVERIFY(!m_window->Document().CardProblem(1).isEmpty()); // empty until typed
+        QCOMPARE(model.ProblemCount(), 1);
+        m_window->UndoStack()->undo();
+        QCOMPARE(model.rowCount(), 2);
+    }
+
+    void recordLimits_data()
+    {
+        QTest::addColumn<int>("answerLength");
+        QTest::addColumn<bool>("saved");
+        // question 50 + answer + note 6 of the 116 bytes the texts share
+        QTest::newRow("exactly 128 bytes") << 60 << true;
+        QTest::newRow("129 bytes") << 61 << false;
+    }
+    void recordLimits()
+    {
+        QFETCH(int, answerLength);
+        QFETCH(bool, saved);
+        ChapterModel &model = open({u"eins"_s, u"zwei"_s});
+        model.setData(model.index(1, ChapterModel::Question), QString(50, u'q'), Qt::EditRole);
+        model.setData(model.index(1, ChapterModel::Answer), QString(answerLength, u'a'),
+                      Qt::EditRole);
+        model.setData(model.index(1, ChapterModel::Note), u"nnnnnn"_s, Qt::EditRole);
+        QCOMPARE(model.BytesLeft(1), saved ? 0 : -1);
+        const QString target = path(u"limit.zel"_s);
+        m_env->prompter.fileAnswers = {target};
+        QCOMPARE(m_window->SaveAs(), saved);
+        QCOMPARE(QFileInfo::exists(target), saved);
+        if (!saved) {
+            QCOMPARE(m_env->prompter.boxTitles(), QStringList(u"Chapter Not Saved"_s));
+            QCOMPARE(
+                    m_env->prompter.boxes[0].text,
+                    u"Card 2 can't be saved: the card takes 129 bytes, more than the 128 of a "
+                    u"chapter record "
+                    "(question, answer and note may have 116 bytes together). Nothing was written."_s);
+            QCOMPARE(m_window->Table()->currentIndex().row(), 1); // the card is shown
+            QVERIFY(m_window->isWindowModified());
+        } else {
+            QVERIFY(!m_window->isWindowModified());
+            ikorvalite db;
+            QVERIFY(db.Mount(target, false));
+            QCOMPARE(db.GetEntry(2).text.size(), answerLength);
+        }
+    }
+
+    void codePageRefusedAsTypedAndAtSave()
+    {
+        ChapterModel &model = open({u"eins"_s, u"zwei"_s});
+        m_window->ShowTypingFeedback(0, ChapterModel::Answer, u"Борщ"_s);
+        QVERIFY(m_window->LimitText().contains(
+                u"'Б' (U+0411) can't be stored in a chapter file"_s));
+        m_window->ShowTypingFeedback(0, ChapterModel::Answer,
+                                     QString(112, u'x')); // with "eins" and "n1": 118
+        QVERIFY(m_window->LimitText().contains(u"Card 1: 2 bytes too long"_s));
+
+        model.setData(model.index(0, ChapterModel::Note), u"siehe → dort"_s, Qt::EditRole);
+        QVERIFY(model.index(0, ChapterModel::Question)
+                        .data(Qt::DecorationRole)
+                        .isValid()); // marked
+        const QByteArray before = ReadFileBytes(path(u"open.zel"_s));
+        QVERIFY(!m_window->Save());
+        QCOMPARE(m_env->prompter.boxes[0].text,
+                 u"Card 1 can't be saved: the note holds '→' (U+2192), which a chapter file cannot "
+                 u"store. "
+                 "Nothing was written."_s);
+        QCOMPARE(ReadFileBytes(path(u"open.zel"_s)), before);
+    }
+
+    void unchangedFilesKeepTheirBytes_data()
+    {
+        QTest::addColumn<QByteArray>("file");
+        QTest::newRow("an example chapter")
+                << ReadFileBytes(QCoreApplication::applicationDirPath() + u"/ex2.zel"_s);
+        // Whatever the file carries beyond the cards goes back as it came.
+        QTest::newRow("odd fields") << bytes::header(kChapter, 7, 3, "T", "reserved text")
+                        + bytes::entry({}, 0, {}, 99, "note of the placeholder")
+                        + bytes::entry("zahl", -1, "number", -5, "a text entry with a number")
+                        + bytes::entry("a", -1, "b", 0, {})
+                        + bytes::entry("c", 1, "d", 0, "flag 1");
+    }
+    void unchangedFilesKeepTheirBytes()
+    {
+        QFETCH(QByteArray, file);
+        QVERIFY(!file.isEmpty());
+        WriteFileBytes(path(u"round.zel"_s), file);
+        QVERIFY(m_window->OpenFile(path(u"round.zel"_s)));
+        QVERIFY(!m_window->Document().ReadOnly());
+        m_env->prompter.fileAnswers = {path(u"copy.zel"_s)};
+        QVERIFY(m_window->SaveAs());
+        QCOMPARE(ReadFileBytes(path(u"copy.zel"_s)), file);
+    }
+
+    void otherKorvaFilesOnlyForALook()
+    {
+        const QByteArray settings = bytes::header("KORVA Database File; KORVA Lite version", 4, 1)
+                + bytes::placeholder()
+                + bytes::entry("backcolor_b", 0, {}, 14570825, "color_metrics");
+        WriteFileBytes(path(u"sys.zel"_s), settings);
+        m_env->prompter.answers = {MsgResult::No};
+        QVERIFY(!m_window->OpenFile(path(u"sys.zel"_s)));
+        QCOMPARE(m_env->prompter.boxTitles(), QStringList(u"Not a Chapter"_s));
+        QVERIFY(m_env->prompter.boxes[0].text.contains(
+                u"its description is 'KORVA Database File; KORVA Lite version'"_s));
+        QCOMPARE(m_window->Model()->rowCount(), 0);
+
+        m_env->prompter.answers = {MsgResult::Yes};
+        QVERIFY(m_window->OpenFile(path(u"sys.zel"_s)));
+        QVERIFY(m_window->Document().ReadOnly());
+        QCOMPARE(m_window->Model()->index(0, ChapterModel::Answer).data().toString(),
+                 u"(number) 14570825"_s);
+        QVERIFY(!(m_window->Model()->flags(m_window->Model()->index(0, 0)) & Qt::ItemIsEditable));
+        QVERIFY(m_window->windowTitle().contains(u"(read-only)"_s));
+        QVERIFY(!m_window->Save());
+        QCOMPARE(ReadFileBytes(path(u"sys.zel"_s)), settings);
+
+        WriteFileBytes(path(u"junk.zel"_s), "not a KORVA file at all, just text\n");
+        QVERIFY(!m_window->OpenFile(path(u"junk.zel"_s)));
+        QCOMPARE(m_env->prompter.boxTitles().last(), u"Can't Open Chapter"_s);
+    }
+
+    void unsavedChangesAreAskedFor()
+    {
+        ChapterModel &model = open({u"eins"_s, u"zwei"_s});
+        model.setData(model.index(0, 0), u"changed"_s, Qt::EditRole);
+        m_env->prompter.answers = {MsgResult::Cancel};
+        QVERIFY(!m_window->MaybeSave());
+        QCOMPARE(m_env->prompter.boxTitles(), QStringList(u"Save Changes?"_s));
+        m_env->prompter.answers = {MsgResult::No};
+        QVERIFY(m_window->MaybeSave());
+        m_env->prompter.answers = {MsgResult::Yes};
+        QVERIFY(m_window->MaybeSave()); // saved to the file it came from
+        ikorvalite db;
+        QVERIFY(db.Mount(path(u"open.zel"_s), false));
+        QCOMPARE(db.GetEntry(1).key, u"changed"_s);
+        QVERIFY(!m_window->isWindowModified());
+    }
+
+    void findAndReplace()
+    {
+        ChapterModel &model = open({u"der Hund"_s, u"die Katze"_s, u"der Vogel"_s});
+        findreplace::Options o;
+        o.text = u"der"_s;
+        auto first = findreplace::FindNext(model, {-1, 0}, o);
+        QVERIFY(first && first->row == 0 && first->column == 0);
+        auto second = findreplace::FindNext(model, *first, o);
+        QVERIFY(second && second->row == 2);
+        auto wrapped = findreplace::FindNext(model, *second, o);
+        QVERIFY(wrapped && wrapped->row == 0); // round again from the top
+        o.inQuestion = false;
+        QVERIFY(!findreplace::FindNext(model, {-1, 0}, o));
+
+        o.inQuestion = true;
+        o.text = u"DER"_s;
+        QCOMPARE(findreplace::ReplaceAll(model, *m_window->UndoStack(), o, u"ein"_s), 2);
+        QCOMPARE(questions(model), QStringList({u"ein Hund"_s, u"die Katze"_s, u"ein Vogel"_s}));
+        m_window->UndoStack()->undo(); // one step
+        QCOMPARE(questions(model), QStringList({u"der Hund"_s, u"die Katze"_s, u"der Vogel"_s}));
+        o.matchCase = true;
+        QCOMPARE(findreplace::ReplaceAll(model, *m_window->UndoStack(), o, u"ein"_s), 0);
+    }
+
+    void importDetectsLayouts_data()
+    {
+        QTest::addColumn<QString>("name");
+        QTest::addColumn<QByteArray>("content");
+        QTest::addColumn<QStringList>("questions");
+        QTest::addColumn<QStringList>("notes");
+        QTest::newRow("tsv with missing notes")
+                << u"a.tsv"_s << QByteArray("Hund\tdog\tder\nKatze\tcat\n")
+                << QStringList({u"Hund"_s, u"Katze"_s}) << QStringList({u"der"_s, QString()});
+        QTest::newRow("another program's export")
+                << u"deck.txt"_s
+                << QByteArray("#separator:tab\n#html:true\n#deck column:1\n"
+                              "Deutsch\t<b>Gr&uuml;n</b>\tgreen<br>colour\n"
+                              "Deutsch\t\"Auf&nbsp;Wiedersehen\"\tgoodbye\n")
+                << QStringList({u"Grün"_s, u"Auf Wiedersehen"_s})
+                << QStringList({QString(), QString()});
+        QTest::newRow("semicolons in a .txt")
+                << u"list.txt"_s << QByteArray("rot;red;Farbe\nblau;blue\n")
+                << QStringList({u"rot"_s, u"blau"_s}) << QStringList({u"Farbe"_s, QString()});
+        QTest::newRow("csv with bom and windows line ends")
+                << u"b.csv"_s
+                << QByteArray("\xEF\xBB\xBF\"eins, zwei\",\"one, two\"\r\ndrei,three\r\n")
+                << QStringList({u"eins, zwei"_s, u"drei"_s}) << QStringList({QString(), QString()});
+    }
+    void importDetectsLayouts()
+    {
+        QFETCH(QString, name);
+        QFETCH(QByteArray, content);
+        QFETCH(QStringList, questions);
+        QFETCH(QStringList, notes);
+        ImportDialog dialog(content, name);
+        QCOMPARE(dialog.ParseError(), QString());
+        const std::vector<korva::Entry> cards = dialog.Cards();
+        QStringList gotQuestions, gotNotes;
+        for (const korva::Entry &c : cards) {
+            gotQuestions << c.key;
+            gotNotes << c.note;
+        }
+        QCOMPARE(gotQuestions, questions);
+        QCOMPARE(gotNotes, notes);
+        for (const korva::Entry &c : cards)
+            QCOMPARE(c.isText, korva::kTrue);
+    }
+
+    void importIntoTheChapter()
+    {
+        ChapterModel &model = open({u"eins"_s, u"zwei"_s});
+        WriteFileBytes(path(u"more.csv"_s),
+                       "Question,Answer,Note\ndrei,three,\nvier,\"four, 4\",\nfünf,Жук,\n");
+        m_env->prompter.onModal = [](QObject *window) {
+            auto *dialog = qobject_cast<ImportDialog *>(window);
+            dialog->headerRow->setChecked(true);
+            return int(QDialog::Accepted);
+        };
+        QVERIFY(m_window->ImportFile(path(u"more.csv"_s)));
+        QCOMPARE(questions(model),
+                 QStringList({u"eins"_s, u"zwei"_s, u"drei"_s, u"vier"_s, u"fünf"_s}));
+        QCOMPARE(model.Text(3, ChapterModel::Answer), u"four, 4"_s);
+        QCOMPARE(model.ProblemCount(), 1); // flagged, to mend before saving
+        m_window->GoToNextProblem();
+        QCOMPARE(m_window->Table()->currentIndex().row(), 4);
+        m_window->UndoStack()->undo();
+        QCOMPARE(model.rowCount(), 2);
+    }
+
+    void exportRefusesWhatTsvCannotCarry()
+    {
+        ChapterModel &model = open({u"eins"_s, u"zwei"_s});
+        model.setData(model.index(1, ChapterModel::Answer), u"two\tthree"_s, Qt::EditRole);
+        m_env->prompter.fileAnswers = {path(u"out.tsv"_s)};
+        m_window->ExportCards();
+        QCOMPARE(m_env->prompter.boxTitles(), QStringList(u"Cards Not Exported"_s));
+        QVERIFY(!QFileInfo::exists(path(u"out.tsv"_s)));
+        m_env->prompter.fileAnswers = {path(u"out.csv"_s)};
+        m_window->ExportCards();
+        QCOMPARE(ReadFileBytes(path(u"out.csv"_s)), QByteArray("eins,a1,n1\nzwei,two\tthree,n2\n"));
+    }
+
+    void typedChapterIsStudied()
+    {
+        m_window->NewChapter();
+        QTest::keyClicks(m_window->TitleEdit(), u"Meine W"_s);
+        QTest::sendKeyEvent(QTest::Click, m_window->TitleEdit(), Qt::Key_O, u"ö"_s, Qt::NoModifier);
+        QTest::keyClicks(m_window->TitleEdit(), u"rter"_s);
+        ChapterModel *model = m_window->Model();
+        for (const auto &[q, a] :
+             {std::pair {u"grasc(252)n"_s, u"green"_s}, std::pair {u"blau"_s, u"blue"_s}}) {
+            m_window->AddCard();
+            const int row = m_window->Table()->currentIndex().row();
+            model->setData(model->index(row, ChapterModel::Question), q, Qt::EditRole);
+            model->setData(model->index(row, ChapterModel::Answer), a, Qt::EditRole);
+        }
+        // The editor shows the card as the study program will.
+        m_window->Table()->setCurrentIndex(model->index(1, 0));
+        m_window->Table()->setCurrentIndex(model->index(0, 0));
+        const QString chapter = path(u"meine.zel"_s);
+        m_env->prompter.fileAnswers = {chapter};
+        QVERIFY(m_window->Save());
+        QVERIFY(m_window->RecentFiles().contains(chapter));
+
+        // The study program's chapter window lists it by its title...
+        g_MasterDb = std::make_unique<ikorvalite>();
+        QVERIFY(g_MasterDb->Mount(path(u"sys.zel"_s), false));
+        frmChapter chapters;
+        m_env->prompter.fileAnswers = {chapter};
+        chapters.ToolbarCommand(u"sall"_s);
+        QVERIFY(m_env->prompter.boxes.empty());
+        QCOMPARE(chapters.LV1->topLevelItem(0)->text(0), u"Meine Wörter"_s);
+        // ... and loads its cards.
+        FlushData(true);
+        LoadChapterFile(chapter, u"Meine Wörter"_s);
+        QCOMPARE(g_Deck.UBound(), 2);
+        QCOMPARE(g_Deck[0].question, u"grün"_s);
+    }
+
+    void previewReplacesEscapes()
+    {
+        CardPreview preview;
+        preview.SetCard(u"Tasc(252)r"_s, u"door"_s);
+        // Something was drawn in the middle of both faces.
+        for (const QImage &face : {preview.Front(), preview.Back()}) {
+            bool text = false;
+            for (int x = 0; x < face.width() && !text; ++x)
+                text = qGreen(face.pixel(x, face.height() / 2)) > 200;
+            QVERIFY(text);
+        }
+    }
+
+    void screenshotForReview()
+    {
+        QVERIFY(m_window->OpenFile(QCoreApplication::applicationDirPath() + u"/ex3.zel"_s));
+        m_window->Table()->setCurrentIndex(m_window->Model()->index(8, 0));
+        m_window->show();
+        QDir().mkpath(QStringLiteral(SCREENS_DIR));
+        QVERIFY(m_window->grab().save(QStringLiteral(SCREENS_DIR) + u"/editor.png"_s));
+        ImportDialog importer(
+                "#separator:tab\n#html:false\n#deck column:1\nDeutsch\tder Apfel\tthe apple\n"
+                "Deutsch\tdie Birne\tthe pear\nDeutsch\tdas Ding mit ganz langem Namen, das nicht "
+                "in "
+                "eine Karte passt\tthe thing with a very long name that does not fit\n",
+                u"export.txt"_s);
+        importer.show();
+        QVERIFY(importer.grab().save(QStringLiteral(SCREENS_DIR) + u"/editor-import.png"_s));
+    }
+};
+
+QTEST_MAIN(EditorTest)
+#include "tst_editor.moc"

@@ -1,0 +1,99 @@
+#include "chapterdocument.h"
+
+#include "chapterformat.h"
+#include "chapterrules.h"
+#include "ikorvalite.h"
+
+#include <QFileInfo>
+
+using namespace Qt::Literals::StringLiterals;
+
+void ChapterDocument::New()
+{
+    m_header = korva::Header();
+    m_header.description = korva::kChapterDescription;
+    m_header.format = 4;
+    m_placeholder = korva::Entry();
+    m_cards.clear();
+    m_path.clear();
+    m_readOnly = false;
+}
+
+ChapterDocument::OpenResult ChapterDocument::Open(const QString &path, bool allowOtherFiles,
+                                                  QString *error)
+{
+    // Mounting a file that is not there would create it.
+    if (!QFileInfo(path).isFile()) {
+        if (error)
+            *error = u"the file does not exist"_s;
+        return OpenResult::NotFound;
+    }
+    ikorvalite db;
+    if (!db.Mount(path, false)) {
+        if (error)
+            *error = db.LastError();
+        return OpenResult::Damaged;
+    }
+    const bool chapter = db.Description() == korva::kChapterDescription;
+    if (!chapter && !allowOtherFiles) {
+        if (error)
+            *error = db.Description();
+        return OpenResult::NotChapter;
+    }
+    m_header = db.Header();
+    m_placeholder = db.Entries().front();
+    m_cards.assign(db.Entries().begin() + 1, db.Entries().end());
+    m_path = path;
+    m_readOnly = !chapter;
+    return OpenResult::Opened;
+}
+
+QString ChapterDocument::CardProblem(int row) const
+{
+    const korva::Entry &e = m_cards[size_t(row)];
+    return chapterrules::CheckCard(e.key, e.text, e.note);
+}
+
+std::optional<ChapterDocument::Problem> ChapterDocument::FirstProblem() const
+{
+    const QString title = chapterrules::CheckTitle(m_header.title);
+    if (!title.isEmpty())
+        return Problem {-1, title};
+    if (m_cards.size() > size_t(korva::kMaxEntries))
+        return Problem {-1,
+                        u"it has %1 cards; a chapter holds %2 at most"_s.arg(m_cards.size())
+                                .arg(korva::kMaxEntries)};
+    for (int row = 0; row < CardCount(); ++row) {
+        const QString why = CardProblem(row);
+        if (!why.isEmpty())
+            return Problem {row, why};
+    }
+    return std::nullopt;
+}
+
+bool ChapterDocument::Save(const QString &path, Problem *problem)
+{
+    if (m_readOnly) {
+        if (problem)
+            *problem = {-1, u"it was opened for reading only"_s};
+        return false;
+    }
+    if (const std::optional<Problem> found = FirstProblem()) {
+        if (problem)
+            *problem = *found;
+        return false;
+    }
+    std::vector<korva::Entry> entries;
+    entries.reserve(m_cards.size() + 1);
+    entries.push_back(m_placeholder);
+    entries.insert(entries.end(), m_cards.begin(), m_cards.end());
+    ikorvalite db;
+    db.Assign(m_header, std::move(entries));
+    if (!db.SaveAs(path)) {
+        if (problem)
+            *problem = {-2, db.LastError()};
+        return false;
+    }
+    m_path = path;
+    return true;
+}

@@ -1,0 +1,58 @@
+#pragma once
+
+#include "korvaformat.h"
+
+#include <QString>
+
+#include <optional>
+#include <vector>
+
+// A chapter as the editor holds it: the file's header and placeholder as they
+// were read, and one entry per card (key = question, text = answer, note =
+// note). Entries nobody edits are written back exactly as read, so a chapter
+// opened and saved unchanged keeps every byte.
+class ChapterDocument
+{
+public:
+    enum class OpenResult { Opened, NotFound, Damaged, NotChapter };
+
+    struct Problem
+    {
+        int row = -1; // the card, from 0; -1 for the chapter itself; -2 when the
+                      // engine refused the write and has said so (or the user chose not to)
+        QString why;
+    };
+
+    ChapterDocument() { New(); }
+
+    // An empty chapter, as a new file of the editor starts.
+    void New();
+    // Reads a file. A KORVA file that is no chapter is refused with
+    // NotChapter unless allowOtherFiles, which opens it for reading only.
+    OpenResult Open(const QString &path, bool allowOtherFiles, QString *error);
+    // Checks every card and the title first; writes nothing and names the
+    // first problem when there is one. The write itself is the engine's
+    // (atomic, and it asks before it overwrites a read-only file).
+    bool Save(const QString &path, Problem *problem);
+
+    std::optional<Problem> FirstProblem() const;
+    QString CardProblem(int row) const;
+
+    QString Title() const { return m_header.title; }
+    void SetTitle(const QString &title) { m_header.title = title; }
+
+    int CardCount() const { return int(m_cards.size()); }
+    const korva::Entry &Card(int row) const { return m_cards[size_t(row)]; }
+    std::vector<korva::Entry> &Cards() { return m_cards; }
+    const std::vector<korva::Entry> &Cards() const { return m_cards; }
+
+    QString Path() const { return m_path; }
+    bool ReadOnly() const { return m_readOnly; }
+
+private:
+    korva::Header m_header;
+    korva::Entry m_placeholder;
+    std::vector<korva::Entry> m_cards;
+    QString m_path;
+    bool m_readOnly = false;
+};

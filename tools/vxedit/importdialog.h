@@ -1,0 +1,48 @@
+#pragma once
+
+#include "cardtext.h"
+#include "korvaformat.h"
+
+#include <QDialog>
+
+class QCheckBox;
+class QComboBox;
+class QLabel;
+class QTableWidget;
+
+// Reading cards from a text file: the delimiter detected (and changeable),
+// which columns hold question, answer and note, and a preview of the first
+// cards as they will be added, with any that cannot be stored marked.
+class ImportDialog : public QDialog
+{
+    Q_OBJECT
+
+public:
+    ImportDialog(const QByteArray &content, const QString &path, QWidget *parent = nullptr);
+
+    QComboBox *delimiter;
+    QCheckBox *quoted;
+    QCheckBox *html;
+    QCheckBox *headerRow;
+    QComboBox *questionColumn;
+    QComboBox *answerColumn;
+    QComboBox *noteColumn; // its first item is "(none)"
+    QTableWidget *preview;
+    QLabel *summary;
+
+    // The cards the file gives with the choices made; empty on a parse error.
+    std::vector<korva::Entry> Cards() const;
+    QString ParseError() const { return m_error; }
+    const cardtext::Layout &Layout() const { return m_layout; }
+
+private:
+    void Reparse();
+    void FillColumns();
+    void UpdatePreview();
+
+    QByteArray m_data;
+    cardtext::Layout m_layout;
+    std::vector<cardtext::Row> m_rows;
+    QString m_error;
+    int m_columns = 0;
+};
