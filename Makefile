@@ -5,7 +5,11 @@ JOBS ?= $(shell nproc 2>/dev/null || echo 2)
 RELEASE_DIR := build/release
 DEBUG_DIR := build/debug
 
-.PHONY: run test build debug deps bench clean
+FUZZ_SECONDS ?= 60
+FUZZ_DIR := build/fuzz
+FUZZ_TARGETS := fuzz_korva fuzz_progress fuzz_cardtext
+
+.PHONY: run test build debug deps bench fuzz clean
 
 deps:
 	@bash scripts/install-deps.sh
@@ -32,6 +36,19 @@ bench: deps $(RELEASE_DIR)/CMakeCache.txt
 	cmake -S . -B $(RELEASE_DIR) -DVOCABRIX_BENCH=ON
 	cmake --build $(RELEASE_DIR) -j $(JOBS) --target vocabrix_bench
 	./$(RELEASE_DIR)/vocabrix_bench
+
+# Runs each file reader's fuzz target for FUZZ_SECONDS (clang's libFuzzer).
+fuzz: deps
+	@bash scripts/install-deps.sh --fuzz
+	cmake -S . -B $(FUZZ_DIR) -DCMAKE_CXX_COMPILER=clang++ -DCMAKE_BUILD_TYPE=RelWithDebInfo \
+		-DVOCABRIX_FUZZ=ON -DVOCABRIX_TESTS=OFF
+	cmake --build $(FUZZ_DIR) -j $(JOBS) --target $(FUZZ_TARGETS)
+	@for t in $(FUZZ_TARGETS); do \
+		name=$${t#fuzz_}; mkdir -p $(FUZZ_DIR)/corpus/$$name; \
+		echo "== $$t"; \
+		ASAN_OPTIONS=detect_leaks=0 ./$(FUZZ_DIR)/$$t -max_total_time=$(FUZZ_SECONDS) -rss_limit_mb=1024 \
+			$(FUZZ_DIR)/corpus/$$name fuzz/seeds/$$name || exit 1; \
+	done
 
 clean:
 	rm -rf build

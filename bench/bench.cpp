@@ -8,7 +8,7 @@
 #include "core/programstate.h"
 #include "ikorvalite.h"
 #include "settings/r_data.h"
-#include "study/fontspec.h"
+#include "study/logicalfont.h"
 #include "study/r_renderer.h"
 #include "study/windowsurface.h"
 

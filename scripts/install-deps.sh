@@ -15,6 +15,11 @@ packages=(
     fonts-dejavu-core
 )
 
+# `make fuzz` needs clang and its fuzzer runtime as well.
+if [[ "${1:-}" == "--fuzz" ]]; then
+    packages+=(clang libclang-rt-dev)
+fi
+
 missing=()
 for p in "${packages[@]}"; do
     status=$(dpkg-query -W -f='${Status}' "$p" 2>/dev/null || true)

@@ -2,7 +2,7 @@
 #include "core/programstate.h"
 #include "core/qtplatform.h"
 #include "dialogs/programstyle.h"
-#include "study/fontspec.h"
+#include "study/logicalfont.h"
 
 #include <QApplication>
 #include <QIcon>

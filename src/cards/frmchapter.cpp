@@ -259,7 +259,7 @@ void frmChapter::AddChapterFile()
         MsgBox(u"Chapter Not Added"_s,
                u"The chapter '"_s + path
                        + u"' can't be remembered: its path is too long, or has characters the "
-                         u"settings "
+                         "settings "
                          "file cannot store. Move it to a folder with a shorter, plain name and add it again."_s,
                MsgIcon::Exclamation, MsgButtons::OK);
         return;
@@ -310,7 +310,7 @@ void frmChapter::LoadSelected()
     if (failed) {
         MsgBox(u"Database Loader Failure"_s,
                u"The specified chapters couldn't be loaded. This may result from corrupted "
-               u"database "
+               "database "
                "files and you may need to reinstall the program if this error persists."_s,
                MsgIcon::Critical, MsgButtons::OK);
         modMain::DestroySystem(0, false);
@@ -363,7 +363,7 @@ void frmChapter::StartEditor()
     if (!QFileInfo(editor).isFile() || !prompter().StartProgram(editor, {})) {
         MsgBox(u"Editor not Found"_s,
                u"The database editor couldn't be found. If you wish to use this tool, it is "
-               u"possible "
+               "possible "
                "you may need to reinstall, ensuring the tool is selected for install."_s,
                MsgIcon::Exclamation, MsgButtons::OK);
         return;

@@ -36,9 +36,9 @@ void zelHL::WriteProperties(PropertyBag &bag) const
     WriteCommonProperties(bag);
 }
 
-FontSpec zelHL::CaptionFont() const
+LogicalFont zelHL::CaptionFont() const
 {
-    return FontSpec::fromQFont(font());
+    return LogicalFont::fromQFont(font());
 }
 
 int zelHL::PreferredWidth() const
@@ -52,7 +52,7 @@ void zelHL::Paint(cMemDC &dc, const QRect &client)
     dc.FillRect(client.left(), client.top(), client.left() + client.width(),
                 client.top() + client.height(), m_backcolor);
 
-    FontSpec font = CaptionFont();
+    LogicalFont font = CaptionFont();
     quint32 color;
     if (m_enabled) {
         font.underline = m_hover;

@@ -27,7 +27,7 @@ protected:
     int PreferredWidth() const override;
 
 private:
-    FontSpec CaptionFont() const;
+    LogicalFont CaptionFont() const;
 
     QTimer *m_timer;
 };

@@ -70,7 +70,7 @@ void frmAbout::paintEvent(QPaintEvent *event)
     dc.Create(w, h, nullptr, &banner);
     dc.Gradient(0, 0, w / 2, h, 0, 14570825, false);
     dc.Gradient(w / 2, 0, w, h, 14570825, 0, false);
-    FontSpec font;
+    LogicalFont font;
     font.bold = true;
     font.size = 24;
     dc.SetFont(font);

@@ -173,7 +173,7 @@ frmOptions::frmOptions()
         if (Check4->isChecked())
             MsgBox(u"Preferences"_s,
                    u"You will lose all custom settings if you continue with this option. If you "
-                   u"are "
+                   "are "
                    "unsure, uncheck the box before closing the Preferences dialog."_s,
                    MsgIcon::Information, MsgButtons::OK);
     });
@@ -259,7 +259,7 @@ void frmOptions::TroubleDefaultReleased()
     }
     const MsgResult answer = MsgBox(u"Persistency"_s,
                                     u"You can enforce this change immediately or at the program's "
-                                    u"next run. If you enforce it "
+                                    "next run. If you enforce it "
                                     "immediately, then all cards' trouble status will be reset."_s,
                                     MsgIcon::Question, MsgButtons::YesNoCancel);
     if (answer == MsgResult::Yes) {

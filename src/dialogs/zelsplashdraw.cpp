@@ -37,7 +37,7 @@ void zelSplashDraw::Paint(cMemDC &dc, int width, int height) const
     dc.Gradient(x, 118, x + band / 2, 120, kBlue, kWhite, false);
     dc.Gradient(x + band / 2, 118, x + band, 120, kWhite, kBlue, false);
 
-    FontSpec font;
+    LogicalFont font;
     font.bold = true;
     font.size = 30;
     dc.SetFont(font);

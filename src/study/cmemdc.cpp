@@ -157,7 +157,7 @@ bool cMemDC::drawable() const
     return m_valid && !Image().isNull();
 }
 
-void cMemDC::SetFont(const FontSpec &font)
+void cMemDC::SetFont(const LogicalFont &font)
 {
     if (!m_valid)
         return;

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "fontspec.h"
+#include "logicalfont.h"
 
 #include <QImage>
 #include <QString>
@@ -53,8 +53,8 @@ public:
     const QImage &Image() const;
     WindowSurface *Target() const { return m_target; }
 
-    FontSpec Font() const { return m_font; }
-    void SetFont(const FontSpec &font);
+    LogicalFont Font() const { return m_font; }
+    void SetFont(const LogicalFont &font);
 
     void SetForeColor(quint32 color);
     void SetBackColor(quint32 color);
@@ -99,8 +99,8 @@ private:
     QImage m_own;
     WindowSurface *m_adopted = nullptr;
     WindowSurface *m_target = nullptr;
-    FontSpec m_font;
-    QFont m_createdFont = FontSpec().toQFont();
+    LogicalFont m_font;
+    QFont m_createdFont = LogicalFont().toQFont();
     quint32 m_foreColor = 0;
     quint32 m_backColor = 0xFFFFFF;
     int m_backMode = TRANSPARENT;

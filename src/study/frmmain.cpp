@@ -382,11 +382,10 @@ QString frmMain::QuickHelpText() const
             u"Introduction"_s,
             u"============"_s,
             u"This program is a flash card system designed primarily for studying vocabulary. It "
-            u"supports "
+            "supports "
             "double-sided 'cards' with the vocabulary word on one side and the definition and/or "
             "translation on the other side. The card deck can also be shuffled quickly and easily "
-            "using "
-            "the 'Shuffle Cards' feature."_s,
+            "using the 'Shuffle Cards' feature."_s,
             QString(),
             u"Quick Help"_s,
             u"=========="_s,
@@ -394,7 +393,7 @@ QString frmMain::QuickHelpText() const
             u"2. To see the answer, click on the answer button"_s,
             u"3. To shuffle the deck, click on the menu button and then click 'Shuffle Cards'"_s,
             u"4. Cards where the answer is known can be removed from card rotation by unchecking "
-            u"the 'I had "
+            "the 'I had "
             "trouble with this card' box"_s,
             QString(),
             u"Keyboard Shortcuts"_s,

@@ -119,7 +119,7 @@ void r_renderer::Draw(bool withMainText)
     const QRect text(L, T, Rt - L, B - T);
     const QRect shadow = text.translated(-1, -1); // up and to the left, by design
 
-    FontSpec font = dc.Font();
+    LogicalFont font = dc.Font();
     font.name = u"Tahoma"_s;
     if (withMainText) {
         font.bold = true;
@@ -163,7 +163,7 @@ void r_renderer::DrawCorner(int index, const QRect &text, const QRect &shadow)
     }
 }
 
-int r_renderer::FitFontSize(const QString &text, const QRect &target, FontSpec &font)
+int r_renderer::FitFontSize(const QString &text, const QRect &target, LogicalFont &font)
 {
     for (int s = 8; s <= 17; ++s) {
         font.size = s;

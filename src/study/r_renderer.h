@@ -41,7 +41,7 @@ public:
 
     // The main text's size in points: the largest from 8 to 17 whose width
     // stays below the rectangle's, and one less than the first that reaches it.
-    int FitFontSize(const QString &text, const QRect &target, FontSpec &font);
+    int FitFontSize(const QString &text, const QRect &target, LogicalFont &font);
 
     cMemDC *Surface() const { return m_surface.get(); }
     QRect ClientRect() const { return m_client; }

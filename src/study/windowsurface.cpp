@@ -8,7 +8,7 @@ WindowSurface::WindowSurface(QWidget *window, QColor background)
     , m_background(background)
 {
     if (window) {
-        font = FontSpec::fromQFont(window->font());
+        font = LogicalFont::fromQFont(window->font());
         Resize(window->size());
     }
 }

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "fontspec.h"
+#include "logicalfont.h"
 
 #include <QImage>
 #include <QRect>
@@ -37,7 +37,7 @@ public:
     quint32 textColor = 0;
     quint32 backColor = 0xFFFFFF;
     bool transparentText = true;
-    FontSpec font;
+    LogicalFont font;
 
 private:
     QWidget *m_window;

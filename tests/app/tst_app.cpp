@@ -15,7 +15,7 @@
 #include "ikorvalite.h"
 #include "korvabuilder.h"
 #include "settings/r_data.h"
-#include "study/fontspec.h"
+#include "study/logicalfont.h"
 #include "study/frmmain.h"
 #include "study/modrender.h"
 #include "testsupport.h"

@@ -2,7 +2,7 @@
 #include "controls/zelcheck.h"
 #include "controls/zelflatbutton.h"
 #include "controls/zelhl.h"
-#include "study/fontspec.h"
+#include "study/logicalfont.h"
 
 #include <QDir>
 #include <QPainter>

@@ -140,7 +140,7 @@ private Q_SLOTS:
         QCOMPARE(env.prompter.boxTitles(), QStringList(u"DEBUG Mode Mismatch"_s));
         QCOMPARE(env.prompter.boxes[0].text,
                  u"This program is in DEBUG mode, but the external debugger couldn't be found. "
-                 u"Check "
+                 "Check "
                  "to ensure the file is present in the current directory."_s);
         QCOMPARE(env.prompter.boxes[0].icon, MsgIcon::Exclamation);
 

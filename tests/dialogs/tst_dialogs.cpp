@@ -10,7 +10,7 @@
 #include "dialogs/frmviewer.h"
 #include "ikorvalite.h"
 #include "settings/r_data.h"
-#include "study/fontspec.h"
+#include "study/logicalfont.h"
 #include "study/frmmain.h"
 #include "study/modrender.h"
 #include "study/r_renderer.h"
@@ -333,7 +333,7 @@ private Q_SLOTS:
         QCOMPARE(crashes, 0);
         QCOMPARE(m_env->prompter.boxes[0].text,
                  u"Warning: this causes a very hard crash and should only be used for testing "
-                 u"purposes. "
+                 "purposes. "
                  "Are you sure you want to continue?"_s);
         QCOMPARE(m_env->prompter.boxes[0].icon, MsgIcon::Exclamation);
         QCOMPARE(m_env->prompter.boxes[0].buttons, MsgButtons::YesNo);

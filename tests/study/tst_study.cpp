@@ -5,7 +5,7 @@
 #include "core/programstate.h"
 #include "settings/r_data.h"
 #include "study/cmemdc.h"
-#include "study/fontspec.h"
+#include "study/logicalfont.h"
 #include "study/frmmain.h"
 #include "study/modrender.h"
 #include "study/r_renderer.h"
@@ -369,7 +369,7 @@ private Q_SLOTS:
         QCOMPARE(dc.TextWidth(u"not created"_s), 0);
         int w = 200, h = 50;
         dc.Create(w, h);
-        FontSpec font;
+        LogicalFont font;
         font.size = 12;
         dc.SetFont(font);
         int l = 10, t = 20, r = 11, b = 21;
@@ -534,7 +534,7 @@ private Q_SLOTS:
         QFETCH(int, size);
         TestEnvironment env;
         CardWindow card(640, 480, 60);
-        FontSpec font;
+        LogicalFont font;
         font.bold = true;
         QCOMPARE(card.renderer.FitFontSize(text, QRect(2, 0, 636, 420), font), size);
         QCOMPARE(font.size, double(size));

@@ -12,7 +12,7 @@
 #include "ikorvalite.h"
 #include "importdialog.h"
 #include "korvabuilder.h"
-#include "study/fontspec.h"
+#include "study/logicalfont.h"
 #include "testsupport.h"
 
 #include <QCheckBox>
@@ -200,7 +200,7 @@ private Q_SLOTS:
             QCOMPARE(
                     m_env->prompter.boxes[0].text,
                     u"Card 2 can't be saved: the card takes 129 bytes, more than the 128 of a "
-                    u"chapter record "
+                    "chapter record "
                     "(question, answer and note may have 116 bytes together). Nothing was written."_s);
             QCOMPARE(m_window->Table()->currentIndex().row(), 1); // the card is shown
             QVERIFY(m_window->isWindowModified());
@@ -230,7 +230,7 @@ private Q_SLOTS:
         QVERIFY(!m_window->Save());
         QCOMPARE(m_env->prompter.boxes[0].text,
                  u"Card 1 can't be saved: the note holds '→' (U+2192), which a chapter file cannot "
-                 u"store. "
+                 "store. "
                  "Nothing was written."_s);
         QCOMPARE(ReadFileBytes(path(u"open.zel"_s)), before);
     }
@@ -466,8 +466,7 @@ private Q_SLOTS:
         ImportDialog importer(
                 "#separator:tab\n#html:false\n#deck column:1\nDeutsch\tder Apfel\tthe apple\n"
                 "Deutsch\tdie Birne\tthe pear\nDeutsch\tdas Ding mit ganz langem Namen, das nicht "
-                "in "
-                "eine Karte passt\tthe thing with a very long name that does not fit\n",
+                "in eine Karte passt\tthe thing with a very long name that does not fit\n",
                 u"export.txt"_s);
         importer.show();
         QVERIFY(importer.grab().save(QStringLiteral(SCREENS_DIR) + u"/editor-import.png"_s));

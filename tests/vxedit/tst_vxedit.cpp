@@ -172,8 +172,7 @@ private Q_SLOTS:
         const QString src = dir.filePath(u"words.csv"_s);
         WriteFileBytes(
                 src,
-                "\xEF\xBB\xBF"
-                "der Apfel,the apple,\"pl. die \xC3\x84pfel\"\r\n"
+                "\xEF\xBB\xBF" "der Apfel,the apple,\"pl. die \xC3\x84pfel\"\r\n"
                 "Grasc(252)n,green\r\n\"Komma, bitte\",\"comma, please\",\"\"\"quoted\"\"\"\r\n");
         const QString zel = dir.filePath(u"out.zel"_s);
         const RunResult imported =

@@ -249,7 +249,7 @@ void EditorWindow::BuildActions()
     help->addAction(u"&About the Vocabrix Editor"_s, this, [this] {
         MsgBox(u"About the Vocabrix Editor"_s,
                u"Vocabrix Editor %1.%2 build %3\n\nMakes the chapter files that Vocabrix studies: "
-               u"type your "
+               "type your "
                "own cards or import lists you already have.\n\n%4"_s.arg(version::kMajor)
                        .arg(version::kMinor)
                        .arg(version::kRevision)
@@ -331,7 +331,7 @@ bool EditorWindow::OpenFile(const QString &path)
         const MsgResult look =
                 MsgBox(u"Not a Chapter"_s,
                        u"The file '%1' is a Vocabrix data file, but not a chapter (its description "
-                       u"is '%2'), so it "
+                       "is '%2'), so it "
                        "can't be edited here.\n\nOpen it read-only to look inside?"_s.arg(path,
                                                                                           error),
                        MsgIcon::Question, MsgButtons::YesNo);

@@ -4,7 +4,7 @@
 #include "dialogs/programstyle.h"
 #include "editorwindow.h"
 #include "korvahooks.h"
-#include "study/fontspec.h"
+#include "study/logicalfont.h"
 
 #include <QApplication>
 #include <QFile>

@@ -1,4 +1,4 @@
-#include "fontspec.h"
+#include "logicalfont.h"
 
 #include <QFontDatabase>
 #include <QStringList>
@@ -7,12 +7,12 @@
 
 using namespace Qt::Literals::StringLiterals;
 
-int FontSpec::pixelHeight() const
+int LogicalFont::pixelHeight() const
 {
     return int(std::lround(size * kLogicalDpi / 72.0));
 }
 
-QFont FontSpec::toQFont() const
+QFont LogicalFont::toQFont() const
 {
     QFont f(name);
     f.setStyleHint(QFont::SansSerif);
@@ -26,9 +26,9 @@ QFont FontSpec::toQFont() const
     return f;
 }
 
-FontSpec FontSpec::fromQFont(const QFont &font)
+LogicalFont LogicalFont::fromQFont(const QFont &font)
 {
-    FontSpec s;
+    LogicalFont s;
     s.name = font.family();
     if (font.pixelSize() > 0)
         s.size = font.pixelSize() * 72.0 / kLogicalDpi;

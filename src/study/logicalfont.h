@@ -6,7 +6,7 @@
 // A font as the drawing code describes it: a face, a size in points and its
 // styles. Sizes become pixel heights through a logical resolution of 96 dots
 // per inch, so text measures the same on every screen.
-struct FontSpec
+struct LogicalFont
 {
     QString name = QStringLiteral("Tahoma");
     double size = 8.0;
@@ -22,7 +22,7 @@ struct FontSpec
     // Pixel height of the em: size x 96 / 72, rounded to nearest.
     int pixelHeight() const;
     QFont toQFont() const;
-    static FontSpec fromQFont(const QFont &font);
+    static LogicalFont fromQFont(const QFont &font);
 };
 
 // "Tahoma" is the program's face; where a machine lacks it, the system's sans
