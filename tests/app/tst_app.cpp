@@ -1,47 +1,19 @@
-#include "cards/deck.h"
 #include "cards/frmchapter.h"
-#include "controls/zelcheck.h"
-#include "controls/zelflatbutton.h"
-#include "controls/zelhl.h"
-#include "core/forms.h"
 #include "core/instanceguard.h"
 #include "core/modbrowser.h"
 #include "core/modfolders.h"
-#include "core/modmain.h"
 #include "core/osversion.h"
-#include "core/programstate.h"
 #include "dialogs/frmsetup.h"
 #include "dialogs/frmsplash.h"
-#include "ikorvalite.h"
-#include "korvabuilder.h"
-#include "settings/r_data.h"
-#include "study/logicalfont.h"
-#include "study/frmmain.h"
-#include "study/modrender.h"
-#include "testsupport.h"
+#include "uitestsupport.h"
 
-#include <QAction>
-#include <QCheckBox>
-#include <QFileInfo>
 #include <QLocalServer>
 #include <QMenu>
-#include <QPushButton>
 #include <QRadioButton>
-#include <QTemporaryDir>
-#include <QTest>
-#include <QTimer>
-#include <QTreeWidget>
-
-#include <memory>
 
 using namespace Qt::Literals::StringLiterals;
 
 namespace {
-
-void flushDeletes()
-{
-    QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
-}
 
 // The user's answers in the first-run setup.
 std::function<int(QObject *)> answerSetup(bool troubleByDefault, bool hoverHelp)
@@ -78,7 +50,7 @@ void study(const QList<int> &rows)
     for (int row : rows)
         chapters->LV1->topLevelItem(row)->setSelected(true);
     chapters->Command1->click();
-    flushDeletes();
+    FlushDeletes();
 }
 
 } // namespace
@@ -96,7 +68,7 @@ class AppTest : public QObject
     {
         m_env->prompter.onModal = answerSetup(troubleByDefault, hoverHelp);
         modMain::StartProgram();
-        flushDeletes();
+        FlushDeletes();
     }
 
 private Q_SLOTS:
@@ -105,13 +77,11 @@ private Q_SLOTS:
         InstallFontSubstitutes();
         const QString built = QCoreApplication::applicationDirPath();
         for (int n = 1; n <= 4; ++n)
-            QVERIFY(QFile::copy(built + u"/ex%1.zel"_s.arg(n),
-                                m_programDir.filePath(u"ex%1.zel"_s.arg(n))));
+            QVERIFY(QFile::copy(built + u"/ex%1.zel"_s.arg(n), m_programDir.filePath(u"ex%1.zel"_s.arg(n))));
         QVERIFY(QFile::link(built + u'/' + ExecutableFileName(u"vxedit"_s),
                             m_programDir.filePath(ExecutableFileName(u"vxedit"_s))));
         modFolders::SetProgramDirectory(m_programDir.path());
-        instanceguard::SetKey(u"vocabrix-test-"_s
-                              + QString::number(QCoreApplication::applicationPid()));
+        instanceguard::SetKey(u"vocabrix-test-"_s + QString::number(QCoreApplication::applicationPid()));
     }
 
     void init()
@@ -123,10 +93,7 @@ private Q_SLOTS:
 
     void cleanup()
     {
-        for (QWidget *form : forms::Open())
-            forms::Unload(form);
-        modrender::ReleaseRendering();
-        flushDeletes();
+        UnloadAllForms();
         instanceguard::Release();
         SetOsVersionOverride(std::nullopt);
         m_env.reset();
@@ -149,7 +116,7 @@ private Q_SLOTS:
             return answerSetup(false, false)(window);
         };
         modMain::StartProgram();
-        flushDeletes();
+        FlushDeletes();
 
         const QString base = m_env->home() + u"/Documents/Vocabrix"_s;
         const QStringList expected {
@@ -225,8 +192,7 @@ private Q_SLOTS:
         QVERIFY(updater.Mount(programDir() + u"/Vocabrix.upd"_s, false));
         QCOMPARE(updater.GetText(u"app_current_version"_s).value, u"101"_s);
         QCOMPARE(updater.GetText(u"app_title"_s).value, u"Vocabrix"_s);
-        QCOMPARE(updater.GetText(u"app_desc"_s).value,
-                 u"This is a vocabulary flash cards program"_s);
+        QCOMPARE(updater.GetText(u"app_desc"_s).value, u"This is a vocabulary flash cards program"_s);
     }
 
     void splashPacesEveryLine()
@@ -245,7 +211,7 @@ private Q_SLOTS:
     {
         startProgram(true, true);
         modMain::ChapterWindow()->Quit();
-        flushDeletes();
+        FlushDeletes();
         QVERIFY(g_ProcessReleased);
 
         m_env->log->clear();
@@ -253,10 +219,9 @@ private Q_SLOTS:
         ResetProgramState();
         g_Watcher = std::make_unique<RecordingWatcher>(m_env->log);
         modMain::StartProgram();
-        flushDeletes();
+        FlushDeletes();
         QVERIFY(m_env->prompter.modalWindows.empty());
-        QVERIFY(!m_env->logLines().contains(
-                u" .. Initializing KORVA master DB file for first use.../n"_s));
+        QVERIFY(!m_env->logLines().contains(u" .. Initializing KORVA master DB file for first use.../n"_s));
         QVERIFY(m_env->logLines().contains(u" ..KORVA data file mounted successfully/n"_s));
         QVERIFY(g_TroubleDefaultCurrent && g_ShowMouseHover); // read back from the first run
         QCOMPARE(modMain::ChapterWindow()->LV1->topLevelItemCount(), 4);
@@ -269,14 +234,13 @@ private Q_SLOTS:
         const QByteArray damaged(300, '\x5A');
         WriteFileBytes(master(), damaged);
         modMain::StartProgram();
-        flushDeletes();
+        FlushDeletes();
         QCOMPARE(m_env->prompter.boxTitles(),
-                 QStringList({u"High Priority Message Handler"_s,
-                              u"KORVA File System Critical Error"_s}));
+                 QStringList({u"High Priority Message Handler"_s, u"KORVA File System Critical Error"_s}));
         QCOMPARE(m_env->prompter.boxes[0].text, u"The program cannot start/n"_s);
         QCOMPARE(m_env->prompter.boxes[1].text,
-                 u"The program's master database couldn't be opened. Check the path: \r\n'"_s
-                         + master() + u"' and try again."_s);
+                 u"The program's master database couldn't be opened. Check the path: \r\n'"_s + master()
+                         + u"' and try again."_s);
         QCOMPARE(m_env->prompter.boxes[1].icon, MsgIcon::Critical);
         QCOMPARE(ReadFileBytes(master()), damaged); // nothing written
         QVERIFY(!g_MasterDb);
@@ -288,14 +252,12 @@ private Q_SLOTS:
     {
         QLocalServer other;
         other.setSocketOptions(QLocalServer::AbstractNamespaceOption);
-        QVERIFY(other.listen(u"vocabrix-test-"_s
-                             + QString::number(QCoreApplication::applicationPid())));
+        QVERIFY(other.listen(u"vocabrix-test-"_s + QString::number(QCoreApplication::applicationPid())));
         modMain::StartProgram();
-        flushDeletes();
+        FlushDeletes();
         QCOMPARE(m_env->prompter.boxTitles(), QStringList(u"Previous Instance Found"_s));
-        QCOMPARE(
-                m_env->prompter.boxes[0].text,
-                u"A previous instance was detected. Exit that instance before starting a new one."_s);
+        QCOMPARE(m_env->prompter.boxes[0].text,
+                 u"A previous instance was detected. Exit that instance before starting a new one."_s);
         QCOMPARE(m_env->prompter.boxes[0].icon, MsgIcon::Exclamation);
         QVERIFY(!QFileInfo::exists(master())); // never touched
         const QStringList lines = m_env->logLines();
@@ -316,8 +278,7 @@ private Q_SLOTS:
         QVERIFY(!modMain::ChapterWindow());
         QCOMPARE(g_Deck.UBound(), 37 + 38);
         QCOMPARE(modrender::Metrics()->MainText(), g_Deck[0].question);
-        QCOMPARE(modrender::Metrics()->CornerText(r_data::Corner::TopLeft),
-                 u"showing card 1 of 75; 0 trouble cards"_s);
+        QCOMPARE(modrender::Metrics()->CornerText(r_data::Corner::TopLeft), u"showing card 1 of 75; 0 trouble cards"_s);
         QVERIFY(main->zelFlatButton2->Enabled());
         const QStringList lines = m_env->logLines();
         QVERIFY(lines.contains(u" .. loaded 75 nodes/n"_s));
@@ -334,7 +295,7 @@ private Q_SLOTS:
 
         m_env->log->clear();
         main->HandleKey(88, 0); // X
-        flushDeletes();
+        FlushDeletes();
         QVERIFY(g_ProcessReleased);
         QVERIFY(!frmMain::Existing());
         const QStringList shutdown {
@@ -393,15 +354,14 @@ private Q_SLOTS:
         frmMain *main = frmMain::Existing();
         m_env->log->clear();
         main->mP_n->trigger();
-        flushDeletes();
+        FlushDeletes();
         QCOMPARE(frmMain::Existing(), main); // the same window, hidden and cleared
         QVERIFY(!main->isVisible());
         QVERIFY(!main->Studying());
         QVERIFY(!g_ProcessReleased);
         const QStringList lines = m_env->logLines();
         QCOMPARE(lines.mid(0, 2),
-                 QStringList({u" ***************************/n"_s,
-                              u" -- Starting New Session --/n"_s}));
+                 QStringList({u" ***************************/n"_s, u" -- Starting New Session --/n"_s}));
         QVERIFY(lines.contains(u" .. skipping frmMain unloader/n"_s));
         QVERIFY(!lines.contains(u"Checking for already running instances ../n"_s + u"x"_s));
         QVERIFY(!lines.contains(u" .. no previously running instance has been found./n"_s));
@@ -413,8 +373,7 @@ private Q_SLOTS:
 
         study({3});
         QVERIFY(main->isVisible());
-        QCOMPARE(modrender::Metrics()->CornerText(r_data::Corner::BottomRight),
-                 u"from 'German 4: Home and Family'"_s);
+        QCOMPARE(modrender::Metrics()->CornerText(r_data::Corner::BottomRight), u"from 'German 4: Home and Family'"_s);
     }
 
     void closeRefusedWhileShuffling()
@@ -437,10 +396,8 @@ private Q_SLOTS:
     {
         startProgram();
         study({});
-        QCOMPARE(m_env->prompter.boxTitles(),
-                 QStringList({u"FileLoader"_s, u"Database Loader Failure"_s}));
-        QCOMPARE(m_env->prompter.boxes[0].text,
-                 u"No files were selected to be loaded. The program will exit."_s);
+        QCOMPARE(m_env->prompter.boxTitles(), QStringList({u"FileLoader"_s, u"Database Loader Failure"_s}));
+        QCOMPARE(m_env->prompter.boxes[0].text, u"No files were selected to be loaded. The program will exit."_s);
         QVERIFY(g_ProcessReleased);
         QVERIFY(!frmMain::Existing());
     }
@@ -453,8 +410,7 @@ private Q_SLOTS:
         m_env->prompter.fileAnswers = {master()};
         chapters->ToolbarCommand(u"sall"_s);
         QCOMPARE(m_env->prompter.boxTitles(), QStringList(u"DB Open Error"_s));
-        QCOMPARE(m_env->prompter.boxes[0].text,
-                 u"This file invalid and cannot be opened in this mode"_s);
+        QCOMPARE(m_env->prompter.boxes[0].text, u"This file invalid and cannot be opened in this mode"_s);
         QCOMPARE(m_env->prompter.fileDialogs[0].title, u"Select File"_s);
         QCOMPARE(m_env->prompter.fileDialogs[0].filter, u"Vocabrix Data File (*.zel)"_s);
         QCOMPARE(chapters->LV1->topLevelItemCount(), 4);
@@ -495,10 +451,9 @@ private Q_SLOTS:
 
         m_env->prompter.answers = {MsgResult::Yes};
         chapters->Command5->click();
-        flushDeletes();
+        FlushDeletes();
         QCOMPARE(m_env->prompter.launches.size(), size_t(1));
-        QCOMPARE(m_env->prompter.launches[0].program,
-                 programDir() + u'/' + ExecutableFileName(u"vxedit"_s));
+        QCOMPARE(m_env->prompter.launches[0].program, programDir() + u'/' + ExecutableFileName(u"vxedit"_s));
         QVERIFY(g_ProcessReleased); // the program closes for the editor
     }
 
@@ -516,10 +471,10 @@ private Q_SLOTS:
         QVERIFY(QFileInfo::exists(saved));
 
         main->mP_n->trigger();
-        flushDeletes();
+        FlushDeletes();
         m_env->prompter.fileAnswers = {saved};
         modMain::ChapterWindow()->ToolbarCommand(u"lsaved"_s);
-        flushDeletes();
+        FlushDeletes();
         QVERIFY(main->isVisible());
         QVERIFY(!modMain::ChapterWindow());
         QCOMPARE(g_Deck.UBound(), 37);
@@ -557,7 +512,7 @@ private Q_SLOTS:
         frmMain *main = frmMain::Existing();
         const QString question = g_Deck[0].question;
         main->HandleKey(key, shift);
-        flushDeletes();
+        FlushDeletes();
         if (effect == u"card 1"_s)
             QCOMPARE(modrender::CurrentCard, qint16(1));
         else if (effect == u"card 37"_s)
@@ -569,8 +524,7 @@ private Q_SLOTS:
         else if (effect == u"about"_s)
             QCOMPARE(m_env->prompter.modalWindows.back(), u"frmAbout"_s);
         else if (effect == u"shuffled"_s)
-            QVERIFY(!m_env->prompter.boxes.size() && modrender::CurrentCard == 0
-                    && g_Deck[0].timesViewed >= 1);
+            QVERIFY(!m_env->prompter.boxes.size() && modrender::CurrentCard == 0 && g_Deck[0].timesViewed >= 1);
         else if (effect == u"ended"_s)
             QVERIFY(g_ProcessReleased);
         if (effect == u"nothing"_s) {
@@ -605,12 +559,11 @@ private Q_SLOTS:
         main->mP_qh->trigger();
         QCOMPARE(m_env->prompter.boxTitles(), QStringList(u"Quick Help"_s));
         const QString help = m_env->prompter.boxes[0].text;
-        QVERIFY(help.startsWith(
-                u"Introduction\r\n============\r\nThis program is a flash card system designed "
-                "primarily for studying vocabulary. It supports double-sided 'cards' with the "
-                "vocabulary word on one side and the definition and/or translation on the other "
-                "side. The card deck can also be shuffled quickly and easily using the 'Shuffle "
-                "Cards' feature.\r\n\r\nQuick Help\r\n==========\r\n1. Use the '<<' and '>>'"_s));
+        QVERIFY(help.startsWith(u"Introduction\r\n============\r\nThis program is a flash card system designed "
+                                "primarily for studying vocabulary. It supports double-sided 'cards' with the "
+                                "vocabulary word on one side and the definition and/or translation on the other "
+                                "side. The card deck can also be shuffled quickly and easily using the 'Shuffle "
+                                "Cards' feature.\r\n\r\nQuick Help\r\n==========\r\n1. Use the '<<' and '>>'"_s));
         QVERIFY(help.endsWith(u"\r\na = Show About Box\r\nx = Exit Program\r\n"_s));
         QCOMPARE(help.count(u"\r\n"_s), 24); // 22 lines and 2 empty ones
 
@@ -631,8 +584,7 @@ private Q_SLOTS:
         qunsetenv("BROWSER");
         QCOMPARE(m_env->prompter.launches.size(), size_t(1));
         QCOMPARE(m_env->prompter.launches[0].program, u"testbrowser"_s);
-        QCOMPARE(m_env->prompter.launches[0].arguments,
-                 QStringList({u"--new-window"_s, modBrowser::ProductPageUrl()}));
+        QCOMPARE(m_env->prompter.launches[0].arguments, QStringList({u"--new-window"_s, modBrowser::ProductPageUrl()}));
 
         main->mP_e->trigger();
         QVERIFY(g_ProcessReleased);
@@ -658,8 +610,7 @@ private Q_SLOTS:
 
         g_ShowMouseHover = false;
         main->zelFlatButton3->HandleMouseMove(3, 3);
-        QCOMPARE(metrics->CornerText(r_data::Corner::BottomLeft),
-                 u"Roll mouse over controls to see descriptions"_s);
+        QCOMPARE(metrics->CornerText(r_data::Corner::BottomLeft), u"Roll mouse over controls to see descriptions"_s);
     }
 };
 

@@ -2,16 +2,10 @@
 #include "cards/progressfile.h"
 #include "cards/shuffler.h"
 #include "cards/statistics.h"
-#include "core/programstate.h"
-#include "ikorvalite.h"
-#include "korvabuilder.h"
 #include "testsupport.h"
 
-#include <QFileInfo>
 #include <QLocale>
-#include <QTest>
 
-#include <functional>
 #include <random>
 
 using namespace Qt::Literals::StringLiterals;
@@ -21,11 +15,9 @@ namespace {
 const QByteArray kChapter = "generated automatically by the Vocabrix Editor v1.21";
 
 // A chapter file written byte by byte: entries are (question, answer, note).
-QByteArray chapterBytes(const std::vector<std::array<QByteArray, 3>> &cards,
-                        const QByteArray &title = {})
+QByteArray chapterBytes(const std::vector<std::array<QByteArray, 3>> &cards, const QByteArray &title = {})
 {
-    QByteArray file =
-            bytes::header(kChapter, 4, qint16(cards.size()), title) + bytes::placeholder();
+    QByteArray file = bytes::header(kChapter, 4, qint16(cards.size()), title) + bytes::placeholder();
     for (const auto &c : cards)
         file += bytes::entry(c[0], -1, c[1], 0, c[2]);
     return file;
@@ -131,11 +123,9 @@ private Q_SLOTS:
         QTest::addColumn<QString>("text");
         QTest::addColumn<QString>("replaced");
         QTest::newRow("inside a word") << u"Grasc(252)n"_s << u"Grün"_s;
-        QTest::newRow("all seven")
-                << u"asc(252)asc(246)asc(228)asc(223)asc(220)asc(214)asc(196)"_s << u"üöäßÜÖÄ"_s;
+        QTest::newRow("all seven") << u"asc(252)asc(246)asc(228)asc(223)asc(220)asc(214)asc(196)"_s << u"üöäßÜÖÄ"_s;
         QTest::newRow("repeated") << u"Masc(228)dchen, Masc(228)dchen"_s << u"Mädchen, Mädchen"_s;
-        QTest::newRow("others stay")
-                << u"asc(233) ASC(252) asc(25)"_s << u"asc(233) ASC(252) asc(25)"_s;
+        QTest::newRow("others stay") << u"asc(233) ASC(252) asc(25)"_s << u"asc(233) ASC(252) asc(25)"_s;
         QTest::newRow("plain") << u"Haus"_s << u"Haus"_s;
     }
     void umlautEscapes()
@@ -152,14 +142,9 @@ private Q_SLOTS:
         FlushData(true);
         g_TroubleDefaultCurrent = true;
         WriteFileBytes(env.path(u"a.zel"_s),
-                       chapterBytes({{"Grasc(252)n", "green", "asc(252) stays"},
-                                     {"b", "bb", ""},
-                                     {"c", "cc", "n"}}));
+                       chapterBytes({{"Grasc(252)n", "green", "asc(252) stays"}, {"b", "bb", ""}, {"c", "cc", "n"}}));
         WriteFileBytes(env.path(u"b.zel"_s),
-                       chapterBytes({{"d", "Tasc(252)r", ""},
-                                     {"e", "ee", ""},
-                                     {"f", "ff", ""},
-                                     {"g", "gg", ""}}));
+                       chapterBytes({{"d", "Tasc(252)r", ""}, {"e", "ee", ""}, {"f", "ff", ""}, {"g", "gg", ""}}));
         env.log->clear();
         LoadChapterFile(env.path(u"a.zel"_s), u"Chapter A"_s);
         g_TroubleDefaultCurrent = false;
@@ -167,9 +152,7 @@ private Q_SLOTS:
 
         QCOMPARE(g_Deck.LBound(), 0);
         QCOMPARE(g_Deck.UBound(), 7);
-        QCOMPARE(questions(),
-                 QStringList(
-                         {u"Grün"_s, u"b"_s, u"c"_s, u"d"_s, u"e"_s, u"f"_s, u"g"_s, QString()}));
+        QCOMPARE(questions(), QStringList({u"Grün"_s, u"b"_s, u"c"_s, u"d"_s, u"e"_s, u"f"_s, u"g"_s, QString()}));
         QCOMPARE(g_Deck[0].answer, u"green"_s);
         QCOMPARE(g_Deck[0].note, u"asc(252) stays"_s); // notes keep their escapes
         QCOMPARE(g_Deck[3].answer, u"Tür"_s);
@@ -182,8 +165,8 @@ private Q_SLOTS:
         // Bytes at two per character of answer, note and question after the
         // escapes are replaced: 2 * (5+14+4 + 2+0+1 + 2+1+1) and 2 * (3+0+1 + 3 * 3).
         QCOMPARE(env.logLines(),
-                 QStringList({u"file loaded; using 60 bytes of memory/n"_s,
-                              u"file loaded; using 26 bytes of memory/n"_s}));
+                 QStringList(
+                         {u"file loaded; using 60 bytes of memory/n"_s, u"file loaded; using 26 bytes of memory/n"_s}));
         QVERIFY(env.prompter.boxes.empty());
         QCOMPARE(ReadFileBytes(env.path(u"a.zel"_s)).size(), 5 * 128); // never written
     }
@@ -326,9 +309,8 @@ private Q_SLOTS:
         }
         QCOMPARE(host.calls,
                  QStringList({u"disable"_s, u"stop display"_s, u"progress Randomizer Progress"_s,
-                              u"texts 'Randomizing .. ' 'Pass 1 of 2'"_s,
-                              u"texts 'Randomizing ...' 'Pass 2 of 2'"_s, u"close progress"_s,
-                              u"start display"_s, u"enable"_s}));
+                              u"texts 'Randomizing .. ' 'Pass 1 of 2'"_s, u"texts 'Randomizing ...' 'Pass 2 of 2'"_s,
+                              u"close progress"_s, u"start display"_s, u"enable"_s}));
         QVERIFY(host.runningDuringShuffle);
         QVERIFY(!g_ShuffleRunning);
         QCOMPARE(host.maximum, 2 * 9999);
@@ -390,8 +372,7 @@ private Q_SLOTS:
         ShuffleDeck(host);
         QCOMPARE(rng.draws, 0);
         QCOMPARE(questions(), before);
-        QCOMPARE(env.logLines().last(),
-                 u"system shutdown signal received: dropping out of shuffle/n"_s);
+        QCOMPARE(env.logLines().last(), u"system shutdown signal received: dropping out of shuffle/n"_s);
         QVERIFY(!host.calls.contains(u"texts 'Randomizing ...' 'Pass 2 of 2'"_s));
     }
 
@@ -414,8 +395,7 @@ private Q_SLOTS:
         QCOMPARE(questions().size(), 51);
         for (int i = 0; i <= 50; ++i)
             QCOMPARE(g_Deck[i].question, before[size_t(i)].question);
-        QCOMPARE(env.logLines().last(),
-                 u"system shutdown signal received: dropping out of shuffle/n"_s);
+        QCOMPARE(env.logLines().last(), u"system shutdown signal received: dropping out of shuffle/n"_s);
         SetPauser(&env.pauser);
     }
 
@@ -429,17 +409,14 @@ private Q_SLOTS:
         env.prompter.fileAnswers = {env.path(u"progress"_s)};
         SaveProgress();
 
-        const QByteArray expected = bytes::i16(3) + bytes::text("T\xFCr") + bytes::text("door")
-                + bytes::text("f") + bytes::text({}) + bytes::i16(-1) + bytes::i16(3)
-                + bytes::text("Haus") + bytes::text("b") + bytes::text("bb") + bytes::text({})
-                + bytes::text("sp") + bytes::i16(0) + bytes::i16(0) + bytes::text("Haus")
-                + bytes::text("c") + bytes::text("cc") + bytes::text({}) + bytes::text({})
-                + bytes::i16(-1) + bytes::i16(32767) + bytes::text("Zoo") + bytes::text({})
-                + bytes::text({}) + bytes::text({}) + bytes::text({}) + bytes::i16(0)
-                + bytes::i16(0) + bytes::text({});
+        const QByteArray expected = bytes::i16(3) + bytes::text("T\xFCr") + bytes::text("door") + bytes::text("f")
+                + bytes::text({}) + bytes::i16(-1) + bytes::i16(3) + bytes::text("Haus") + bytes::text("b")
+                + bytes::text("bb") + bytes::text({}) + bytes::text("sp") + bytes::i16(0) + bytes::i16(0)
+                + bytes::text("Haus") + bytes::text("c") + bytes::text("cc") + bytes::text({}) + bytes::text({})
+                + bytes::i16(-1) + bytes::i16(32767) + bytes::text("Zoo") + bytes::text({}) + bytes::text({})
+                + bytes::text({}) + bytes::text({}) + bytes::i16(0) + bytes::i16(0) + bytes::text({});
         QCOMPARE(ReadFileBytes(env.path(u"progress.vxs"_s)), expected);
-        QCOMPARE(env.logLines(),
-                 QStringList({u"Writing progress to disk/n"_s, u" .. wrote 3 nodes to disk/n"_s}));
+        QCOMPARE(env.logLines(), QStringList({u"Writing progress to disk/n"_s, u" .. wrote 3 nodes to disk/n"_s}));
         QCOMPARE(env.prompter.fileDialogs[0].title, u"Save As"_s);
         QCOMPARE(env.prompter.fileDialogs[0].filter, u"Vocabrix Save File (*.vxs)"_s);
         QCOMPARE(env.prompter.fileDialogs[0].defaultExt, u"vxs"_s);
@@ -454,8 +431,7 @@ private Q_SLOTS:
         QCOMPARE(g_Deck[2].timesViewed, qint16(32767));
         QCOMPARE(g_Deck[1].spare, u"sp"_s);
         QCOMPARE(env.logLines(),
-                 QStringList({u"Reading saved progress from file/n"_s,
-                              u"Entering FlushToZero mode/n"_s,
+                 QStringList({u"Reading saved progress from file/n"_s, u"Entering FlushToZero mode/n"_s,
                               u" .. flushing 40 bytes of data/n"_s, u"All dynamic data flushed/n"_s,
                               u" .. read 3 of 3 nodes from disk/n"_s}));
         QCOMPARE(env.prompter.fileDialogs[1].title, u"Open File"_s);
@@ -491,22 +467,17 @@ private Q_SLOTS:
         QTest::addColumn<QString>("name");
         QTest::addColumn<QByteArray>("content");
         QTest::addColumn<QString>("box");
-        const QByteArray good = bytes::i16(1) + bytes::text("q") + bytes::text("a")
-                + bytes::text({}) + bytes::text({}) + bytes::i16(0) + bytes::i16(1)
-                + bytes::text("c") + bytes::text({}) + bytes::text({}) + bytes::text({})
+        const QByteArray good = bytes::i16(1) + bytes::text("q") + bytes::text("a") + bytes::text({}) + bytes::text({})
+                + bytes::i16(0) + bytes::i16(1) + bytes::text("c") + bytes::text({}) + bytes::text({}) + bytes::text({})
                 + bytes::text({}) + bytes::i16(0) + bytes::i16(0) + bytes::text({});
-        QTest::newRow("upper-case extension")
-                << u"p.VXS"_s << good << u"Incompatible File Detected"_s;
+        QTest::newRow("upper-case extension") << u"p.VXS"_s << good << u"Incompatible File Detected"_s;
         QTest::newRow("other extension") << u"p.zel"_s << good << u"Incompatible File Detected"_s;
-        QTest::newRow("truncated")
-                << u"p.vxs"_s << good.left(good.size() - 3) << u"Damaged Progress File"_s;
+        QTest::newRow("truncated") << u"p.vxs"_s << good.left(good.size() - 3) << u"Damaged Progress File"_s;
         QTest::newRow("trailing bytes") << u"p.vxs"_s << good + "x" << u"Damaged Progress File"_s;
-        QTest::newRow("negative count")
-                << u"p.vxs"_s << bytes::i16(-2) << u"Damaged Progress File"_s;
+        QTest::newRow("negative count") << u"p.vxs"_s << bytes::i16(-2) << u"Damaged Progress File"_s;
         QTest::newRow("empty") << u"p.vxs"_s << QByteArray() << u"Damaged Progress File"_s;
         QTest::newRow("huge claimed count")
-                << u"p.vxs"_s << bytes::i16(32767) + QByteArray(10, '\0')
-                << u"Damaged Progress File"_s;
+                << u"p.vxs"_s << bytes::i16(32767) + QByteArray(10, '\0') << u"Damaged Progress File"_s;
     }
     void loadProgressRefusals()
     {
@@ -545,16 +516,9 @@ private Q_SLOTS:
         Deck deck;
         deck.Resize(4);
         deck[0] = {u"a question left out of the widths"_s, u"x"_s, {}, {}, kCardTrue, 9, u"Z"_s};
-        deck[1] = {u"die Katze"_s, u"cat"_s, {}, {}, kCardTrue, 2, u"Tiere"_s}; // 9 -> 13
-        deck[2] = {u"das Nilpferd"_s, u"hippopotamus"_s, {}, {}, kCardFalse, 0,
-                   u"Tiere"_s}; // 12 <= 13
-        deck[3] = {u"der Elefant mit Rüssel"_s,
-                   u"elephant"_s,
-                   {},
-                   {},
-                   kCardFalse,
-                   12,
-                   u"Zoo"_s}; // -> 26
+        deck[1] = {u"die Katze"_s, u"cat"_s, {}, {}, kCardTrue, 2, u"Tiere"_s};                   // 9 -> 13
+        deck[2] = {u"das Nilpferd"_s, u"hippopotamus"_s, {}, {}, kCardFalse, 0, u"Tiere"_s};      // 12 <= 13
+        deck[3] = {u"der Elefant mit Rüssel"_s, u"elephant"_s, {}, {}, kCardFalse, 12, u"Zoo"_s}; // -> 26
         const QString report = StatisticsReport(deck, QDate(2026, 11, 21));
         const QStringList lines = report.split(u'\n');
         QCOMPARE(lines.size(), 11);
@@ -594,11 +558,8 @@ private Q_SLOTS:
         deck.Resize(2);
         deck[1] = {u"ja"_s, u"yes"_s, {}, {}, kCardFalse, 1, u"K"_s};
         const QStringList lines = StatisticsReport(deck, QDate(2026, 1, 2)).split(u'\n');
-        QCOMPARE(
-                lines[5],
-                u" == QUESTION ==  == ANSWER ==  == TROUBLE? ==  == TIMES VIEWED ==  == CHAPTER == "_s);
-        QCOMPARE(lines[6],
-                 u"ja              yes                  NO                 1          K"_s);
+        QCOMPARE(lines[5], u" == QUESTION ==  == ANSWER ==  == TROUBLE? ==  == TIMES VIEWED ==  == CHAPTER == "_s);
+        QCOMPARE(lines[6], u"ja              yes                  NO                 1          K"_s);
     }
 
     void statisticsWrittenAndOpened()

@@ -1,13 +1,8 @@
 #include "controls/propertybag.h"
-#include "controls/zelcheck.h"
-#include "controls/zelflatbutton.h"
-#include "controls/zelhl.h"
-#include "study/logicalfont.h"
+#include "uitestsupport.h"
 
-#include <QDir>
 #include <QPainter>
 #include <QSignalSpy>
-#include <QTest>
 
 using namespace Qt::Literals::StringLiterals;
 
@@ -162,8 +157,7 @@ private Q_SLOTS:
             QCOMPARE(over.count(), inside ? 1 : 0);
             QCOMPARE(out.count(), inside ? 0 : 1);
             QCOMPARE(b.Hovering(), inside);
-            const Qt::CursorShape expected =
-                    inside && enabled ? Qt::PointingHandCursor : Qt::ArrowCursor;
+            const Qt::CursorShape expected = inside && enabled ? Qt::PointingHandCursor : Qt::ArrowCursor;
             QCOMPARE(b.cursor().shape(), expected);
         }
     }
@@ -198,8 +192,7 @@ private Q_SLOTS:
         QTest::newRow("Return") << int(Qt::Key_Return) << int(Qt::NoModifier) << 13 << 0;
         QTest::newRow("Space") << int(Qt::Key_Space) << int(Qt::NoModifier) << 32 << 0;
         QTest::newRow("Right") << int(Qt::Key_Right) << int(Qt::NoModifier) << 39 << 0;
-        QTest::newRow("Ctrl+Alt+x")
-                << int(Qt::Key_X) << int(Qt::ControlModifier | Qt::AltModifier) << 88 << 6;
+        QTest::newRow("Ctrl+Alt+x") << int(Qt::Key_X) << int(Qt::ControlModifier | Qt::AltModifier) << 88 << 6;
     }
     void keysPassThrough()
     {
@@ -284,8 +277,7 @@ private Q_SLOTS:
         for (int y = 0; y < img.height() && !underline; ++y) {
             int run = 0;
             for (int x = 0; x < img.width(); ++x)
-                run = img.pixel(x, y) == rgb(0x00FFFF) ? run + 1 : 0,
-                underline = underline || run > img.width() / 2;
+                run = img.pixel(x, y) == rgb(0x00FFFF) ? run + 1 : 0, underline = underline || run > img.width() / 2;
         }
         QVERIFY(underline);
         // Disabled: faded towards the back colour, no hand.
@@ -342,8 +334,7 @@ private Q_SLOTS:
         PropertyBag bag;
         b.WriteProperties(bag);
         QCOMPARE(bag.values().keys(),
-                 QStringList({u"bc"_s, u"bcd"_s, u"bcm"_s, u"c"_s, u"e"_s, u"fc"_s, u"fcd"_s,
-                              u"fcm"_s}));
+                 QStringList({u"bc"_s, u"bcd"_s, u"bcm"_s, u"c"_s, u"e"_s, u"fc"_s, u"fcd"_s, u"fcm"_s}));
         zelFlatButton back;
         back.ReadProperties(bag);
         QCOMPARE(back.Backcolor(), 1u);
@@ -401,8 +392,7 @@ private Q_SLOTS:
             y += 40;
         }
         p.end();
-        QDir().mkpath(QStringLiteral(SCREENS_DIR));
-        QVERIFY(sheet.save(QStringLiteral(SCREENS_DIR) + u"/controls.png"_s));
+        QVERIFY(SaveScreenshot(sheet, u"controls.png"_s));
     }
 
 private:

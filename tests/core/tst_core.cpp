@@ -1,18 +1,9 @@
-#include "core/clstimer.h"
 #include "core/gcommondialog.h"
-#include "core/log.h"
 #include "core/modbrowser.h"
 #include "core/modfolders.h"
-#include "core/pause.h"
-#include "core/programstate.h"
 #include "testsupport.h"
 
-#include <QDir>
-#include <QFileInfo>
 #include <QLocale>
-#include <QTest>
-
-#include <memory>
 
 using namespace Qt::Literals::StringLiterals;
 
@@ -70,8 +61,7 @@ private Q_SLOTS:
         Log(u"/b/cVocabrix v1/n"_s, kLogBanner);
         Log(u"urgent/n"_s, kLogProgress, -1, true); // with a watcher, no box
         Log(u" [exists]/n"_s, kLogContinuation);
-        QCOMPARE(env.logLines(),
-                 QStringList({u"/b/cVocabrix v1/n"_s, u"urgent/n"_s, u" [exists]/n"_s}));
+        QCOMPARE(env.logLines(), QStringList({u"/b/cVocabrix v1/n"_s, u"urgent/n"_s, u" [exists]/n"_s}));
         QCOMPARE(env.log->lines[0].level, kLogBanner);
         QCOMPARE(env.log->lines[2].level, kLogContinuation);
         QCOMPARE(env.log->lines[1].channel, -1);
@@ -85,8 +75,7 @@ private Q_SLOTS:
         QTest::addColumn<QString>("shown");
         QTest::newRow("end marker") << u"KORVA Alive/n"_s << u"KORVA Alive"_s;
         QTest::newRow("markers in the middle") << u"a/nb/tc/n"_s << u"abc"_s;
-        QTest::newRow("no marker")
-                << u"using home directory: 'x'"_s << u"using home directory: 'x'"_s;
+        QTest::newRow("no marker") << u"using home directory: 'x'"_s << u"using home directory: 'x'"_s;
         QTest::newRow("format markers stay") << u"/b/cVocabrix/n"_s << u"/b/cVocabrix"_s;
     }
     void splashShowsLinesWithoutMarkers()
@@ -147,8 +136,7 @@ private Q_SLOTS:
         const QString debugger = env.path(ExecutableFileName(u"zeldebug"_s));
         WriteFileBytes(debugger, "#!/bin/sh\n");
         RegisterWatcher();
-        QCOMPARE(env.logLines().last(),
-                 u" .. execing "_s + debugger + u" for debugger registration/n"_s);
+        QCOMPARE(env.logLines().last(), u" .. execing "_s + debugger + u" for debugger registration/n"_s);
         QCOMPARE(env.prompter.launches.size(), size_t(1));
         QCOMPARE(env.prompter.launches[0].program, debugger);
     }
@@ -162,14 +150,13 @@ private Q_SLOTS:
         QTest::addColumn<QString>("text");
         QTest::addColumn<double>("ms");
         // The value is in seconds although the masks say "msec".
-        QTest::newRow("2.5 ms") << qint64(1000000) << qint64(1000) << qint64(3500)
-                                << u"took %t msec/n"_s << u"took 0.0025000 msec/n"_s << 2.5;
+        QTest::newRow("2.5 ms") << qint64(1000000) << qint64(1000) << qint64(3500) << u"took %t msec/n"_s
+                                << u"took 0.0025000 msec/n"_s << 2.5;
         QTest::newRow("two markers") << qint64(1000) << qint64(0) << qint64(1500) << u"%t|%t"_s
                                      << u"1.5000000|1.5000000"_s << 1500.0;
-        QTest::newRow("grouped thousands") << qint64(10) << qint64(0) << qint64(12345) << u"%t"_s
-                                           << u"1,234.5000000"_s << 1234500.0;
-        QTest::newRow("no counter")
-                << qint64(0) << qint64(5) << qint64(9) << u"%t"_s << u"0.0000000"_s << 0.0;
+        QTest::newRow("grouped thousands")
+                << qint64(10) << qint64(0) << qint64(12345) << u"%t"_s << u"1,234.5000000"_s << 1234500.0;
+        QTest::newRow("no counter") << qint64(0) << qint64(5) << qint64(9) << u"%t"_s << u"0.0000000"_s << 0.0;
     }
     void elapsedText()
     {
@@ -211,8 +198,7 @@ private Q_SLOTS:
         TestEnvironment env;
         clsTimer timer;
         QCOMPARE(timer.strElapsed(u"no marker here/n"_s), u"no marker here/n"_s);
-        QCOMPARE(env.logLines(),
-                 QStringList(u" .. warning: strElapsed couldn't find a '%t' in string mask/n"_s));
+        QCOMPARE(env.logLines(), QStringList(u" .. warning: strElapsed couldn't find a '%t' in string mask/n"_s));
     }
 
     void timerFrequencyAndAvailability()
@@ -266,9 +252,7 @@ private Q_SLOTS:
         modFolders::SetHomeDirectory();
         QCOMPARE(g_BaseDirectory, expected);
         QVERIFY(QFileInfo(expected).isDir());
-        QCOMPARE(env.logLines(),
-                 QStringList(
-                         {u"using home directory: '"_s + expected + u"'"_s, u" [created]/n"_s}));
+        QCOMPARE(env.logLines(), QStringList({u"using home directory: '"_s + expected + u"'"_s, u" [created]/n"_s}));
         QCOMPARE(env.log->lines[0].level, kLogProgress);
         QCOMPARE(env.log->lines[1].level, kLogContinuation);
 
@@ -295,8 +279,7 @@ private Q_SLOTS:
         QTest::newRow("quoted path, -url and quoted address")
                 << u"\"C:\\Program Files\\Browser\\browser.exe\" -url \"%1\"     "_s
                 << u"\"C:\\Program Files\\Browser\\browser.exe\""_s << u"-url \"%1\""_s;
-        QTest::newRow("no address")
-                << u"\"/usr/bin/browser\""_s << u"\"/usr/bin/browser\""_s << QString();
+        QTest::newRow("no address") << u"\"/usr/bin/browser\""_s << u"\"/usr/bin/browser\""_s << QString();
         QTest::newRow("unquoted path leaves the file empty")
                 << u"/usr/bin/browser %1"_s << QString() << u"/usr/bin/browser %1"_s;
         QTest::newRow("empty") << QString() << QString() << QString();
@@ -317,12 +300,9 @@ private Q_SLOTS:
         QTest::addColumn<QString>("value");
         QTest::addColumn<QString>("command");
         QTest::newRow("BROWSER plain") << true << u"firefox"_s << u"\"firefox\" \"%1\""_s;
-        QTest::newRow("BROWSER with %s")
-                << true << u"lynx -dump %s"_s << u"\"lynx\" -dump \"%1\""_s;
-        QTest::newRow("BROWSER list takes the first")
-                << true << u"w3m:lynx"_s << u"\"w3m\" \"%1\""_s;
-        QTest::newRow("Exec %u") << false << u"/usr/bin/firefox-esr %u"_s
-                                 << u"\"/usr/bin/firefox-esr\" \"%1\""_s;
+        QTest::newRow("BROWSER with %s") << true << u"lynx -dump %s"_s << u"\"lynx\" -dump \"%1\""_s;
+        QTest::newRow("BROWSER list takes the first") << true << u"w3m:lynx"_s << u"\"w3m\" \"%1\""_s;
+        QTest::newRow("Exec %u") << false << u"/usr/bin/firefox-esr %u"_s << u"\"/usr/bin/firefox-esr\" \"%1\""_s;
         QTest::newRow("Exec %U and dropped codes")
                 << false << u"chromium --new %U %i"_s << u"\"chromium\" --new \"%1\""_s;
         QTest::newRow("Exec quoted program")
@@ -357,12 +337,10 @@ private Q_SLOTS:
 
         modBrowser::OpenUrl(u"file:///tmp/doc/index.html"_s);
         QCOMPARE(env.logLines(),
-                 QStringList({u"file: \"/usr/bin/mybrowser\""_s,
-                              u"args: --private \"file:///tmp/doc/index.html\""_s}));
+                 QStringList({u"file: \"/usr/bin/mybrowser\""_s, u"args: --private \"file:///tmp/doc/index.html\""_s}));
         QCOMPARE(env.prompter.launches.size(), size_t(1));
         QCOMPARE(env.prompter.launches[0].program, u"/usr/bin/mybrowser"_s);
-        QCOMPARE(env.prompter.launches[0].arguments,
-                 QStringList({u"--private"_s, u"file:///tmp/doc/index.html"_s}));
+        QCOMPARE(env.prompter.launches[0].arguments, QStringList({u"--private"_s, u"file:///tmp/doc/index.html"_s}));
         qunsetenv("XDG_DATA_DIRS");
         qunsetenv("XDG_CONFIG_DIRS");
     }
@@ -374,8 +352,7 @@ private Q_SLOTS:
         modBrowser::OpenProductPage();
         QCOMPARE(env.prompter.launches.size(), size_t(1));
         QCOMPARE(env.prompter.launches[0].program, u"/opt/b/browser"_s);
-        QCOMPARE(env.prompter.launches[0].arguments,
-                 QStringList({u"--new-tab"_s, modBrowser::ProductPageUrl()}));
+        QCOMPARE(env.prompter.launches[0].arguments, QStringList({u"--new-tab"_s, modBrowser::ProductPageUrl()}));
         QVERIFY(modBrowser::ProductPageUrl().startsWith(u"file:///"_s));
         QVERIFY(modBrowser::ProductPageUrl().endsWith(u"/doc/index.html"_s));
     }
@@ -383,8 +360,7 @@ private Q_SLOTS:
     void overLongOrMissingBrowserCommand_data()
     {
         QTest::addColumn<QByteArray>("browser");
-        QTest::newRow("128 characters")
-                << (QByteArray("/") + QByteArray(120, 'b')); // with quotes and "%1"
+        QTest::newRow("128 characters") << (QByteArray("/") + QByteArray(120, 'b')); // with quotes and "%1"
         QTest::newRow("nothing known") << QByteArray();
     }
     void overLongOrMissingBrowserCommand()
@@ -395,13 +371,10 @@ private Q_SLOTS:
         qputenv("XDG_CONFIG_DIRS", env.path(u"nowhere"_s).toUtf8());
         if (!browser.isEmpty()) {
             qputenv("BROWSER", browser);
-            QCOMPARE(modBrowser::BrowserCommandFromBrowserVariable(QString::fromUtf8(browser))
-                             .size(),
-                     128);
+            QCOMPARE(modBrowser::BrowserCommandFromBrowserVariable(QString::fromUtf8(browser)).size(), 128);
         }
         QCOMPARE(modBrowser::DefaultBrowserCommand(), QString());
-        QCOMPARE(env.logLines(),
-                 QStringList(u"warning: couldn't open the query registry for browser key"_s));
+        QCOMPARE(env.logLines(), QStringList(u"warning: couldn't open the query registry for browser key"_s));
 
         // The launch goes ahead with an empty file and fails quietly.
         modBrowser::OpenUrl(u"http://example.org"_s);
@@ -415,8 +388,7 @@ private Q_SLOTS:
     {
         QTest::addColumn<QString>("filter");
         QTest::addColumn<QString>("qt");
-        QTest::newRow("one pair") << u"Vocabrix Data File|*.zel"_s
-                                  << u"Vocabrix Data File (*.zel)"_s;
+        QTest::newRow("one pair") << u"Vocabrix Data File|*.zel"_s << u"Vocabrix Data File (*.zel)"_s;
         QTest::newRow("two pairs") << u"Save|*.vxs|All|*.*"_s << u"Save (*.vxs);;All (*.*)"_s;
         QTest::newRow("lone pattern") << u"*.txt"_s << u"*.txt (*.txt)"_s;
         QTest::newRow("several patterns") << u"Text|*.txt;*.csv"_s << u"Text (*.txt *.csv)"_s;

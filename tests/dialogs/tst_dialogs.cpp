@@ -1,38 +1,17 @@
-#include "cards/deck.h"
-#include "controls/zelcheck.h"
-#include "controls/zelflatbutton.h"
-#include "core/forms.h"
-#include "core/modmain.h"
-#include "core/programstate.h"
 #include "dialogs/cardlistmodel.h"
 #include "dialogs/frmfind.h"
 #include "dialogs/frmoptions.h"
 #include "dialogs/frmviewer.h"
-#include "ikorvalite.h"
-#include "settings/r_data.h"
-#include "study/logicalfont.h"
-#include "study/frmmain.h"
-#include "study/modrender.h"
-#include "study/r_renderer.h"
-#include "testsupport.h"
+#include "uitestsupport.h"
 
 #include <QAbstractItemModelTester>
-#include <QCheckBox>
-#include <QDir>
 #include <QElapsedTimer>
-#include <QFileInfo>
 #include <QLabel>
-#include <QLineEdit>
 #include <QListWidget>
-#include <QPushButton>
 #include <QRegularExpression>
 #include <QSlider>
 #include <QTabBar>
-#include <QTest>
-#include <QTimer>
 #include <QTreeView>
-
-#include <memory>
 
 using namespace Qt::Literals::StringLiterals;
 
@@ -45,36 +24,24 @@ struct Words
 };
 
 const Words kCards[] = {
-        {u"das Haus", u"the house"},     {u"die Hausaufgabe", u"homework"},
-        {u"der Haushalt", u"household"}, {u"die Maus", u"the mouse"},
-        {u"Mousepad", u"mouse pad"},     {u"das Gras", u"grass"},
+        {u"das Haus", u"the house"}, {u"die Hausaufgabe", u"homework"}, {u"der Haushalt", u"household"},
+        {u"die Maus", u"the mouse"}, {u"Mousepad", u"mouse pad"},       {u"das Gras", u"grass"},
 };
-
-void flushDeletes()
-{
-    QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
-}
 
 // A study session as after loading chapters: the settings file, the deck
 // above and the study window showing its first card.
 void startStudying(TestEnvironment &env)
 {
-    g_SuppressRefresh = true;
     g_BaseDirectory = env.home();
     g_MasterDb = std::make_unique<ikorvalite>();
     QVERIFY(g_MasterDb->Mount(env.path(u"sys.zel"_s), false));
     r_data defaults;
     defaults.ColorDefaults();
     defaults.WriteColors();
-    const int n = int(std::size(kCards));
-    g_Deck.Resize(n);
-    for (int i = 0; i < n; ++i) {
-        g_Deck[i].question = QString::fromUtf16(kCards[i].question);
-        g_Deck[i].answer = QString::fromUtf16(kCards[i].answer);
-        g_Deck[i].chapter = u"Wörter"_s;
-    }
-    modrender::StartRendering();
-    frmMain::Existing()->SetStudying(true);
+    std::vector<std::pair<QString, QString>> cards;
+    for (const Words &w : kCards)
+        cards.emplace_back(QString::fromUtf16(w.question), QString::fromUtf16(w.answer));
+    StudyDeck(cards);
     modrender::ShowFirstCard();
 }
 
@@ -89,12 +56,7 @@ QList<int> listedOrdinals()
 
 bool isBold(int row, int column)
 {
-    return frmViewer::Instance()
-            ->Cards()
-            ->index(row, column)
-            .data(Qt::FontRole)
-            .value<QFont>()
-            .bold();
+    return frmViewer::Instance()->Cards()->index(row, column).data(Qt::FontRole).value<QFont>().bold();
 }
 
 } // namespace
@@ -116,10 +78,7 @@ private Q_SLOTS:
 
     void cleanup()
     {
-        for (QWidget *form : forms::Open())
-            forms::Unload(form);
-        modrender::ReleaseRendering();
-        flushDeletes();
+        UnloadAllForms();
         frmFind::SetCrashHandler({});
         m_env.reset();
     }
@@ -134,14 +93,11 @@ private Q_SLOTS:
         QTest::newRow("trimmed, any case, inside words")
                 << u"  HAUS "_s << true << true << false << QList<int> {1, 2, 3};
         QTest::newRow("case kept") << u"Haus"_s << true << true << true << QList<int> {1, 2, 3};
-        QTest::newRow("case kept, other case")
-                << u"haus"_s << true << true << true << QList<int> {};
-        QTest::newRow("case kept, part of words")
-                << u"aus"_s << true << true << true << QList<int> {1, 2, 3, 4};
+        QTest::newRow("case kept, other case") << u"haus"_s << true << true << true << QList<int> {};
+        QTest::newRow("case kept, part of words") << u"aus"_s << true << true << true << QList<int> {1, 2, 3, 4};
         QTest::newRow("answers only") << u"house"_s << false << true << false << QList<int> {1, 3};
         QTest::newRow("questions only") << u"house"_s << true << false << false << QList<int> {};
-        QTest::newRow("both columns, listed once")
-                << u"mouse"_s << true << true << false << QList<int> {4, 5};
+        QTest::newRow("both columns, listed once") << u"mouse"_s << true << true << false << QList<int> {4, 5};
         QTest::newRow("neither column") << u"haus"_s << false << false << false << QList<int> {};
     }
     void search()
@@ -163,15 +119,12 @@ private Q_SLOTS:
         QCOMPARE(listedOrdinals(), ordinals);
         const QString caption = frmViewer::Instance()->windowTitle();
         QVERIFY2(QRegularExpression(
-                         u"^Item Viewer - \\[found %1 items in \\d+\\.\\d{7} seconds\\]$"_s.arg(
-                                 ordinals.size()))
+                         u"^Item Viewer - \\[found %1 items in \\d+\\.\\d{7} seconds\\]$"_s.arg(ordinals.size()))
                          .match(caption)
                          .hasMatch(),
                  qPrintable(caption));
         QCOMPARE(m_env->logLines().size(), 1);
-        QVERIFY(QRegularExpression(
-                        u"^ \\.\\. search took \\d+\\.\\d{7} msec to find %1 hits/n$"_s.arg(
-                                ordinals.size()))
+        QVERIFY(QRegularExpression(u"^ \\.\\. search took \\d+\\.\\d{7} msec to find %1 hits/n$"_s.arg(ordinals.size()))
                         .match(m_env->logLines().first())
                         .hasMatch());
     }
@@ -247,8 +200,7 @@ private Q_SLOTS:
         QCOMPARE(int(modrender::CurrentCard), 4);
         QCOMPARE(g_Deck[4].timesViewed, qint16(1));
         // A jump: the status line has no trouble count.
-        QCOMPARE(modrender::Metrics()->CornerText(r_data::Corner::TopLeft),
-                 u"showing card 5 of 6"_s);
+        QCOMPARE(modrender::Metrics()->CornerText(r_data::Corner::TopLeft), u"showing card 5 of 6"_s);
         QCOMPARE(modrender::Metrics()->MainText(), u"Mousepad"_s);
         // The list shows the new count at once.
         QCOMPARE(viewer->Cards()->index(4, CardListModel::TimesViewed).data().toInt(), 1);
@@ -273,16 +225,14 @@ private Q_SLOTS:
     void modelsPassTheModelTester()
     {
         CardListModel cards(g_Deck);
-        QAbstractItemModelTester testCards(&cards,
-                                           QAbstractItemModelTester::FailureReportingMode::QtTest);
+        QAbstractItemModelTester testCards(&cards, QAbstractItemModelTester::FailureReportingMode::QtTest);
         cards.SetRows({{0, true, false}, {3, false, true}});
         cards.AddRow({5, true, true});
         cards.setData(cards.index(1, 0), Qt::Checked, Qt::CheckStateRole);
         cards.Clear();
 
         MemoryListModel memory;
-        QAbstractItemModelTester testMemory(&memory,
-                                            QAbstractItemModelTester::FailureReportingMode::QtTest);
+        QAbstractItemModelTester testMemory(&memory, QAbstractItemModelTester::FailureReportingMode::QtTest);
         memory.SetBlocks(CollectMemoryBlocks());
         QVERIFY(memory.rowCount() > 7);
     }
@@ -308,10 +258,8 @@ private Q_SLOTS:
         find->Search();
         frmViewer *viewer = frmViewer::Instance();
         QCOMPARE(viewer->LV->model(), viewer->Memory());
-        QCOMPARE(viewer->Memory()->headerData(0, Qt::Horizontal, Qt::DisplayRole).toString(),
-                 u"Address"_s);
-        QCOMPARE(viewer->Memory()->headerData(1, Qt::Horizontal, Qt::DisplayRole).toString(),
-                 u"Width (bytes)"_s);
+        QCOMPARE(viewer->Memory()->headerData(0, Qt::Horizontal, Qt::DisplayRole).toString(), u"Address"_s);
+        QCOMPARE(viewer->Memory()->headerData(1, Qt::Horizontal, Qt::DisplayRole).toString(), u"Width (bytes)"_s);
         // The deck's records and every text are there: the first card's record
         // at its real address.
         const auto &blocks = viewer->Memory()->Blocks();
@@ -372,7 +320,7 @@ private Q_SLOTS:
         QVERIFY(!options->Picture1[0]->isVisible() || !options->isVisible());
         m_env->log->clear();
         options->Command2->click();
-        flushDeletes();
+        FlushDeletes();
         QVERIFY(!frmOptions::Existing());
         QCOMPARE(m_env->logLines().first(), u" .. frmOptions renderer halted/n"_s);
         QVERIFY(g_MasterDb->GetNumber(u"frmOptions.left"_s, 0).found);
@@ -385,12 +333,10 @@ private Q_SLOTS:
         QTest::addColumn<bool>("saved");
         QTest::addColumn<bool>("boxShows");
         QTest::addColumn<QString>("caption");
-        QTest::newRow("yes: now") << MsgResult::Yes << true << true << true
-                                  << u"Make cards trouble by default"_s;
+        QTest::newRow("yes: now") << MsgResult::Yes << true << true << true << u"Make cards trouble by default"_s;
         QTest::newRow("no: next run") << MsgResult::No << false << true << false
                                       << u"Make cards trouble by default (latched: True)"_s;
-        QTest::newRow("cancel") << MsgResult::Cancel << false << false << false
-                                << u"Make cards trouble by default"_s;
+        QTest::newRow("cancel") << MsgResult::Cancel << false << false << false << u"Make cards trouble by default"_s;
     }
     void troubleDefaultLatch()
     {
@@ -420,7 +366,7 @@ private Q_SLOTS:
         m_env->prompter.answers = {MsgResult::No};
         options->Check3->click();
         forms::Unload(options);
-        flushDeletes();
+        FlushDeletes();
         options = frmOptions::Instance();
         QCOMPARE(options->Check3->text(), u"Make cards trouble by default (latched: True)"_s);
         QVERIFY(!options->Check3->isChecked());
@@ -443,12 +389,12 @@ private Q_SLOTS:
         QCOMPARE(m_env->prompter.boxes.size(), size_t(1));
         options->Check4->click();
         options->Command1->click();
-        flushDeletes();
+        FlushDeletes();
         QVERIFY(g_DeleteMasterOnExit);
         QVERIFY(QFileInfo::exists(m_env->path(u"sys.zel"_s))); // the program goes on normally
         QVERIFY(frmMain::Existing()->isVisible());
         modMain::DestroySystem(0, false);
-        flushDeletes();
+        FlushDeletes();
         QVERIFY(!QFileInfo::exists(m_env->path(u"sys.zel"_s)));
     }
 
@@ -464,7 +410,7 @@ private Q_SLOTS:
         QCOMPARE(options->SwatchColor(), 0x00FF00u);
         QCOMPARE(options->PreviewMetrics()->Color(u"backcolor_b"_s, 0), 0x00FF00u);
         options->Command2->click();
-        flushDeletes();
+        FlushDeletes();
         QCOMPARE(ReadFileBytes(m_env->path(u"sys.zel"_s)), before);
         QCOMPARE(modrender::Metrics()->Color(u"backcolor_b"_s, 0), 14570825u);
 
@@ -473,7 +419,7 @@ private Q_SLOTS:
         m_env->prompter.colorAnswers = {0x00FF00u};
         options->Command3->click();
         options->Command1->click();
-        flushDeletes();
+        FlushDeletes();
         ikorvalite db;
         QVERIFY(db.Mount(m_env->path(u"sys.zel"_s), false));
         QCOMPARE(db.GetNumber(u"backcolor_b"_s, 0).value, 0x00FF00);
@@ -519,21 +465,19 @@ private Q_SLOTS:
     // Not checks: the dialogs with the example words, for people to look at.
     void screenshotsForReview()
     {
-        const QString dir = QStringLiteral(SCREENS_DIR);
-        QDir().mkpath(dir);
         frmOptions *options = frmOptions::Instance();
         options->show();
         options->LV->setCurrentRow(1);
         options->RedrawPreview();
-        QVERIFY(options->grab().save(dir + u"/options-colors.png"_s));
+        QVERIFY(SaveScreenshot(options->grab().toImage(), u"options-colors.png"_s));
         options->SelectTab(1);
-        QVERIFY(options->grab().save(dir + u"/options-interface.png"_s));
+        QVERIFY(SaveScreenshot(options->grab().toImage(), u"options-interface.png"_s));
         frmFind *find = frmFind::Instance();
         find->show();
         find->Text2->setText(u"haus"_s);
         find->Search();
-        QVERIFY(find->grab().save(dir + u"/find.png"_s));
-        QVERIFY(frmViewer::Instance()->grab().save(dir + u"/viewer.png"_s));
+        QVERIFY(SaveScreenshot(find->grab().toImage(), u"find.png"_s));
+        QVERIFY(SaveScreenshot(frmViewer::Instance()->grab().toImage(), u"viewer.png"_s));
     }
 };
 

@@ -25,8 +25,7 @@ QString findTool(const QString &name)
     return QStandardPaths::findExecutable(name);
 }
 
-QString run(const QString &program, const QStringList &args, const QString &display,
-            int timeoutMs = 10000)
+QString run(const QString &program, const QStringList &args, const QString &display, int timeoutMs = 10000)
 {
     QProcess p;
     QProcessEnvironment env = QProcessEnvironment::systemEnvironment();
@@ -55,8 +54,7 @@ class EndToEndTest : public QObject
         QElapsedTimer t;
         t.start();
         while (t.elapsed() < timeoutMs) {
-            const QString ids = xdotool(
-                    {u"search"_s, u"--onlyvisible"_s, u"--name"_s, u"^"_s + title + u"$"_s});
+            const QString ids = xdotool({u"search"_s, u"--onlyvisible"_s, u"--name"_s, u"^"_s + title + u"$"_s});
             if (!ids.isEmpty())
                 return ids.split(u'\n').last();
             QThread::msleep(100);
@@ -90,15 +88,11 @@ private Q_SLOTS:
     {
         const QString xvfb = findTool(u"Xvfb"_s);
         m_xdotool = findTool(u"xdotool"_s);
-        QVERIFY2(!xvfb.isEmpty() && !m_xdotool.isEmpty(),
-                 "Xvfb and xdotool are needed (scripts/install-deps.sh)");
+        QVERIFY2(!xvfb.isEmpty() && !m_xdotool.isEmpty(), "Xvfb and xdotool are needed (scripts/install-deps.sh)");
         for (int n = 91; n < 140 && m_display.isEmpty(); ++n) {
-            if (QFile::exists(u"/tmp/.X11-unix/X%1"_s.arg(n))
-                || QFile::exists(u"/tmp/.X%1-lock"_s.arg(n)))
+            if (QFile::exists(u"/tmp/.X11-unix/X%1"_s.arg(n)) || QFile::exists(u"/tmp/.X%1-lock"_s.arg(n)))
                 continue;
-            m_xvfb.start(xvfb,
-                         {u":%1"_s.arg(n), u"-screen"_s, u"0"_s, u"1024x768x24"_s, u"-nolisten"_s,
-                          u"tcp"_s});
+            m_xvfb.start(xvfb, {u":%1"_s.arg(n), u"-screen"_s, u"0"_s, u"1024x768x24"_s, u"-nolisten"_s, u"tcp"_s});
             m_xvfb.waitForStarted();
             QElapsedTimer t;
             t.start();
@@ -126,8 +120,7 @@ private Q_SLOTS:
         QTemporaryDir home;
         QProcess program;
         QProcessEnvironment env = QProcessEnvironment::systemEnvironment();
-        for (const QString &v :
-             {u"XDG_CONFIG_HOME"_s, u"XDG_DATA_HOME"_s, u"XDG_CONFIG_DIRS"_s, u"QT_QPA_PLATFORM"_s})
+        for (const QString &v : {u"XDG_CONFIG_HOME"_s, u"XDG_DATA_HOME"_s, u"XDG_CONFIG_DIRS"_s, u"QT_QPA_PLATFORM"_s})
             env.remove(v);
         env.insert(u"HOME"_s, home.path());
         env.insert(u"DISPLAY"_s, m_display);
@@ -184,8 +177,7 @@ private Q_SLOTS:
         QCOMPARE(db.GetNote(u"alpha_level"_s), u"alpha_transparency"_s);
         QCOMPARE(number(u"backcolor_b"_s), 14570825);
         QCOMPARE(db.GetNote(u"backcolor_b"_s), u"color_metrics"_s);
-        for (const QString &key :
-             {u"frmMain.left"_s, u"frmMain.top"_s, u"frmChapter.left"_s, u"frmChapter.top"_s}) {
+        for (const QString &key : {u"frmMain.left"_s, u"frmMain.top"_s, u"frmChapter.left"_s, u"frmChapter.top"_s}) {
             QVERIFY2(db.GetNumber(key, 12345).found, qPrintable(key));
             QCOMPARE(db.GetNote(key), u"metrics"_s);
             QCOMPARE(number(key) % 15, 0); // twips

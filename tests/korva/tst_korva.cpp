@@ -1,14 +1,9 @@
 #include "bytestream.h"
 #include "cp1252.h"
-#include "ikorvalite.h"
-#include "korvabuilder.h"
 #include "korvahooks.h"
 #include "testsupport.h"
 
 #include <QFile>
-#include <QFileInfo>
-#include <QTemporaryDir>
-#include <QTest>
 
 using namespace Qt::Literals::StringLiterals;
 
@@ -72,8 +67,7 @@ private Q_SLOTS:
         QTest::addColumn<QString>("named");
         QTest::newRow("cyrillic") << u"abЖc"_s << qsizetype(2) << u"'Ж' (U+0416)"_s;
         QTest::newRow("emoji") << u"x😀"_s << qsizetype(1) << u"'😀' (U+1F600)"_s;
-        QTest::newRow("c1 control that 1252 redefines")
-                << u"\u0080"_s << qsizetype(0) << u"U+0080"_s;
+        QTest::newRow("c1 control that 1252 redefines") << u"\u0080"_s << qsizetype(0) << u"U+0080"_s;
     }
     void codecRefusesWhatItCannotHold()
     {
@@ -97,7 +91,9 @@ private Q_SLOTS:
         QVERIFY(w.error().contains(u"65,535"_s));
         QCOMPARE(out.size(), 2 + 65535); // nothing written for the refused text
 
-        const QByteArray shortText("\x05\x00" "abc", 5); // says 5 bytes, has 3
+        const QByteArray shortText("\x05\x00"
+                                   "abc",
+                                   5); // says 5 bytes, has 3
         korva::ByteReader r(shortText);
         QCOMPARE(r.readText(), QString());
         QVERIFY(!r.ok());
@@ -106,8 +102,7 @@ private Q_SLOTS:
     void mountReadsHandMadeFile()
     {
         const QByteArray file =
-                bytes::header("generated automatically by the Vocabrix Editor v1.21", 4, 2,
-                              "Kapitel 1", "res")
+                bytes::header("generated automatically by the Vocabrix Editor v1.21", 4, 2, "Kapitel 1", "res")
                 + bytes::placeholder() + bytes::entry("der Hund", -1, "the dog", 0, "pl. die Hunde")
                 + bytes::entry("zahl", 0, {}, -123456, "n");
         WriteFileBytes(path(u"hand.zel"_s), file);
@@ -129,7 +124,7 @@ private Q_SLOTS:
         QCOMPARE(db.GetNumber(u"zahl"_s, 7).value, -123456);
         QVERIFY(db.GetNumber(u"zahl"_s, 7).found);
         QCOMPARE(db.GetEntry(99), korva::Entry()); // out of range reads empty
-        QVERIFY(m_log.isEmpty()); // an existing file logs nothing, not even "file mounted"
+        QVERIFY(m_log.isEmpty());                  // an existing file logs nothing, not even "file mounted"
 
         // Saved unchanged, the file keeps every byte.
         QVERIFY(db.Save());
@@ -141,8 +136,8 @@ private Q_SLOTS:
         ikorvalite db;
         QVERIFY(db.Mount(path(u"new.zel"_s), false));
         QCOMPARE(m_log,
-                 QStringList({u"the specified file doesn't exist, creating new/n"_s,
-                              u"file created/n"_s, u"file mounted/n"_s}));
+                 QStringList({u"the specified file doesn't exist, creating new/n"_s, u"file created/n"_s,
+                              u"file mounted/n"_s}));
         QVERIFY(QFileInfo(path(u"new.zel"_s)).isFile());
         QCOMPARE(QFileInfo(path(u"new.zel"_s)).size(), 0); // nothing until Save
         QCOMPARE(db.Count(), 0);
@@ -151,16 +146,15 @@ private Q_SLOTS:
 
         QVERIFY(db.Save());
         QCOMPARE(ReadFileBytes(path(u"new.zel"_s)),
-                 bytes::header("KORVA Database File; KORVA Lite version", 4, 0)
-                         + bytes::placeholder());
+                 bytes::header("KORVA Database File; KORVA Lite version", 4, 0) + bytes::placeholder());
 
         db.SetValue(u"flist_count"_s, QString(), 4, QString());
         db.SetValue(u"flist_name_1"_s, u"/home/ü/ex1.zel"_s, 0, QString());
         db.SetValue(u"show_mouse_hover"_s, QString(), -1, u"options"_s);
         QVERIFY(db.Save());
         QCOMPARE(ReadFileBytes(path(u"new.zel"_s)),
-                 bytes::header("KORVA Database File; KORVA Lite version", 4, 3)
-                         + bytes::placeholder() + bytes::entry("flist_count", 0, {}, 4, {})
+                 bytes::header("KORVA Database File; KORVA Lite version", 4, 3) + bytes::placeholder()
+                         + bytes::entry("flist_count", 0, {}, 4, {})
                          + bytes::entry("flist_name_1", -1, "/home/\xFC/ex1.zel", 0, {})
                          + bytes::entry("show_mouse_hover", 0, {}, -1, "options"));
     }
@@ -200,8 +194,7 @@ private Q_SLOTS:
     void headerOnlyMount()
     {
         WriteFileBytes(path(u"h.zel"_s),
-                       bytes::header("desc", 4, 2, "Titel") + bytes::placeholder()
-                               + bytes::entry("a", -1, "b", 0, {})
+                       bytes::header("desc", 4, 2, "Titel") + bytes::placeholder() + bytes::entry("a", -1, "b", 0, {})
                                + bytes::entry("c", -1, "d", 0, {}));
         ikorvalite db;
         QVERIFY(db.Mount(path(u"h.zel"_s), true));
@@ -230,18 +223,14 @@ private Q_SLOTS:
     void damagedFilesRefused_data()
     {
         QTest::addColumn<QByteArray>("file");
-        const QByteArray good =
-                bytes::header("d", 4, 1) + bytes::placeholder() + bytes::entry("a", -1, "b", 0, {});
-        QTest::newRow("header text runs past its record")
-                << (bytes::i16(200) + QByteArray(126, 'x'));
+        const QByteArray good = bytes::header("d", 4, 1) + bytes::placeholder() + bytes::entry("a", -1, "b", 0, {});
+        QTest::newRow("header text runs past its record") << (bytes::i16(200) + QByteArray(126, 'x'));
         QTest::newRow("negative count") << bytes::header("d", 4, -3) + bytes::placeholder();
         QTest::newRow("entries missing") << bytes::header("d", 4, 5) + bytes::placeholder();
         QTest::newRow("cut inside the last entry") << good.left(good.size() - 128 + 4);
         QTest::newRow("bytes after the last entry") << good + QByteArray("junk");
-        QTest::newRow("entry text runs past its record") << bytes::header("d", 4, 1)
-                        + bytes::placeholder()
-                        + (bytes::text("key") + bytes::i16(-1) + bytes::i16(500)
-                           + QByteArray(121, 'y'));
+        QTest::newRow("entry text runs past its record") << bytes::header("d", 4, 1) + bytes::placeholder()
+                        + (bytes::text("key") + bytes::i16(-1) + bytes::i16(500) + QByteArray(121, 'y'));
         QTest::newRow("count claims more than the file can be")
                 << bytes::header("d", 4, 32767) + QByteArray(4096, '\0');
         QTest::newRow("binary noise") << QByteArray(300, '\xEE');
@@ -262,8 +251,8 @@ private Q_SLOTS:
     void shortLastRecordAccepted()
     {
         // A last record that stops after its fields, without filler, still reads.
-        const QByteArray file = bytes::header("d", 4, 1) + bytes::placeholder() + bytes::text("a")
-                + bytes::i16(-1) + bytes::text("b") + bytes::i32(0) + bytes::text({});
+        const QByteArray file = bytes::header("d", 4, 1) + bytes::placeholder() + bytes::text("a") + bytes::i16(-1)
+                + bytes::text("b") + bytes::i32(0) + bytes::text({});
         WriteFileBytes(path(u"short.zel"_s), file);
         ikorvalite db;
         QVERIFY2(db.Mount(path(u"short.zel"_s), false), qPrintable(db.LastError()));
@@ -360,9 +349,8 @@ private Q_SLOTS:
         QCOMPARE(db.Save(), answerYes);
         QCOMPARE(m_questions.size(), size_t(1));
         QCOMPARE(m_questions[0].first, u"Readonly File Detected"_s);
-        QCOMPARE(
-                m_questions[0].second,
-                u"The specified file is readonly. Do you want to save to this location anyways?"_s);
+        QCOMPARE(m_questions[0].second,
+                 u"The specified file is readonly. Do you want to save to this location anyways?"_s);
         if (answerYes) {
             QCOMPARE(ReadFileBytes(p).size(), 3 * 128);
             QVERIFY(QFileInfo(p).permissions() & QFileDevice::WriteOwner);

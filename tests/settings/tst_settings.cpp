@@ -1,14 +1,8 @@
-#include "core/programstate.h"
-#include "ikorvalite.h"
-#include "korvabuilder.h"
 #include "settings/r_data.h"
 #include "settings/settingskeys.h"
 #include "testsupport.h"
 
 #include <QSignalSpy>
-#include <QTest>
-
-#include <memory>
 
 using namespace Qt::Literals::StringLiterals;
 
@@ -17,10 +11,9 @@ namespace {
 using Corner = r_data::Corner;
 
 const QStringList kDefaultNames = {
-        u"backcolor_a"_s,         u"backcolor_b"_s,       u"main_text_shadow"_s,
-        u"main_text_forecolor"_s, u"tr_text_shadow"_s,    u"tr_text_forecolor"_s,
-        u"tl_text_shadow"_s,      u"tl_text_forecolor"_s, u"br_text_shadow"_s,
-        u"br_text_forecolor"_s,   u"bl_text_shadow"_s,    u"bl_text_forecolor"_s,
+        u"backcolor_a"_s,    u"backcolor_b"_s,       u"main_text_shadow"_s, u"main_text_forecolor"_s,
+        u"tr_text_shadow"_s, u"tr_text_forecolor"_s, u"tl_text_shadow"_s,   u"tl_text_forecolor"_s,
+        u"br_text_shadow"_s, u"br_text_forecolor"_s, u"bl_text_shadow"_s,   u"bl_text_forecolor"_s,
 };
 
 void mountMaster(TestEnvironment &env)
@@ -43,8 +36,7 @@ private Q_SLOTS:
         r_data metrics;
         metrics.ColorDefaults();
         QCOMPARE(env.logLines(),
-                 QStringList({u"forcing metrics data manager to defaults/n"_s,
-                              u".. 12 colors defined/n"_s}));
+                 QStringList({u"forcing metrics data manager to defaults/n"_s, u".. 12 colors defined/n"_s}));
         const auto &colors = metrics.Colors();
         QCOMPARE(colors.size(), size_t(13));
         QCOMPARE(colors[0].name, QString()); // the placeholder
@@ -100,8 +92,7 @@ private Q_SLOTS:
         QCOMPARE(metrics.Colors().size(), size_t(13));
         QCOMPARE(env.logLines().mid(env.logLines().size() - 3),
                  QStringList({u"read 0 color definitions from disk/n"_s,
-                              u"forcing metrics data manager to defaults/n"_s,
-                              u".. 12 colors defined/n"_s}));
+                              u"forcing metrics data manager to defaults/n"_s, u".. 12 colors defined/n"_s}));
     }
 
     void writeColorsSavesEveryPairAndThePlaceholder()
@@ -151,15 +142,13 @@ private Q_SLOTS:
         TestEnvironment env;
         r_data metrics;
         QSignalSpy expired(&metrics, &r_data::cornerExpired);
-        metrics.SetCornerText(Corner::BottomLeft, u"Roll mouse over controls to see descriptions"_s,
-                              1);
+        metrics.SetCornerText(Corner::BottomLeft, u"Roll mouse over controls to see descriptions"_s, 1);
         QVERIFY(metrics.CornerShown(Corner::BottomLeft));
         QTRY_COMPARE_WITH_TIMEOUT(expired.count(), 1, 3000);
         QCOMPARE(expired.at(0).at(0).value<Corner>(), Corner::BottomLeft);
         QVERIFY(!metrics.CornerShown(Corner::BottomLeft));
         // The text stays, so a later comparison with it still finds it.
-        QCOMPARE(metrics.CornerText(Corner::BottomLeft),
-                 u"Roll mouse over controls to see descriptions"_s);
+        QCOMPARE(metrics.CornerText(Corner::BottomLeft), u"Roll mouse over controls to see descriptions"_s);
 
         // Setting a text without a time stops a running one.
         metrics.SetCornerText(Corner::TopRight, u"a"_s, 1);

@@ -1,22 +1,10 @@
-#include "cards/deck.h"
-#include "controls/zelcheck.h"
-#include "core/forms.h"
 #include "core/osversion.h"
-#include "core/programstate.h"
-#include "settings/r_data.h"
 #include "study/cmemdc.h"
-#include "study/logicalfont.h"
-#include "study/frmmain.h"
-#include "study/modrender.h"
-#include "study/r_renderer.h"
 #include "study/windowsurface.h"
-#include "testsupport.h"
+#include "uitestsupport.h"
 
-#include "ikorvalite.h"
-#include <QDir>
 #include <QPainter>
 #include <QRegularExpression>
-#include <QTest>
 #include <QWidget>
 
 using namespace Qt::Literals::StringLiterals;
@@ -31,8 +19,7 @@ QRgb rgb(quint32 ole)
 
 int distance(QRgb a, QRgb b)
 {
-    return qMax(qAbs(qRed(a) - qRed(b)),
-                qMax(qAbs(qGreen(a) - qGreen(b)), qAbs(qBlue(a) - qBlue(b))));
+    return qMax(qAbs(qRed(a) - qRed(b)), qMax(qAbs(qGreen(a) - qGreen(b)), qAbs(qBlue(a) - qBlue(b))));
 }
 
 // The bounding box of the pixels that satisfy a test.
@@ -47,22 +34,6 @@ QRect boxOf(const QImage &image, const std::function<bool(QRgb)> &test)
 }
 
 constexpr QRgb kMarker = 0xFF13A7C1; // a colour the card never uses
-
-// A deck of `cards` cards q0.. and the study window showing it, as after
-// loading chapters; trouble cards at the given indices.
-void studyDeck(int cards, const QList<int> &trouble)
-{
-    g_SuppressRefresh = true;
-    g_Deck.Resize(cards);
-    for (int i = 0; i < cards; ++i) {
-        g_Deck[i].question = u"q%1"_s.arg(i);
-        g_Deck[i].answer = u"a%1"_s.arg(i);
-        g_Deck[i].chapter = u"Kapitel"_s;
-        g_Deck[i].trouble = trouble.contains(i) ? kCardTrue : kCardFalse;
-    }
-    modrender::StartRendering();
-    frmMain::Existing()->SetStudying(true);
-}
 
 QString corner(r_data::Corner c)
 {
@@ -97,10 +68,7 @@ private Q_SLOTS:
     void initTestCase() { InstallFontSubstitutes(); }
     void cleanup()
     {
-        for (QWidget *form : forms::Open())
-            forms::Unload(form);
-        modrender::ReleaseRendering();
-        QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+        UnloadAllForms();
         SetOsVersionOverride(std::nullopt);
         SetMainRenderer(nullptr);
     }
@@ -122,10 +90,8 @@ private Q_SLOTS:
         QFETCH(bool, forward);
         QFETCH(int, to);
         TestEnvironment env;
-        studyDeck(10, {});
-        QCOMPARE(modrender::StepIndex(forward ? modrender::Direction::Forward
-                                              : modrender::Direction::Backward,
-                                      from),
+        StudyDeck(10, {});
+        QCOMPARE(modrender::StepIndex(forward ? modrender::Direction::Forward : modrender::Direction::Backward, from),
                  to);
     }
 
@@ -150,7 +116,7 @@ private Q_SLOTS:
         QFETCH(int, shown);
         QFETCH(bool, box);
         TestEnvironment env;
-        studyDeck(10, trouble);
+        StudyDeck(10, trouble);
         frmMain *main = frmMain::Existing();
         main->Check2->SetChecked(true);
         modrender::CurrentCard = qint16(current);
@@ -175,9 +141,8 @@ private Q_SLOTS:
     void cardTexts()
     {
         TestEnvironment env;
-        studyDeck(120, {1, 3, 5, 7, 9, 11, 13});
-        modrender::Metrics()->SetCornerText(r_data::Corner::BottomLeft,
-                                            u"Right click anywhere for menu"_s);
+        StudyDeck(120, {1, 3, 5, 7, 9, 11, 13});
+        modrender::Metrics()->SetCornerText(r_data::Corner::BottomLeft, u"Right click anywhere for menu"_s);
         modrender::ShowFirstCard();
         QCOMPARE(corner(r_data::Corner::BottomLeft), QString()); // the hint goes for good
         modrender::CurrentCard = 2;
@@ -208,7 +173,7 @@ private Q_SLOTS:
     void answerEqualToQuestion()
     {
         TestEnvironment env;
-        studyDeck(3, {});
+        StudyDeck(3, {});
         g_Deck[0].answer = g_Deck[0].question;
         modrender::ShowFirstCard();
         for (int press = 0; press < 3; ++press) {
@@ -220,7 +185,7 @@ private Q_SLOTS:
     void timesViewedStopsAtTheLargest()
     {
         TestEnvironment env;
-        studyDeck(2, {});
+        StudyDeck(2, {});
         g_Deck[0].timesViewed = 32766;
         modrender::ShowFirstCard();
         modrender::ShowFirstCard();
@@ -231,15 +196,14 @@ private Q_SLOTS:
     void studyWindowForReview()
     {
         TestEnvironment env;
-        studyDeck(37, {2});
+        StudyDeck(37, {2});
         modrender::CurrentCard = 2;
         modrender::ShowCurrentCard();
         QImage shot = frmMain::Existing()->grab().toImage();
         QCOMPARE(shot.size(), QSize(640, 480));
         // The card face above, the controls' strip below.
         QVERIFY(distance(shot.pixel(320, 200), rgb(14570825)) <= 2);
-        QDir().mkpath(QStringLiteral(SCREENS_DIR));
-        QVERIFY(shot.save(QStringLiteral(SCREENS_DIR) + u"/study-window.png"_s));
+        QVERIFY(SaveScreenshot(shot, u"study-window.png"_s));
     }
 
     void alphaOptions()
@@ -249,13 +213,11 @@ private Q_SLOTS:
         QVERIFY(g_MasterDb->Mount(env.path(u"sys.zel"_s), false));
         env.log->clear();
         modrender::LoadAlphaOptions();
-        QCOMPARE(env.logLines(),
-                 QStringList(u" .. alpha enabled in program: No using level of 90/n"_s));
+        QCOMPARE(env.logLines(), QStringList(u" .. alpha enabled in program: No using level of 90/n"_s));
         g_MasterDb->SetValue(u"alpha_effects"_s, QString(), -1, u"alpha_transparency"_s);
         g_MasterDb->SetValue(u"alpha_level"_s, QString(), 200, u"alpha_transparency"_s);
         modrender::LoadAlphaOptions();
-        QCOMPARE(env.logLines().last(),
-                 u" .. alpha enabled in program: Yes using level of 200/n"_s);
+        QCOMPARE(env.logLines().last(), u" .. alpha enabled in program: Yes using level of 200/n"_s);
         QVERIFY(modrender::AlphaEffects);
         modrender::AlphaLevel = 17;
         modrender::AlphaEffects = false;
@@ -273,8 +235,8 @@ private Q_SLOTS:
         QTest::addColumn<QRgb>("right");
         QTest::addColumn<QRgb>("pastEnd");
         // Black to white over x = 0..100 on a surface 102 wide.
-        QTest::newRow("system fill") << 500 << qRgb(0, 0, 0) << qRgb(128, 128, 128)
-                                     << qRgb(252, 252, 252) << kMarker; // end column not painted
+        QTest::newRow("system fill") << 500 << qRgb(0, 0, 0) << qRgb(128, 128, 128) << qRgb(252, 252, 252)
+                                     << kMarker; // end column not painted
         QTest::newRow("hand-painted, mirrored")
                 << 410 << qRgb(255, 255, 255) << qRgb(128, 128, 128) << qRgb(0, 0, 0) << kMarker;
     }
@@ -324,8 +286,7 @@ private Q_SLOTS:
         QTest::newRow("0.5 rounds down to even") << 0x000001u << 0u << 0.5 << 0u;
         QTest::newRow("1.5 rounds up to even") << 0x000003u << 0u << 0.5 << 0x000002u;
         QTest::newRow("quarter of white") << 0xFFFFFFu << 0u << 0.25 << 0x404040u;
-        QTest::newRow("three parts colour, one white")
-                << 0xFF0000u << 0xFFFFFFu << 0.75 << 0xFF4040u;
+        QTest::newRow("three parts colour, one white") << 0xFF0000u << 0xFFFFFFu << 0.75 << 0xFF4040u;
     }
     void blendHalvesToEven()
     {
@@ -340,8 +301,7 @@ private Q_SLOTS:
     {
         QCOMPARE(cMemDC::TranslateColor(0x12345678u), 0x345678u);
         const QColor window = QGuiApplication::palette().color(QPalette::Base);
-        const quint32 ole =
-                quint32(window.red()) | quint32(window.green()) << 8 | quint32(window.blue()) << 16;
+        const quint32 ole = quint32(window.red()) | quint32(window.green()) << 8 | quint32(window.blue()) << 16;
         QCOMPARE(cMemDC::TranslateColor(0x80000005u), ole); // the system's window colour
     }
 
@@ -373,8 +333,7 @@ private Q_SLOTS:
         font.size = 12;
         dc.SetFont(font);
         int l = 10, t = 20, r = 11, b = 21;
-        const int height = dc.DrawText(u"Guten Morgen"_s, l, t, r, b,
-                                       cMemDC::DT_CALCRECT | cMemDC::DT_SINGLELINE);
+        const int height = dc.DrawText(u"Guten Morgen"_s, l, t, r, b, cMemDC::DT_CALCRECT | cMemDC::DT_SINGLELINE);
         QCOMPARE(l, 10);
         QCOMPARE(t, 20);
         QCOMPARE(r - l, dc.TextWidth(u"Guten Morgen"_s));
@@ -431,26 +390,21 @@ private Q_SLOTS:
         const QStringList lines = env.logLines().mid(2); // after the colour defaults
         QCOMPARE(lines.size(), 9);
         QCOMPARE(lines[0], u"initializing renderer/n"_s);
-        const QRegularExpression hexLine(
-                u"^( \\.\\. using DC @ 0x| \\.\\. using window @ 0x)[0-9A-F]+/n$"_s);
+        const QRegularExpression hexLine(u"^( \\.\\. using DC @ 0x| \\.\\. using window @ 0x)[0-9A-F]+/n$"_s);
         QVERIFY(hexLine.match(lines[1]).hasMatch());
         QVERIFY(lines[1].endsWith(QString::number(card.surface.handle(), 16).toUpper() + u"/n"_s));
         QVERIFY(lines[2].endsWith(QString::number(quintptr(&card.widget), 16).toUpper() + u"/n"_s));
         QCOMPARE(lines[3], u" .. using window size of ( 640 , 480 )/n"_s);
         QCOMPARE(lines[4], u" .. using modded window size of ( 640 , 420 )/n"_s);
         QCOMPARE(lines[5],
-                 u" .. using r_data class @ "_s
-                         + QString::number(quintptr(&card.metrics), 16).toUpper() + u"/n"_s);
+                 u" .. using r_data class @ "_s + QString::number(quintptr(&card.metrics), 16).toUpper() + u"/n"_s);
         QCOMPARE(lines[6], u" .. set refresh rate to 50 msec/n"_s);
-        QVERIFY(QRegularExpression(u"^ \\.\\. using ZEL DC drawing class @ [0-9A-F]+/n$"_s)
-                        .match(lines[7])
-                        .hasMatch());
+        QVERIFY(QRegularExpression(u"^ \\.\\. using ZEL DC drawing class @ [0-9A-F]+/n$"_s).match(lines[7]).hasMatch());
         QCOMPARE(lines[8], u"renderer initialized ok/n"_s);
 
         env.log->clear();
         card.renderer.Release(true);
-        QCOMPARE(env.logLines(),
-                 QStringList({u"renderer going down/n"_s, u" .. renderer released ok/n"_s}));
+        QCOMPARE(env.logLines(), QStringList({u"renderer going down/n"_s, u" .. renderer released ok/n"_s}));
         QVERIFY(!card.renderer.Surface());
         card.renderer.Present(); // a late tick does nothing
     }
@@ -512,8 +466,7 @@ private Q_SLOTS:
         card.renderer.Draw(true);
         const QImage &img = card.picture();
         const QRect text = boxOf(img, [](QRgb p) { return qGreen(p) > 0 && qBlue(p) > 0; });
-        const QRect shadow =
-                boxOf(img, [](QRgb p) { return qRed(p) > 0 && qGreen(p) == 0 && qBlue(p) == 0; });
+        const QRect shadow = boxOf(img, [](QRgb p) { return qRed(p) > 0 && qGreen(p) == 0 && qBlue(p) == 0; });
         QVERIFY(!text.isEmpty());
         QCOMPARE(shadow.topLeft(), text.topLeft() - QPoint(1, 1));
         // Centred in the card.
@@ -644,17 +597,14 @@ private Q_SLOTS:
         TestEnvironment env;
         CardWindow card(640, 480, 60);
         card.metrics.SetMainText(u"der Bahnhof"_s);
-        card.metrics.SetCornerText(r_data::Corner::TopLeft,
-                                   u"showing card 3 of 37; 5 trouble cards"_s);
+        card.metrics.SetCornerText(r_data::Corner::TopLeft, u"showing card 3 of 37; 5 trouble cards"_s);
         card.metrics.SetCornerText(r_data::Corner::TopRight, u"Times viewed: 2"_s);
         card.metrics.SetCornerText(r_data::Corner::BottomLeft, u"Right click anywhere for menu"_s);
-        card.metrics.SetCornerText(r_data::Corner::BottomRight,
-                                   u"from 'German 3: Travel and Getting Around'"_s);
+        card.metrics.SetCornerText(r_data::Corner::BottomRight, u"from 'German 3: Travel and Getting Around'"_s);
         card.surface.image().fill(Qt::black);
         card.renderer.Draw(false);
         card.renderer.Draw(true);
-        QDir().mkpath(QStringLiteral(SCREENS_DIR));
-        QVERIFY(card.picture().save(QStringLiteral(SCREENS_DIR) + u"/card-640x480.png"_s));
+        QVERIFY(SaveScreenshot(card.picture(), u"card-640x480.png"_s));
     }
 };
 

@@ -38,14 +38,14 @@ inline QByteArray record(const QByteArray &fields)
     return r;
 }
 
-inline QByteArray header(const QByteArray &description, qint32 format, qint16 count,
-                         const QByteArray &title = {}, const QByteArray &reserved = {})
+inline QByteArray header(const QByteArray &description, qint32 format, qint16 count, const QByteArray &title = {},
+                         const QByteArray &reserved = {})
 {
     return record(text(description) + i32(format) + i16(count) + text(title) + text(reserved));
 }
 
-inline QByteArray entry(const QByteArray &key, qint16 isText, const QByteArray &textValue,
-                        qint32 number, const QByteArray &note)
+inline QByteArray entry(const QByteArray &key, qint16 isText, const QByteArray &textValue, qint32 number,
+                        const QByteArray &note)
 {
     return record(text(key) + i16(isText) + text(textValue) + i32(number) + text(note));
 }

@@ -3,11 +3,17 @@
 #include "core/clstimer.h"
 #include "core/log.h"
 #include "core/pause.h"
+#include "core/programstate.h"
 #include "core/prompter.h"
+#include "ikorvalite.h"
+#include "korvabuilder.h"
 
+#include <QDir>
+#include <QFileInfo>
 #include <QString>
 #include <QStringList>
 #include <QTemporaryDir>
+#include <QTest>
 
 #include <deque>
 #include <functional>

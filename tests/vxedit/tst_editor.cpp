@@ -1,33 +1,19 @@
 #include "cardpreview.h"
-#include "cards/deck.h"
 #include "cards/frmchapter.h"
 #include "cardtext.h"
 #include "chaptermodel.h"
 #include "chapterrules.h"
-#include "core/forms.h"
-#include "core/programstate.h"
 #include "editcommands.h"
 #include "editorwindow.h"
 #include "findreplace.h"
-#include "ikorvalite.h"
 #include "importdialog.h"
-#include "korvabuilder.h"
-#include "study/logicalfont.h"
-#include "testsupport.h"
+#include "uitestsupport.h"
 
-#include <QCheckBox>
 #include <QComboBox>
 #include <QCoreApplication>
-#include <QDir>
-#include <QFileInfo>
-#include <QLineEdit>
 #include <QSettings>
 #include <QTableView>
-#include <QTest>
-#include <QTreeWidget>
 #include <QUndoStack>
-
-#include <memory>
 
 using namespace Qt::Literals::StringLiterals;
 
@@ -43,11 +29,9 @@ QStringList questions(const ChapterModel &model)
     return out;
 }
 
-QByteArray chapterFile(const QList<std::array<QByteArray, 3>> &cards,
-                       const QByteArray &title = "Titel")
+QByteArray chapterFile(const QList<std::array<QByteArray, 3>> &cards, const QByteArray &title = "Titel")
 {
-    QByteArray file =
-            bytes::header(kChapter, 4, qint16(cards.size()), title) + bytes::placeholder();
+    QByteArray file = bytes::header(kChapter, 4, qint16(cards.size()), title) + bytes::placeholder();
     for (const auto &c : cards)
         file += bytes::entry(c[0], -1, c[1], 0, c[2]);
     return file;
@@ -69,8 +53,7 @@ class EditorTest : public QObject
     {
         QList<std::array<QByteArray, 3>> cards;
         for (int i = 0; i < qs.size(); ++i)
-            cards.append({qs[i].toLatin1(), "a" + QByteArray::number(i + 1),
-                          "n" + QByteArray::number(i + 1)});
+            cards.append({qs[i].toLatin1(), "a" + QByteArray::number(i + 1), "n" + QByteArray::number(i + 1)});
         WriteFileBytes(path(u"open.zel"_s), chapterFile(cards));
         [&] { QVERIFY(m_window->OpenFile(path(u"open.zel"_s))); }();
         return *m_window->Model();
@@ -94,9 +77,7 @@ private Q_SLOTS:
     void cleanup()
     {
         m_window.reset();
-        for (QWidget *form : forms::Open())
-            forms::Unload(form);
-        QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+        UnloadAllForms();
         m_env.reset();
     }
 
@@ -119,8 +100,7 @@ private Q_SLOTS:
         m_window->Table()->selectionModel()->clearSelection();
         m_window->Table()->selectRow(0);
         m_window->Table()->selectionModel()->select(model.index(2, 0),
-                                                    QItemSelectionModel::Select
-                                                            | QItemSelectionModel::Rows);
+                                                    QItemSelectionModel::Select | QItemSelectionModel::Rows);
         m_window->DeleteCards();
         QCOMPARE(questions(model), QStringList({u"zwei"_s}));
         undo->undo();
@@ -130,8 +110,7 @@ private Q_SLOTS:
         m_window->Table()->selectionModel()->clearSelection();
         m_window->Table()->selectRow(1);
         m_window->Table()->selectionModel()->select(model.index(2, 0),
-                                                    QItemSelectionModel::Select
-                                                            | QItemSelectionModel::Rows);
+                                                    QItemSelectionModel::Select | QItemSelectionModel::Rows);
         m_window->MoveCards(-1);
         QCOMPARE(questions(model), QStringList({u"zwei"_s, u"drei"_s, u"eins"_s}));
         const int steps = undo->count();
@@ -187,8 +166,7 @@ private Q_SLOTS:
         QFETCH(bool, saved);
         ChapterModel &model = open({u"eins"_s, u"zwei"_s});
         model.setData(model.index(1, ChapterModel::Question), QString(50, u'q'), Qt::EditRole);
-        model.setData(model.index(1, ChapterModel::Answer), QString(answerLength, u'a'),
-                      Qt::EditRole);
+        model.setData(model.index(1, ChapterModel::Answer), QString(answerLength, u'a'), Qt::EditRole);
         model.setData(model.index(1, ChapterModel::Note), u"nnnnnn"_s, Qt::EditRole);
         QCOMPARE(model.BytesLeft(1), saved ? 0 : -1);
         const QString target = path(u"limit.zel"_s);
@@ -197,11 +175,10 @@ private Q_SLOTS:
         QCOMPARE(QFileInfo::exists(target), saved);
         if (!saved) {
             QCOMPARE(m_env->prompter.boxTitles(), QStringList(u"Chapter Not Saved"_s));
-            QCOMPARE(
-                    m_env->prompter.boxes[0].text,
-                    u"Card 2 can't be saved: the card takes 129 bytes, more than the 128 of a "
-                    "chapter record "
-                    "(question, answer and note may have 116 bytes together). Nothing was written."_s);
+            QCOMPARE(m_env->prompter.boxes[0].text,
+                     u"Card 2 can't be saved: the card takes 129 bytes, more than the 128 of a "
+                     "chapter record "
+                     "(question, answer and note may have 116 bytes together). Nothing was written."_s);
             QCOMPARE(m_window->Table()->currentIndex().row(), 1); // the card is shown
             QVERIFY(m_window->isWindowModified());
         } else {
@@ -216,16 +193,12 @@ private Q_SLOTS:
     {
         ChapterModel &model = open({u"eins"_s, u"zwei"_s});
         m_window->ShowTypingFeedback(0, ChapterModel::Answer, u"Борщ"_s);
-        QVERIFY(m_window->LimitText().contains(
-                u"'Б' (U+0411) can't be stored in a chapter file"_s));
-        m_window->ShowTypingFeedback(0, ChapterModel::Answer,
-                                     QString(112, u'x')); // with "eins" and "n1": 118
+        QVERIFY(m_window->LimitText().contains(u"'Б' (U+0411) can't be stored in a chapter file"_s));
+        m_window->ShowTypingFeedback(0, ChapterModel::Answer, QString(112, u'x')); // with "eins" and "n1": 118
         QVERIFY(m_window->LimitText().contains(u"Card 1: 2 bytes too long"_s));
 
         model.setData(model.index(0, ChapterModel::Note), u"siehe → dort"_s, Qt::EditRole);
-        QVERIFY(model.index(0, ChapterModel::Question)
-                        .data(Qt::DecorationRole)
-                        .isValid()); // marked
+        QVERIFY(model.index(0, ChapterModel::Question).data(Qt::DecorationRole).isValid()); // marked
         const QByteArray before = ReadFileBytes(path(u"open.zel"_s));
         QVERIFY(!m_window->Save());
         QCOMPARE(m_env->prompter.boxes[0].text,
@@ -238,14 +211,12 @@ private Q_SLOTS:
     void unchangedFilesKeepTheirBytes_data()
     {
         QTest::addColumn<QByteArray>("file");
-        QTest::newRow("an example chapter")
-                << ReadFileBytes(QCoreApplication::applicationDirPath() + u"/ex2.zel"_s);
+        QTest::newRow("an example chapter") << ReadFileBytes(QCoreApplication::applicationDirPath() + u"/ex2.zel"_s);
         // Whatever the file carries beyond the cards goes back as it came.
         QTest::newRow("odd fields") << bytes::header(kChapter, 7, 3, "T", "reserved text")
                         + bytes::entry({}, 0, {}, 99, "note of the placeholder")
                         + bytes::entry("zahl", -1, "number", -5, "a text entry with a number")
-                        + bytes::entry("a", -1, "b", 0, {})
-                        + bytes::entry("c", 1, "d", 0, "flag 1");
+                        + bytes::entry("a", -1, "b", 0, {}) + bytes::entry("c", 1, "d", 0, "flag 1");
     }
     void unchangedFilesKeepTheirBytes()
     {
@@ -262,8 +233,7 @@ private Q_SLOTS:
     void otherKorvaFilesOnlyForALook()
     {
         const QByteArray settings = bytes::header("KORVA Database File; KORVA Lite version", 4, 1)
-                + bytes::placeholder()
-                + bytes::entry("backcolor_b", 0, {}, 14570825, "color_metrics");
+                + bytes::placeholder() + bytes::entry("backcolor_b", 0, {}, 14570825, "color_metrics");
         WriteFileBytes(path(u"sys.zel"_s), settings);
         m_env->prompter.answers = {MsgResult::No};
         QVERIFY(!m_window->OpenFile(path(u"sys.zel"_s)));
@@ -275,8 +245,7 @@ private Q_SLOTS:
         m_env->prompter.answers = {MsgResult::Yes};
         QVERIFY(m_window->OpenFile(path(u"sys.zel"_s)));
         QVERIFY(m_window->Document().ReadOnly());
-        QCOMPARE(m_window->Model()->index(0, ChapterModel::Answer).data().toString(),
-                 u"(number) 14570825"_s);
+        QCOMPARE(m_window->Model()->index(0, ChapterModel::Answer).data().toString(), u"(number) 14570825"_s);
         QVERIFY(!(m_window->Model()->flags(m_window->Model()->index(0, 0)) & Qt::ItemIsEditable));
         QVERIFY(m_window->windowTitle().contains(u"(read-only)"_s));
         QVERIFY(!m_window->Save());
@@ -335,21 +304,19 @@ private Q_SLOTS:
         QTest::addColumn<QStringList>("questions");
         QTest::addColumn<QStringList>("notes");
         QTest::newRow("tsv with missing notes")
-                << u"a.tsv"_s << QByteArray("Hund\tdog\tder\nKatze\tcat\n")
-                << QStringList({u"Hund"_s, u"Katze"_s}) << QStringList({u"der"_s, QString()});
+                << u"a.tsv"_s << QByteArray("Hund\tdog\tder\nKatze\tcat\n") << QStringList({u"Hund"_s, u"Katze"_s})
+                << QStringList({u"der"_s, QString()});
         QTest::newRow("another program's export")
                 << u"deck.txt"_s
                 << QByteArray("#separator:tab\n#html:true\n#deck column:1\n"
                               "Deutsch\t<b>Gr&uuml;n</b>\tgreen<br>colour\n"
                               "Deutsch\t\"Auf&nbsp;Wiedersehen\"\tgoodbye\n")
-                << QStringList({u"Grün"_s, u"Auf Wiedersehen"_s})
-                << QStringList({QString(), QString()});
+                << QStringList({u"Grün"_s, u"Auf Wiedersehen"_s}) << QStringList({QString(), QString()});
         QTest::newRow("semicolons in a .txt")
-                << u"list.txt"_s << QByteArray("rot;red;Farbe\nblau;blue\n")
-                << QStringList({u"rot"_s, u"blau"_s}) << QStringList({u"Farbe"_s, QString()});
+                << u"list.txt"_s << QByteArray("rot;red;Farbe\nblau;blue\n") << QStringList({u"rot"_s, u"blau"_s})
+                << QStringList({u"Farbe"_s, QString()});
         QTest::newRow("csv with bom and windows line ends")
-                << u"b.csv"_s
-                << QByteArray("\xEF\xBB\xBF\"eins, zwei\",\"one, two\"\r\ndrei,three\r\n")
+                << u"b.csv"_s << QByteArray("\xEF\xBB\xBF\"eins, zwei\",\"one, two\"\r\ndrei,three\r\n")
                 << QStringList({u"eins, zwei"_s, u"drei"_s}) << QStringList({QString(), QString()});
     }
     void importDetectsLayouts()
@@ -375,16 +342,14 @@ private Q_SLOTS:
     void importIntoTheChapter()
     {
         ChapterModel &model = open({u"eins"_s, u"zwei"_s});
-        WriteFileBytes(path(u"more.csv"_s),
-                       "Question,Answer,Note\ndrei,three,\nvier,\"four, 4\",\nfünf,Жук,\n");
+        WriteFileBytes(path(u"more.csv"_s), "Question,Answer,Note\ndrei,three,\nvier,\"four, 4\",\nfünf,Жук,\n");
         m_env->prompter.onModal = [](QObject *window) {
             auto *dialog = qobject_cast<ImportDialog *>(window);
             dialog->headerRow->setChecked(true);
             return int(QDialog::Accepted);
         };
         QVERIFY(m_window->ImportFile(path(u"more.csv"_s)));
-        QCOMPARE(questions(model),
-                 QStringList({u"eins"_s, u"zwei"_s, u"drei"_s, u"vier"_s, u"fünf"_s}));
+        QCOMPARE(questions(model), QStringList({u"eins"_s, u"zwei"_s, u"drei"_s, u"vier"_s, u"fünf"_s}));
         QCOMPARE(model.Text(3, ChapterModel::Answer), u"four, 4"_s);
         QCOMPARE(model.ProblemCount(), 1); // flagged, to mend before saving
         m_window->GoToNextProblem();
@@ -413,8 +378,7 @@ private Q_SLOTS:
         QTest::sendKeyEvent(QTest::Click, m_window->TitleEdit(), Qt::Key_O, u"ö"_s, Qt::NoModifier);
         QTest::keyClicks(m_window->TitleEdit(), u"rter"_s);
         ChapterModel *model = m_window->Model();
-        for (const auto &[q, a] :
-             {std::pair {u"grasc(252)n"_s, u"green"_s}, std::pair {u"blau"_s, u"blue"_s}}) {
+        for (const auto &[q, a] : {std::pair {u"grasc(252)n"_s, u"green"_s}, std::pair {u"blau"_s, u"blue"_s}}) {
             m_window->AddCard();
             const int row = m_window->Table()->currentIndex().row();
             model->setData(model->index(row, ChapterModel::Question), q, Qt::EditRole);
@@ -461,15 +425,13 @@ private Q_SLOTS:
         QVERIFY(m_window->OpenFile(QCoreApplication::applicationDirPath() + u"/ex3.zel"_s));
         m_window->Table()->setCurrentIndex(m_window->Model()->index(8, 0));
         m_window->show();
-        QDir().mkpath(QStringLiteral(SCREENS_DIR));
-        QVERIFY(m_window->grab().save(QStringLiteral(SCREENS_DIR) + u"/editor.png"_s));
-        ImportDialog importer(
-                "#separator:tab\n#html:false\n#deck column:1\nDeutsch\tder Apfel\tthe apple\n"
-                "Deutsch\tdie Birne\tthe pear\nDeutsch\tdas Ding mit ganz langem Namen, das nicht "
-                "in eine Karte passt\tthe thing with a very long name that does not fit\n",
-                u"export.txt"_s);
+        QVERIFY(SaveScreenshot(m_window->grab().toImage(), u"editor.png"_s));
+        ImportDialog importer("#separator:tab\n#html:false\n#deck column:1\nDeutsch\tder Apfel\tthe apple\n"
+                              "Deutsch\tdie Birne\tthe pear\nDeutsch\tdas Ding mit ganz langem Namen, das nicht "
+                              "in eine Karte passt\tthe thing with a very long name that does not fit\n",
+                              u"export.txt"_s);
         importer.show();
-        QVERIFY(importer.grab().save(QStringLiteral(SCREENS_DIR) + u"/editor-import.png"_s));
+        QVERIFY(SaveScreenshot(importer.grab().toImage(), u"editor-import.png"_s));
     }
 };
 

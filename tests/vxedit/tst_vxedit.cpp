@@ -2,22 +2,14 @@
 #include "cardtext.h"
 #include "chapterrules.h"
 #include "commandline.h"
-#include "core/programstate.h"
-#include "ikorvalite.h"
-#include "korvabuilder.h"
 #include "settings/r_data.h"
 #include "testsupport.h"
 
 #include <QBuffer>
-#include <QDir>
-#include <QFileInfo>
 #include <QJsonArray>
 #include <QJsonDocument>
 #include <QJsonObject>
 #include <QProcess>
-#include <QTest>
-
-#include <memory>
 
 using namespace Qt::Literals::StringLiterals;
 
@@ -66,8 +58,7 @@ private Q_SLOTS:
         QTest::addColumn<QList<int>>("lines");
         QTest::newRow("tsv with and without notes")
                 << QByteArray("der Hund\tthe dog\tpl. die Hunde\ndie Katze\tthe cat\n") << false
-                << Rows {{u"der Hund"_s, u"the dog"_s, u"pl. die Hunde"_s},
-                         {u"die Katze"_s, u"the cat"_s}}
+                << Rows {{u"der Hund"_s, u"the dog"_s, u"pl. die Hunde"_s}, {u"die Katze"_s, u"the cat"_s}}
                 << QList<int> {1, 2};
         QTest::newRow("bom, windows line ends, blank lines")
                 << QByteArray("\xEF\xBB\xBFgr\xC3\xBCn\tgreen\r\n\r\nrot\tred\r\n") << false
@@ -85,8 +76,7 @@ private Q_SLOTS:
         QTest::newRow("csv without final line end")
                 << QByteArray("a,b") << true << Rows {{u"a"_s, u"b"_s}} << QList<int> {1};
         QTest::newRow("csv quoted line break with windows end")
-                << QByteArray("\"x\r\ny\",z\r\n") << true << Rows {{u"x\ny"_s, u"z"_s}}
-                << QList<int> {1};
+                << QByteArray("\"x\r\ny\",z\r\n") << true << Rows {{u"x\ny"_s, u"z"_s}} << QList<int> {1};
     }
     void parse()
     {
@@ -96,8 +86,7 @@ private Q_SLOTS:
         QFETCH(QList<int>, lines);
         std::vector<cardtext::Row> parsed;
         QString error;
-        QVERIFY2(cardtext::Parse(data, csv ? cardtext::Format::Csv : cardtext::Format::Tsv, parsed,
-                                 &error),
+        QVERIFY2(cardtext::Parse(data, csv ? cardtext::Format::Csv : cardtext::Format::Tsv, parsed, &error),
                  qPrintable(error));
         Rows got;
         QList<int> gotLines;
@@ -126,8 +115,7 @@ private Q_SLOTS:
         QFETCH(QString, error);
         std::vector<cardtext::Row> parsed;
         QString why;
-        QVERIFY(!cardtext::Parse(data, csv ? cardtext::Format::Csv : cardtext::Format::Tsv, parsed,
-                                 &why));
+        QVERIFY(!cardtext::Parse(data, csv ? cardtext::Format::Csv : cardtext::Format::Tsv, parsed, &why));
         QCOMPARE(why, error);
     }
 
@@ -138,21 +126,15 @@ private Q_SLOTS:
         QTest::addColumn<QString>("note");
         QTest::addColumn<QString>("problem");
         // Question, answer and note share 116 bytes of a 128-byte record.
-        QTest::newRow("exactly 128 bytes")
-                << QString(50, u'q') << QString(60, u'a') << QString(6, u'n') << QString();
-        QTest::newRow("129 bytes")
-                << QString(50, u'q') << QString(60, u'a') << QString(7, u'n')
-                << u"the card takes 129 bytes, more than the 128 of a chapter record "
-                   "(question, answer and note may have 116 bytes together)"_s;
-        QTest::newRow("umlauts are one byte")
-                << QString(116 - 6, u'ü') << u"abc"_s << u"def"_s << QString();
-        QTest::newRow("empty question")
-                << QString() << u"a"_s << QString() << u"the question is empty"_s;
-        QTest::newRow("empty answer")
-                << u"q"_s << QString() << QString() << u"the answer is empty"_s;
-        QTest::newRow("code page")
-                << u"q"_s << u"a"_s << u"see 日本"_s
-                << u"the note holds '日' (U+65E5), which a chapter file cannot store"_s;
+        QTest::newRow("exactly 128 bytes") << QString(50, u'q') << QString(60, u'a') << QString(6, u'n') << QString();
+        QTest::newRow("129 bytes") << QString(50, u'q') << QString(60, u'a') << QString(7, u'n')
+                                   << u"the card takes 129 bytes, more than the 128 of a chapter record "
+                                      "(question, answer and note may have 116 bytes together)"_s;
+        QTest::newRow("umlauts are one byte") << QString(116 - 6, u'ü') << u"abc"_s << u"def"_s << QString();
+        QTest::newRow("empty question") << QString() << u"a"_s << QString() << u"the question is empty"_s;
+        QTest::newRow("empty answer") << u"q"_s << QString() << QString() << u"the answer is empty"_s;
+        QTest::newRow("code page") << u"q"_s << u"a"_s << u"see 日本"_s
+                                   << u"the note holds '日' (U+65E5), which a chapter file cannot store"_s;
     }
     void cardLimits()
     {
@@ -170,27 +152,23 @@ private Q_SLOTS:
     {
         QTemporaryDir dir;
         const QString src = dir.filePath(u"words.csv"_s);
-        WriteFileBytes(
-                src,
-                "\xEF\xBB\xBF" "der Apfel,the apple,\"pl. die \xC3\x84pfel\"\r\n"
-                "Grasc(252)n,green\r\n\"Komma, bitte\",\"comma, please\",\"\"\"quoted\"\"\"\r\n");
+        WriteFileBytes(src,
+                       "\xEF\xBB\xBF"
+                       "der Apfel,the apple,\"pl. die \xC3\x84pfel\"\r\n"
+                       "Grasc(252)n,green\r\n\"Komma, bitte\",\"comma, please\",\"\"\"quoted\"\"\"\r\n");
         const QString zel = dir.filePath(u"out.zel"_s);
-        const RunResult imported =
-                run({u"import"_s, src, u"-o"_s, zel, u"--title"_s, u"Obst & Farben"_s});
+        const RunResult imported = run({u"import"_s, src, u"-o"_s, zel, u"--title"_s, u"Obst & Farben"_s});
         QCOMPARE(imported.err, QString());
         QCOMPARE(imported.status, 0);
 
         // The file the study program reads: exact header and records.
         const QByteArray file = ReadFileBytes(zel);
         QCOMPARE(file.left(128),
-                 bytes::header("generated automatically by the Vocabrix Editor v1.21", 4, 3,
-                               "Obst & Farben"));
-        QCOMPARE(file.mid(2 * 128, 128),
-                 bytes::entry("der Apfel", -1, "the apple", 0, "pl. die \xC4pfel"));
+                 bytes::header("generated automatically by the Vocabrix Editor v1.21", 4, 3, "Obst & Farben"));
+        QCOMPARE(file.mid(2 * 128, 128), bytes::entry("der Apfel", -1, "the apple", 0, "pl. die \xC4pfel"));
 
         const QJsonObject json = dumpJson(zel);
-        QCOMPARE(json.value(u"description"_s).toString(),
-                 u"generated automatically by the Vocabrix Editor v1.21"_s);
+        QCOMPARE(json.value(u"description"_s).toString(), u"generated automatically by the Vocabrix Editor v1.21"_s);
         QCOMPARE(json.value(u"format"_s).toInt(), 4);
         QCOMPARE(json.value(u"count"_s).toInt(), 3);
         QCOMPARE(json.value(u"title"_s).toString(), u"Obst & Farben"_s);
@@ -211,16 +189,14 @@ private Q_SLOTS:
                  QByteArray("der Apfel\tthe apple\tpl. die \xC3\x84pfel\nGrasc(252)n\tgreen\n"
                             "Komma, bitte\tcomma, please\t\"quoted\"\n"));
         const QString again = dir.filePath(u"again.zel"_s);
-        QCOMPARE(run({u"import"_s, tsv, u"-o"_s, again, u"--title"_s, u"Obst & Farben"_s}).status,
-                 0);
+        QCOMPARE(run({u"import"_s, tsv, u"-o"_s, again, u"--title"_s, u"Obst & Farben"_s}).status, 0);
         QCOMPARE(ReadFileBytes(again), file);
 
         // To standard output, and as CSV.
         QCOMPARE(run({u"export"_s, zel}).out, ReadFileBytes(tsv));
         const QString csv = dir.filePath(u"back.csv"_s);
         QCOMPARE(run({u"export"_s, zel, u"-o"_s, csv}).status, 0);
-        QVERIFY(ReadFileBytes(csv).contains(
-                "\"Komma, bitte\",\"comma, please\",\"\"\"quoted\"\"\""));
+        QVERIFY(ReadFileBytes(csv).contains("\"Komma, bitte\",\"comma, please\",\"\"\"quoted\"\"\""));
     }
 
     void importRefusals_data()
@@ -228,16 +204,15 @@ private Q_SLOTS:
         QTest::addColumn<QString>("name");
         QTest::addColumn<QByteArray>("content");
         QTest::addColumn<QString>("message");
-        QTest::newRow("too few fields")
-                << u"w.tsv"_s << QByteArray("a\tb\nonly question\n")
-                << u"w.tsv: line 2: a card needs a question and an answer separated by a tab"_s;
-        QTest::newRow("empty answer")
-                << u"w.csv"_s << QByteArray("a,b\nc,\n") << u"w.csv: line 2: the answer is empty"_s;
-        QTest::newRow("record too long")
-                << u"w.tsv"_s
-                << QByteArray("a\tb\n") + QByteArray(60, 'q') + "\t" + QByteArray(57, 'a') + "\n"
-                << u"w.tsv: line 2: the card takes 129 bytes, more than the 128 of a chapter "
-                   "record (question, answer and note may have 116 bytes together)"_s;
+        QTest::newRow("too few fields") << u"w.tsv"_s << QByteArray("a\tb\nonly question\n")
+                                        << u"w.tsv: line 2: a card needs a question and an answer separated by a tab"_s;
+        QTest::newRow("empty answer") << u"w.csv"_s << QByteArray("a,b\nc,\n")
+                                      << u"w.csv: line 2: the answer is empty"_s;
+        QTest::newRow("record too long") << u"w.tsv"_s
+                                         << QByteArray("a\tb\n") + QByteArray(60, 'q') + "\t" + QByteArray(57, 'a')
+                        + "\n"
+                                         << u"w.tsv: line 2: the card takes 129 bytes, more than the 128 of a chapter "
+                                            "record (question, answer and note may have 116 bytes together)"_s;
         QTest::newRow("code page")
                 << u"w.tsv"_s << QByteArray("a\tb\nc\t\xE2\x82\xAC ok \xE2\x80\x94 \xCE\xA9\n")
                 << u"w.tsv: line 2: the answer holds 'Ω' (U+03A9), which a chapter file cannot store"_s;
@@ -282,17 +257,13 @@ private Q_SLOTS:
         QTest::addColumn<QByteArray>("content");
         QTest::addColumn<QString>("verb");
         QTest::addColumn<QString>("message");
-        QTest::newRow("truncated")
-                << bytes::header("generated automatically by the Vocabrix Editor v1.21", 4, 3)
-                << u"dump"_s
-                << u"not a KORVA file, or a damaged one: the file ends after 0 of its 3 entries"_s;
-        QTest::newRow("text file")
-                << QByteArray("hello\n") << u"export"_s
-                << u"not a KORVA file, or a damaged one: the header record is damaged"_s;
+        QTest::newRow("truncated") << bytes::header("generated automatically by the Vocabrix Editor v1.21", 4, 3)
+                                   << u"dump"_s
+                                   << u"not a KORVA file, or a damaged one: the file ends after 0 of its 3 entries"_s;
+        QTest::newRow("text file") << QByteArray("hello\n") << u"export"_s
+                                   << u"not a KORVA file, or a damaged one: the header record is damaged"_s;
         QTest::newRow("settings file")
-                << bytes::header("KORVA Database File; KORVA Lite version", 4, 0)
-                        + bytes::placeholder()
-                << u"export"_s
+                << bytes::header("KORVA Database File; KORVA Lite version", 4, 0) + bytes::placeholder() << u"export"_s
                 << u"not a chapter file (its description is 'KORVA Database File; KORVA Lite version')"_s;
     }
     void damagedOrForeignFiles()
@@ -341,16 +312,13 @@ private Q_SLOTS:
         TestEnvironment env;
         FlushData(true);
         const QString zel = env.path(u"ex1.zel"_s);
-        QCOMPARE(run({u"import"_s, QStringLiteral(EXAMPLES_DIR) + u"/ex1.tsv"_s, u"-o"_s, zel})
-                         .status,
-                 0);
+        QCOMPARE(run({u"import"_s, QStringLiteral(EXAMPLES_DIR) + u"/ex1.tsv"_s, u"-o"_s, zel}).status, 0);
         LoadChapterFile(zel, u"Greetings"_s);
         QVERIFY(env.prompter.boxes.empty());
         QVERIFY(g_Deck.UBound() >= 25);
         bool escapesReplaced = true, hasUmlaut = false;
         for (const Card &c : g_Deck.cards()) {
-            escapesReplaced = escapesReplaced && !c.question.contains(u"asc("_s)
-                    && !c.answer.contains(u"asc("_s);
+            escapesReplaced = escapesReplaced && !c.question.contains(u"asc("_s) && !c.answer.contains(u"asc("_s);
             hasUmlaut = hasUmlaut || c.question.contains(u'ü') || c.question.contains(u'ß');
         }
         QVERIFY(escapesReplaced);
@@ -370,14 +338,12 @@ private Q_SLOTS:
         metrics.WriteColors();
 
         const QJsonObject json = dumpJson(env.path(u"sys.zel"_s));
-        QCOMPARE(json.value(u"description"_s).toString(),
-                 u"KORVA Database File; KORVA Lite version"_s);
+        QCOMPARE(json.value(u"description"_s).toString(), u"KORVA Database File; KORVA Lite version"_s);
         QHash<QString, QJsonObject> byKey;
         for (const QJsonValue &v : json.value(u"entries"_s).toArray())
             byKey.insert(v.toObject().value(u"key"_s).toString(), v.toObject());
         QCOMPARE(byKey.value(u"flist_count"_s).value(u"number"_s).toInt(), 1);
-        QCOMPARE(byKey.value(u"flist_name_1"_s).value(u"text"_s).toString(),
-                 env.path(u"ex1.zel"_s));
+        QCOMPARE(byKey.value(u"flist_name_1"_s).value(u"text"_s).toString(), env.path(u"ex1.zel"_s));
         QCOMPARE(byKey.value(u"backcolor_b"_s).value(u"number"_s).toInt(), 14570825);
         QCOMPARE(byKey.value(u"backcolor_b"_s).value(u"note"_s).toString(), u"color_metrics"_s);
         QCOMPARE(byKey.value(QString()).value(u"note"_s).toString(), u"color_metrics"_s);
@@ -394,8 +360,7 @@ private Q_SLOTS:
         QCOMPARE(QString::fromUtf8(p.readAllStandardError()).count(u'\n'), 1);
 
         p.start(QStringLiteral(VXEDIT_BINARY),
-                {u"export"_s,
-                 QFileInfo(QStringLiteral(VXEDIT_BINARY)).absolutePath() + u"/ex2.zel"_s});
+                {u"export"_s, QFileInfo(QStringLiteral(VXEDIT_BINARY)).absolutePath() + u"/ex2.zel"_s});
         QVERIFY(p.waitForFinished(30000));
         QCOMPARE(p.exitCode(), 0);
         QVERIFY(p.readAllStandardOutput().count('\n') >= 25);

@@ -1,0 +1,44 @@
+#pragma once
+
+// What the tests of the program's windows share: the windows' headers, the
+// widgets they reach into, and helpers to set a study session up and tear
+// it down.
+#include "cards/deck.h"
+#include "controls/zelcheck.h"
+#include "controls/zelflatbutton.h"
+#include "controls/zelhl.h"
+#include "core/forms.h"
+#include "core/modmain.h"
+#include "core/programstate.h"
+#include "ikorvalite.h"
+#include "settings/r_data.h"
+#include "study/frmmain.h"
+#include "study/logicalfont.h"
+#include "study/modrender.h"
+#include "study/r_renderer.h"
+#include "testsupport.h"
+
+#include <QAction>
+#include <QCheckBox>
+#include <QDir>
+#include <QFileInfo>
+#include <QLineEdit>
+#include <QPushButton>
+#include <QTest>
+#include <QTimer>
+#include <QTreeWidget>
+
+#include <memory>
+
+// Deletes the windows that were unloaded (they go once control returns to
+// the event loop).
+void FlushDeletes();
+// Unloads every window and drops the study window's renderer.
+void UnloadAllForms();
+// A deck of these (question, answer) cards from the chapter "Kapitel", the
+// given indices marked as trouble cards, on show in the study window.
+void StudyDeck(const std::vector<std::pair<QString, QString>> &cards, const QList<int> &trouble = {});
+// A deck of n cards "q0".."q{n-1}" / "a0".. the same way.
+void StudyDeck(int n, const QList<int> &trouble = {});
+// Saves a picture for people to look at under the build folder's screens/.
+bool SaveScreenshot(const QImage &image, const QString &name);
