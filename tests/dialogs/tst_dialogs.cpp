@@ -237,17 +237,6 @@ private Q_SLOTS:
         QVERIFY(memory.rowCount() > 7);
     }
 
-    void largeDeckLists()
-    {
-        g_Deck.Resize(32767);
-        for (int i = 0; i < 32767; ++i)
-            g_Deck[i].question = u"Wort %1"_s.arg(i);
-        frmViewer *viewer = frmViewer::Instance();
-        viewer->FillItemViewer();
-        QCOMPARE(viewer->Cards()->rowCount(), 32768);
-        QCOMPARE(viewer->Cards()->index(32766, CardListModel::Ordinal).data().toInt(), 32767);
-    }
-
     void memoryList()
     {
         QLocale::setDefault(QLocale(QLocale::English, QLocale::UnitedStates));

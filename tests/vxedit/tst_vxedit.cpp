@@ -119,35 +119,6 @@ private Q_SLOTS:
         QCOMPARE(why, error);
     }
 
-    void cardLimits_data()
-    {
-        QTest::addColumn<QString>("question");
-        QTest::addColumn<QString>("answer");
-        QTest::addColumn<QString>("note");
-        QTest::addColumn<QString>("problem");
-        // Question, answer and note share 116 bytes of a 128-byte record.
-        QTest::newRow("exactly 128 bytes") << QString(50, u'q') << QString(60, u'a') << QString(6, u'n') << QString();
-        QTest::newRow("129 bytes") << QString(50, u'q') << QString(60, u'a') << QString(7, u'n')
-                                   << u"the card takes 129 bytes, more than the 128 of a chapter record "
-                                      "(question, answer and note may have 116 bytes together)"_s;
-        QTest::newRow("umlauts are one byte") << QString(116 - 6, u'ü') << u"abc"_s << u"def"_s << QString();
-        QTest::newRow("empty question") << QString() << u"a"_s << QString() << u"the question is empty"_s;
-        QTest::newRow("empty answer") << u"q"_s << QString() << QString() << u"the answer is empty"_s;
-        QTest::newRow("code page") << u"q"_s << u"a"_s << u"see 日本"_s
-                                   << u"the note holds '日' (U+65E5), which a chapter file cannot store"_s;
-    }
-    void cardLimits()
-    {
-        QFETCH(QString, question);
-        QFETCH(QString, answer);
-        QFETCH(QString, note);
-        QFETCH(QString, problem);
-        QCOMPARE(chapterrules::CheckCard(question, answer, note), problem);
-        if (problem.isEmpty()) {
-            QCOMPARE(chapterrules::CardRecordBytes(question, answer, note), qsizetype(128));
-        }
-    }
-
     void importDumpExportRoundTrip()
     {
         QTemporaryDir dir;
