@@ -9,7 +9,9 @@ FUZZ_SECONDS ?= 60
 FUZZ_DIR := build/fuzz
 FUZZ_TARGETS := fuzz_korva fuzz_progress fuzz_cardtext
 
-.PHONY: run test build debug deps bench fuzz clean
+PREFIX ?= /usr/local
+
+.PHONY: run test build debug deps bench fuzz install clean
 
 deps:
 	@bash scripts/install-deps.sh
@@ -25,6 +27,10 @@ build: deps $(RELEASE_DIR)/CMakeCache.txt
 
 run: build
 	./$(RELEASE_DIR)/vocabrix
+
+# Installs the release build under PREFIX (programs in lib/vocabrix, links in bin).
+install: build
+	cmake --install $(RELEASE_DIR) --prefix $(PREFIX)
 
 debug: deps $(DEBUG_DIR)/CMakeCache.txt
 	cmake --build $(DEBUG_DIR) -j $(JOBS)

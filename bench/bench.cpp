@@ -7,7 +7,12 @@
 #include "chapterformat.h"
 #include "core/programstate.h"
 #include "ikorvalite.h"
+#include "core/forms.h"
+#include "dialogs/frmfind.h"
+#include "dialogs/frmviewer.h"
 #include "settings/r_data.h"
+#include "study/frmmain.h"
+#include "study/modrender.h"
 #include "study/logicalfont.h"
 #include "study/r_renderer.h"
 #include "study/windowsurface.h"
@@ -17,6 +22,7 @@
 #include <QFile>
 #include <QTemporaryDir>
 #include <QTextStream>
+#include <QLineEdit>
 #include <QWidget>
 
 #include <algorithm>
@@ -152,6 +158,23 @@ int main(int argc, char *argv[])
         g_OsAlpha = true;
         report(u"one fade-in tick at 800x600 (alpha present)"_s,
                medianMs([] {}, [&] { renderer.Present(); }), 3);
+    }
+
+    {
+        // The study window with the big chapter loaded: the first card, a search, the viewer.
+        g_SuppressRefresh = true;
+        report(u"from a loaded deck of 32,767 cards to the first card"_s, medianMs([] {}, [] {
+                   modrender::StartRendering();
+                   modrender::ShowFirstCard();
+               }), 100);
+        frmFind *find = frmFind::Instance();
+        find->Text2->setText(u"Nummer 1234"_s);
+        report(u"search 32,767 cards"_s, medianMs([] {}, [&] { find->Search(); }), 10);
+        report(u"item viewer listing 32,767 cards"_s,
+               medianMs([] {}, [] { frmViewer::Instance()->FillItemViewer(); }), 150);
+        for (QWidget *form : forms::Open())
+            forms::Unload(form);
+        modrender::ReleaseRendering();
     }
 
     NoWindow host;

@@ -1,3 +1,4 @@
+#include "controls/zelaccessible.h"
 #include "core/modmain.h"
 #include "core/programstate.h"
 #include "core/qtplatform.h"
@@ -16,6 +17,7 @@ int main(int argc, char *argv[])
     // session hides every window for a moment.
     QApplication::setQuitOnLastWindowClosed(false);
     InstallFontSubstitutes();
+    InstallControlAccessibility();
 
     QtPrompter prompter;
     SetPrompter(&prompter);

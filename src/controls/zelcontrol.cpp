@@ -125,7 +125,13 @@ void zelControl::mouseReleaseEvent(QMouseEvent *event)
         return;
     }
     m_pressed = false;
-    if (!rect().contains(event->position().toPoint()) || !m_enabled)
+    if (rect().contains(event->position().toPoint()))
+        Press();
+}
+
+void zelControl::Press()
+{
+    if (!m_enabled)
         return;
     OnClick();
     Q_EMIT Click();

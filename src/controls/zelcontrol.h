@@ -39,6 +39,9 @@ public:
     void HandleMouseMove(int x, int y);
     // Paints the control into its picture now.
     void Redraw();
+    // What a click does, for keyboards and assistive tools: nothing when
+    // disabled, else the control's own step and Click.
+    void Press();
 
     const WindowSurface &surface() const { return m_surface; }
 

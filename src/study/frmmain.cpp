@@ -23,6 +23,7 @@
 #include "study/cmemdc.h"
 
 #include <QCloseEvent>
+#include <QContextMenuEvent>
 #include <QKeyEvent>
 #include <QMenu>
 #include <QMouseEvent>
@@ -527,6 +528,14 @@ void frmMain::mousePressEvent(QMouseEvent *event)
 {
     if (event->button() == Qt::RightButton && !g_ShuffleRunning)
         ShowMenuAt(event->globalPosition().toPoint());
+}
+
+void frmMain::contextMenuEvent(QContextMenuEvent *event)
+{
+    // The keyboard's menu key (or Shift+F10) opens the menu under the menu
+    // button, as a click on it does; the mouse has its right button above.
+    if (event->reason() == QContextMenuEvent::Keyboard)
+        zelFlatButton1->Press();
 }
 
 void frmMain::closeEvent(QCloseEvent *event)

@@ -7,6 +7,8 @@
 #include "dialogs/frmsplash.h"
 #include "uitestsupport.h"
 
+#include <QContextMenuEvent>
+
 #include <QLocalServer>
 #include <QMenu>
 #include <QRadioButton>
@@ -555,6 +557,11 @@ private Q_SLOTS:
         frmMain *main = frmMain::Existing();
         QCOMPARE(main->mP->actions().size(), 14); // ten items and four separators
         QVERIFY(main->mP_sc->text().startsWith(u"Shuffle Cards"_s));
+
+        QContextMenuEvent menuKey(QContextMenuEvent::Keyboard, QPoint(), QPoint());
+        QCoreApplication::sendEvent(main, &menuKey); // the menu key opens the menu too
+        QVERIFY(main->mP->isVisible());
+        main->mP->hide();
 
         main->mP_qh->trigger();
         QCOMPARE(m_env->prompter.boxTitles(), QStringList(u"Quick Help"_s));

@@ -1,5 +1,8 @@
 #include "controls/propertybag.h"
+#include "controls/zelaccessible.h"
 #include "uitestsupport.h"
+
+#include <QAccessible>
 
 #include <QPainter>
 #include <QSignalSpy>
@@ -45,7 +48,34 @@ class ControlsTest : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
-    void initTestCase() { InstallFontSubstitutes(); }
+    void initTestCase()
+    {
+        InstallFontSubstitutes();
+        InstallControlAccessibility();
+    }
+
+    void assistiveToolsSeeTheControls()
+    {
+        zelFlatButton b;
+        place(b, u"b"_s, QSize(60, 20));
+        b.SetCaption(u">>"_s);
+        zelCheck c;
+        place(c, u"c"_s, QSize(60, 20));
+        QSignalSpy clicks(&b, &zelControl::Click);
+        QAccessibleInterface *button = QAccessible::queryAccessibleInterface(&b);
+        QAccessibleInterface *check = QAccessible::queryAccessibleInterface(&c);
+        QVERIFY(button && check);
+        QCOMPARE(button->role(), QAccessible::Button);
+        QCOMPARE(button->text(QAccessible::Name), u">>"_s);
+        button->actionInterface()->doAction(QAccessibleActionInterface::pressAction());
+        QCOMPARE(clicks.count(), 1);
+        QCOMPARE(check->role(), QAccessible::CheckBox);
+        check->actionInterface()->doAction(QAccessibleActionInterface::toggleAction());
+        QVERIFY(c.Checked() && check->state().checked);
+        b.SetEnabled(false);
+        QVERIFY(button->state().disabled);
+        QVERIFY(button->actionInterface()->actionNames().isEmpty());
+    }
 
     void flatButtonStates_data()
     {

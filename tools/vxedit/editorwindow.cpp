@@ -17,6 +17,10 @@
 #include <QAction>
 #include <QApplication>
 #include <QCloseEvent>
+#include <QDragEnterEvent>
+#include <QDropEvent>
+#include <QMimeData>
+#include <QUrl>
 #include <QFile>
 #include <QFileInfo>
 #include <QHBoxLayout>
@@ -163,6 +167,8 @@ EditorWindow::EditorWindow(QWidget *parent)
     connect(m_undo, &QUndoStack::indexChanged, this, &EditorWindow::UpdateTitleBar);
 
     resize(900, 640);
+    restoreGeometry(QSettings().value(u"geometry"_s).toByteArray());
+    setAcceptDrops(true);
     NewChapter();
 }
 
@@ -429,6 +435,8 @@ void EditorWindow::ImportCards()
 
 bool EditorWindow::ImportFile(const QString &path)
 {
+    if (m_document.ReadOnly())
+        return false;
     QFile file(path);
     if (!file.open(QIODevice::ReadOnly) || file.size() > kMaxImportSize) {
         MsgBox(u"Can't Import"_s,
@@ -715,8 +723,29 @@ void EditorWindow::FillRecentMenu()
 
 void EditorWindow::closeEvent(QCloseEvent *event)
 {
-    if (MaybeSave())
-        event->accept();
-    else
+    if (!MaybeSave()) {
         event->ignore();
+        return;
+    }
+    QSettings().setValue(u"geometry"_s, saveGeometry());
+    event->accept();
+}
+
+void EditorWindow::dragEnterEvent(QDragEnterEvent *event)
+{
+    const QList<QUrl> urls = event->mimeData()->urls();
+    if (urls.size() == 1 && urls.first().isLocalFile())
+        event->acceptProposedAction();
+}
+
+void EditorWindow::dropEvent(QDropEvent *event)
+{
+    const QString path = event->mimeData()->urls().value(0).toLocalFile();
+    if (path.isEmpty())
+        return;
+    event->acceptProposedAction();
+    if (!path.endsWith(u".zel"_s, Qt::CaseInsensitive))
+        ImportFile(path);
+    else if (MaybeSave())
+        OpenFile(path);
 }

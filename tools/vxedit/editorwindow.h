@@ -59,6 +59,9 @@ public:
 
 protected:
     void closeEvent(QCloseEvent *event) override;
+    // Files dropped on the window: a chapter is opened, a list of cards imported.
+    void dragEnterEvent(QDragEnterEvent *event) override;
+    void dropEvent(QDropEvent *event) override;
 
 private:
     void BuildActions();
