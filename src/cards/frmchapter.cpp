@@ -231,13 +231,11 @@ void frmChapter::SaveFileList()
 
 void frmChapter::AddChapterFile()
 {
-    GCommonDialog dialog;
-    dialog.SetDialogTitle(u"Select File"_s);
-    dialog.SetFilter(u"Vocabrix Data File|*.zel"_s);
-    dialog.SetDefaultExt(u"zel"_s);
-    if (!dialog.ShowOpen())
+    const std::optional<QString> chosen =
+            GCommonDialog::AskOpen(u"Select File"_s, u"Vocabrix Data File|*.zel"_s, u"zel"_s);
+    if (!chosen)
         return;
-    const QString path = dialog.FileName();
+    const QString path = *chosen;
 
     ikorvalite chapter;
     // A file that is not there is not created by looking at it.
@@ -301,6 +299,8 @@ void frmChapter::LoadSelected()
             LoadChapterFile(ItemPath(item), item->text(0));
             progress->SetValue(progress->Value() + 1);
             DoEvents();
+            if (g_ShuttingDown)
+                return; // the study window was closed meanwhile: the program is ending
         }
         forms::Unload(progress);
     } else {

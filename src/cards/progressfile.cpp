@@ -83,13 +83,10 @@ void SaveProgress()
 {
     Log(u"Writing progress to disk/n"_s);
 
-    GCommonDialog dialog;
-    dialog.SetDialogTitle(u"Save As"_s);
-    dialog.SetFilter(kFilter);
-    dialog.SetDefaultExt(kExtension);
-    if (!dialog.ShowSave())
+    const std::optional<QString> chosen = GCommonDialog::AskSave(u"Save As"_s, kFilter, kExtension);
+    if (!chosen)
         return;
-    const QString path = dialog.FileName();
+    const QString path = *chosen;
 
     // The file is replaced in one step, so an earlier progress file survives
     // anything that stops this save.
@@ -120,13 +117,11 @@ bool LoadProgress()
 {
     Log(u"Reading saved progress from file/n"_s);
 
-    GCommonDialog dialog;
-    dialog.SetDialogTitle(u"Open File"_s);
-    dialog.SetFilter(kFilter);
-    dialog.SetDefaultExt(kExtension);
-    if (!dialog.ShowOpen())
+    const std::optional<QString> chosen =
+            GCommonDialog::AskOpen(u"Open File"_s, kFilter, kExtension);
+    if (!chosen)
         return false;
-    const QString path = dialog.FileName();
+    const QString path = *chosen;
     if (!QFileInfo(path).isFile())
         return false;
 

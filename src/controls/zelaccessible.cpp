@@ -13,8 +13,7 @@ namespace {
 class ControlAccessible final : public QAccessibleWidget
 {
 public:
-    explicit ControlAccessible(zelControl *control)
-        : QAccessibleWidget(control, roleOf(control))
+    explicit ControlAccessible(zelControl *control) : QAccessibleWidget(control, roleOf(control))
     {
         addControllingSignal(QStringLiteral("Click()"));
     }

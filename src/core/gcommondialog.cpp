@@ -23,6 +23,31 @@ QString GCommonDialog::ToQtFilter(const QString &filter)
     return out.join(u";;"_s);
 }
 
+std::optional<QString> GCommonDialog::AskOpen(const QString &title, const QString &filter,
+                                              const QString &defaultExt)
+{
+    GCommonDialog dialog;
+    dialog.SetDialogTitle(title);
+    dialog.SetFilter(filter);
+    dialog.SetDefaultExt(defaultExt);
+    if (!dialog.ShowOpen())
+        return std::nullopt;
+    return dialog.FileName();
+}
+
+std::optional<QString> GCommonDialog::AskSave(const QString &title, const QString &filter,
+                                              const QString &defaultExt, const QString &start)
+{
+    GCommonDialog dialog;
+    dialog.SetDialogTitle(title);
+    dialog.SetFilter(filter);
+    dialog.SetDefaultExt(defaultExt);
+    dialog.SetFileName(start);
+    if (!dialog.ShowSave())
+        return std::nullopt;
+    return dialog.FileName();
+}
+
 bool GCommonDialog::ShowOpen()
 {
     return ShowFileDialog(false);

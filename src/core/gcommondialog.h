@@ -2,6 +2,8 @@
 
 #include <QString>
 
+#include <optional>
+
 // The program's file and colour dialogs: set what the dialog shows, call one of
 // the Show operations, read the answer. They reach the desktop through the
 // prompter, so tests answer them like message boxes.
@@ -22,6 +24,14 @@ public:
 
     QString FileName() const { return m_fileName; }
     quint32 Color() const { return m_color; }
+
+    // The chosen file, or nothing when the user cancelled: the dialog set up
+    // and shown in one call.
+    static std::optional<QString> AskOpen(const QString &title, const QString &filter,
+                                          const QString &defaultExt = {});
+    static std::optional<QString> AskSave(const QString &title, const QString &filter,
+                                          const QString &defaultExt = {},
+                                          const QString &start = {});
 
     // "A|*.a|B|*.b" -> "A (*.a);;B (*.b)"; a lone pattern is its own description.
     static QString ToQtFilter(const QString &filter);

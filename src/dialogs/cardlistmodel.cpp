@@ -1,6 +1,7 @@
 #include "cardlistmodel.h"
 
 #include "cards/deck.h"
+#include "core/programstate.h"
 
 #include <QFont>
 #include <QLocale>
@@ -90,7 +91,7 @@ QVariant CardListModel::data(const QModelIndex &index, int role) const
 bool CardListModel::setData(const QModelIndex &index, const QVariant &value, int role)
 {
     if (!checkIndex(index, CheckIndexOption::IndexIsValid | CheckIndexOption::ParentIsInvalid)
-        || index.column() != Ordinal || role != Qt::CheckStateRole)
+        || index.column() != Ordinal || role != Qt::CheckStateRole || g_ShuffleRunning)
         return false;
     const int card = m_rows[size_t(index.row())].index;
     if (card < m_deck.LBound() || card > m_deck.UBound())

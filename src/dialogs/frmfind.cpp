@@ -216,6 +216,8 @@ void frmFind::Search()
 
 void frmFind::JumpToCard()
 {
+    if (g_ShuffleRunning)
+        return;
     bool numeric = false;
     const int number = Text1->text().trimmed().toInt(&numeric);
     if (!numeric || number < Slider1->minimum() || number > Slider1->maximum())

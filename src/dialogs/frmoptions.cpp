@@ -248,8 +248,10 @@ void frmOptions::EnableAlphaControls(bool enabled)
 
 void frmOptions::TroubleDefaultReleased()
 {
-    if (!m_loaded)
+    if (!m_loaded || g_ShuffleRunning) {
+        Check3->setChecked(g_TroubleDefaultCurrent);
         return;
+    }
     const bool wanted = Check3->isChecked();
     if (wanted == g_TroubleDefaultCurrent) {
         // Back to the value in force: the latch is undone without a question.

@@ -179,7 +179,8 @@ void frmViewer::ShowMemoryList()
 
 void frmViewer::RowClicked(const QModelIndex &index)
 {
-    if (!index.isValid() || LV->model() != m_cards)
+    // While a shuffle moves the cards about, the list stays a list.
+    if (!index.isValid() || LV->model() != m_cards || g_ShuffleRunning)
         return;
     if (index.column() == CardListModel::Ordinal) {
         // A click on the check box marks the card; it does not show it.

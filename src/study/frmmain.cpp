@@ -368,12 +368,8 @@ void frmMain::ShowSaveProgress()
 
 void frmMain::SaveStatistics()
 {
-    GCommonDialog dialog;
-    dialog.SetDialogTitle(u"Save Statistics"_s);
-    dialog.SetFilter(u"*.txt"_s);
-    dialog.SetDefaultExt(u"txt"_s);
-    if (dialog.ShowSave())
-        WriteStatistics(dialog.FileName());
+    if (const auto chosen = GCommonDialog::AskSave(u"Save Statistics"_s, u"*.txt"_s, u"txt"_s))
+        WriteStatistics(*chosen);
 }
 
 QString frmMain::QuickHelpText() const

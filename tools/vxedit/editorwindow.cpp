@@ -19,8 +19,6 @@
 #include <QCloseEvent>
 #include <QDragEnterEvent>
 #include <QDropEvent>
-#include <QMimeData>
-#include <QUrl>
 #include <QFile>
 #include <QFileInfo>
 #include <QHBoxLayout>
@@ -31,6 +29,7 @@
 #include <QLineEdit>
 #include <QMenu>
 #include <QMenuBar>
+#include <QMimeData>
 #include <QSaveFile>
 #include <QSettings>
 #include <QStatusBar>
@@ -38,6 +37,7 @@
 #include <QTableView>
 #include <QToolBar>
 #include <QUndoStack>
+#include <QUrl>
 #include <QVBoxLayout>
 
 #include <climits>
@@ -320,12 +320,8 @@ void EditorWindow::OpenChapter()
 {
     if (!MaybeSave())
         return;
-    GCommonDialog dialog;
-    dialog.SetDialogTitle(u"Open Chapter"_s);
-    dialog.SetFilter(kChapterFilter);
-    dialog.SetDefaultExt(u"zel"_s);
-    if (dialog.ShowOpen())
-        OpenFile(dialog.FileName());
+    if (const auto chosen = GCommonDialog::AskOpen(u"Open Chapter"_s, kChapterFilter, u"zel"_s))
+        OpenFile(*chosen);
 }
 
 bool EditorWindow::OpenFile(const QString &path)
@@ -382,14 +378,9 @@ bool EditorWindow::SaveAs()
 {
     if (m_document.ReadOnly())
         return false;
-    GCommonDialog dialog;
-    dialog.SetDialogTitle(u"Save Chapter As"_s);
-    dialog.SetFilter(kChapterFilter);
-    dialog.SetDefaultExt(u"zel"_s);
-    dialog.SetFileName(m_document.Path());
-    if (!dialog.ShowSave())
-        return false;
-    return WriteTo(dialog.FileName());
+    const auto chosen = GCommonDialog::AskSave(u"Save Chapter As"_s, kChapterFilter, u"zel"_s,
+                                               m_document.Path());
+    return chosen && WriteTo(*chosen);
 }
 
 bool EditorWindow::WriteTo(const QString &path)
@@ -426,11 +417,9 @@ bool EditorWindow::WriteTo(const QString &path)
 
 void EditorWindow::ImportCards()
 {
-    GCommonDialog dialog;
-    dialog.SetDialogTitle(u"Import Cards"_s);
-    dialog.SetFilter(u"Card lists|*.tsv;*.txt;*.csv|All files|*"_s);
-    if (dialog.ShowOpen())
-        ImportFile(dialog.FileName());
+    if (const auto chosen = GCommonDialog::AskOpen(u"Import Cards"_s,
+                                                   u"Card lists|*.tsv;*.txt;*.csv|All files|*"_s))
+        ImportFile(*chosen);
 }
 
 bool EditorWindow::ImportFile(const QString &path)
@@ -484,13 +473,13 @@ bool EditorWindow::ImportFile(const QString &path)
 
 void EditorWindow::ExportCards()
 {
-    GCommonDialog dialog;
-    dialog.SetDialogTitle(u"Export Cards"_s);
-    dialog.SetFilter(u"Tab-separated text|*.tsv|Comma-separated values|*.csv"_s);
-    dialog.SetDefaultExt(u"tsv"_s);
-    if (!dialog.ShowSave())
+    const auto chosen =
+            GCommonDialog::AskSave(u"Export Cards"_s,
+                                   u"Tab-separated text|*.tsv|Comma-separated values|*.csv"_s,
+                                   u"tsv"_s);
+    if (!chosen)
         return;
-    const QString path = dialog.FileName();
+    const QString path = *chosen;
     const cardtext::Format format = cardtext::FormatForPath(path);
     QString text;
     for (int row = 0; row < m_document.CardCount(); ++row) {
