@@ -1,5 +1,6 @@
 #include "cards/frmchapter.h"
 #include "core/instanceguard.h"
+#include "core/keycodes.h"
 #include "core/modbrowser.h"
 #include "core/modfolders.h"
 #include "core/osversion.h"
@@ -487,53 +488,30 @@ private Q_SLOTS:
         QVERIFY(m_env->logLines().contains(u" .. loaded 37 nodes/n"_s));
     }
 
-    void keys_data()
+    void keysAreMatchedByCodeAlone()
     {
-        QTest::addColumn<int>("key");
-        QTest::addColumn<int>("shift");
-        QTest::addColumn<QString>("effect");
-        QTest::newRow("Right") << 39 << 0 << u"card 1"_s;
-        QTest::newRow("Left wraps to the end") << 37 << 0 << u"card 37"_s;
-        QTest::newRow("Return") << 13 << 0 << u"answer"_s;
-        QTest::newRow("Space") << 32 << 0 << u"trouble"_s;
-        QTest::newRow("a") << 65 << 0 << u"about"_s;
-        QTest::newRow("A with Shift") << 65 << 1 << u"about"_s;
-        QTest::newRow("s") << 83 << 0 << u"shuffled"_s;
-        QTest::newRow("x") << 88 << 0 << u"ended"_s;
-        QTest::newRow("y is past the keys") << 89 << 0 << u"nothing"_s;
-        QTest::newRow("below 13") << 9 << 0 << u"nothing"_s;
-        QTest::newRow("z") << 90 << 0 << u"nothing"_s;
-    }
-    void keys()
-    {
-        QFETCH(int, key);
-        QFETCH(int, shift);
-        QFETCH(QString, effect);
         startProgram();
         study({0});
         frmMain *main = frmMain::Existing();
         const QString question = g_Deck[0].question;
-        main->HandleKey(key, shift);
-        FlushDeletes();
-        if (effect == u"card 1"_s)
-            QCOMPARE(modrender::CurrentCard, qint16(1));
-        else if (effect == u"card 37"_s)
-            QCOMPARE(modrender::CurrentCard, qint16(37));
-        else if (effect == u"answer"_s)
-            QCOMPARE(modrender::Metrics()->MainText(), g_Deck[0].answer);
-        else if (effect == u"trouble"_s)
-            QVERIFY(main->Check1->Checked() && g_Deck[0].isTrouble());
-        else if (effect == u"about"_s)
-            QCOMPARE(m_env->prompter.modalWindows.back(), u"frmAbout"_s);
-        else if (effect == u"shuffled"_s)
-            QVERIFY(!m_env->prompter.boxes.size() && modrender::CurrentCard == 0 && g_Deck[0].timesViewed >= 1);
-        else if (effect == u"ended"_s)
-            QVERIFY(g_ProcessReleased);
-        if (effect == u"nothing"_s) {
-            QCOMPARE(modrender::CurrentCard, qint16(0));
-            QCOMPARE(modrender::Metrics()->MainText(), question);
-            QVERIFY(m_env->prompter.boxes.empty() && m_env->prompter.modalWindows.size() == 1);
-        }
+        // Outside 13..88, or a letter with no command: nothing happens.
+        for (int key : {9, 12, 89, 90, 66})
+            main->HandleKey(key, 0);
+        QCOMPARE(modrender::CurrentCard, qint16(0));
+        QCOMPARE(modrender::Metrics()->MainText(), question);
+        QVERIFY(m_env->prompter.boxes.empty() && m_env->prompter.modalWindows.size() == 1);
+        main->HandleKey(37, 0); // Left on the first card wraps to the upper bound
+        QCOMPARE(modrender::CurrentCard, qint16(37));
+        main->HandleKey(65, keycodes::kShiftMask); // "A" with Shift as without
+        QCOMPARE(m_env->prompter.modalWindows.back(), u"frmAbout"_s);
+        main->HandleKey(39, 0); // and Right from there to the lower bound
+        main->HandleKey(13, 0);
+        QCOMPARE(modrender::Metrics()->MainText(), g_Deck[0].answer);
+        const QStringList before {g_Deck[0].question, g_Deck[1].question, g_Deck[2].question};
+        main->HandleKey(83, 0); // S shuffles and shows the new first card
+        QVERIFY(QStringList({g_Deck[0].question, g_Deck[1].question, g_Deck[2].question}) != before);
+        QCOMPARE(modrender::CurrentCard, qint16(0));
+        QCOMPARE(modrender::Metrics()->MainText(), g_Deck[0].question);
     }
 
     void keysFromControlsReachTheWindow()

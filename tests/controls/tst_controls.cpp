@@ -331,63 +331,44 @@ private Q_SLOTS:
 
     void propertyDefaultsAndRoundTrip()
     {
+        // A new control: the defaults, its name as caption, and nothing to store.
         zelFlatButton fresh;
         fresh.setObjectName(u"zelFlatButton3"_s);
         fresh.InitProperties();
-        QCOMPARE(fresh.Backcolor(), 0xFF0000u);
-        QCOMPARE(fresh.Forecolor(), 0u);
-        QCOMPARE(fresh.BackcolorMouse(), 33023u);
-        QCOMPARE(fresh.ForecolorMouse(), 0u);
-        QCOMPARE(fresh.BackcolorDisabled(), 0u);
-        QCOMPARE(fresh.ForecolorDisabled(), 0x808080u);
+        QCOMPARE(QList<quint32>({fresh.Backcolor(), fresh.Forecolor(), fresh.BackcolorMouse(), fresh.ForecolorMouse(),
+                                 fresh.BackcolorDisabled(), fresh.ForecolorDisabled()}),
+                 QList<quint32>({0xFF0000u, 0u, 33023u, 0u, 0u, 0x808080u}));
         QCOMPARE(fresh.Caption(), u"zelFlatButton3"_s);
-        QVERIFY(fresh.Enabled());
-
-        PropertyBag empty;
-        zelCheck fromEmpty;
-        fromEmpty.setObjectName(u"Check2"_s);
-        fromEmpty.ReadProperties(empty);
-        QCOMPARE(fromEmpty.Caption(), u"Check2"_s);
-        QCOMPARE(fromEmpty.Backcolor(), 0xFF0000u);
-        QVERIFY(!fromEmpty.Checked());
-
-        zelFlatButton b;
-        b.setObjectName(u"b"_s);
-        b.SetBackcolor(1);
-        b.SetForecolor(2);
-        b.SetBackcolorMouse(3);
-        b.SetForecolorMouse(4);
-        b.SetBackcolorDisabled(5);
-        b.SetForecolorDisabled(6);
-        b.SetCaption(u">>"_s);
-        b.SetEnabled(false);
         PropertyBag bag;
-        b.WriteProperties(bag);
-        QCOMPARE(bag.values().keys(),
-                 QStringList({u"bc"_s, u"bcd"_s, u"bcm"_s, u"c"_s, u"e"_s, u"fc"_s, u"fcd"_s, u"fcm"_s}));
+        fresh.WriteProperties(bag);
+        QVERIFY(bag.values().isEmpty());
+
+        // Every key written, and read back the same.
+        fresh.SetBackcolor(1);
+        fresh.SetForecolorDisabled(6);
+        fresh.SetBackcolorMouse(3);
+        fresh.SetCaption(u">>"_s);
+        fresh.SetEnabled(false);
+        fresh.WriteProperties(bag);
+        QCOMPARE(bag.values().keys(), QStringList({u"bc"_s, u"bcm"_s, u"c"_s, u"e"_s, u"fcd"_s}));
         zelFlatButton back;
         back.ReadProperties(bag);
-        QCOMPARE(back.Backcolor(), 1u);
-        QCOMPARE(back.ForecolorDisabled(), 6u);
+        QCOMPARE(QList<quint32>({back.Backcolor(), back.BackcolorMouse(), back.ForecolorDisabled()}),
+                 QList<quint32>({1u, 3u, 6u}));
         QCOMPARE(back.Caption(), u">>"_s);
         QVERIFY(!back.Enabled());
 
         zelCheck c;
+        c.setObjectName(u"Check2"_s);
+        c.ReadProperties(PropertyBag()); // missing keys read as the defaults
+        QCOMPARE(c.Caption(), u"Check2"_s);
+        QVERIFY(!c.Checked());
         c.SetChecked(true);
-        c.SetCaption(u"cap"_s);
-        PropertyBag cbag;
-        c.WriteProperties(cbag);
-        QCOMPARE(cbag.ReadProperty(u"chk"_s, false).toBool(), true);
-        zelCheck cback;
-        cback.ReadProperties(cbag);
-        QVERIFY(cback.Checked());
-
-        zelHL l;
-        l.setObjectName(u"zelHL1"_s);
-        l.InitProperties();
-        PropertyBag lbag;
-        l.WriteProperties(lbag);
-        QVERIFY(lbag.values().isEmpty()); // all defaults
+        PropertyBag checkBag;
+        c.WriteProperties(checkBag);
+        zelCheck checkBack;
+        checkBack.ReadProperties(checkBag);
+        QVERIFY(checkBack.Checked());
     }
 
     // Not a check: the controls in their states, for people to look at.
