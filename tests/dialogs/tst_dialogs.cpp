@@ -1,6 +1,7 @@
 #include "dialogs/cardlistmodel.h"
 #include "dialogs/frmfind.h"
 #include "dialogs/frmoptions.h"
+#include "dialogs/frmprogress.h"
 #include "dialogs/frmviewer.h"
 #include "uitestsupport.h"
 
@@ -467,6 +468,12 @@ private Q_SLOTS:
         find->Search();
         QVERIFY(SaveScreenshot(find->grab().toImage(), u"find.png"_s));
         QVERIFY(SaveScreenshot(frmViewer::Instance()->grab().toImage(), u"viewer.png"_s));
+        frmProgress progress;
+        progress.SetCaption(u"Randomizer Progress"_s);
+        progress.SetRange(0, 200);
+        progress.SetValue(120);
+        progress.show();
+        QVERIFY(SaveScreenshot(progress.grab().toImage(), u"progress.png"_s));
     }
 };
 
