@@ -11,6 +11,7 @@
 
 #include <QCloseEvent>
 #include <QHeaderView>
+#include <QKeyEvent>
 #include <QLabel>
 #include <QMouseEvent>
 #include <QPointer>
@@ -207,6 +208,14 @@ bool frmViewer::eventFilter(QObject *watched, QEvent *event)
 void frmViewer::OnUnload()
 {
     modMain::SaveWindowPosition(this, false);
+}
+
+void frmViewer::keyPressEvent(QKeyEvent *event)
+{
+    if (event->key() == Qt::Key_Escape)
+        close();
+    else
+        QWidget::keyPressEvent(event);
 }
 
 void frmViewer::closeEvent(QCloseEvent *event)

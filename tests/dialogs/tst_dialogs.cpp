@@ -205,6 +205,8 @@ private Q_SLOTS:
         QCOMPARE(modrender::Metrics()->MainText(), u"Mousepad"_s);
         // The list shows the new count at once.
         QCOMPARE(viewer->Cards()->index(4, CardListModel::TimesViewed).data().toInt(), 1);
+        QTest::keyClick(viewer, Qt::Key_Escape); // Escape closes it
+        QVERIFY(!forms::IsOpen(viewer));
     }
 
     void rowCheckBoxIsTheTroubleMark()
