@@ -4,25 +4,25 @@
 #include "cards/progressfile.h"
 #include "cards/shuffler.h"
 #include "cards/statistics.h"
-#include "chapterformat.h"
+#include "controls/widgetsurface.h"
 #include "core/programstate.h"
-#include "ikorvalite.h"
-#include "core/forms.h"
-#include "dialogs/frmfind.h"
-#include "dialogs/frmviewer.h"
+#include "drawing/logicalfont.h"
+#include "drawing/r_renderer.h"
+#include "korva/chapterformat.h"
+#include "korva/ikorvalite.h"
 #include "settings/r_data.h"
-#include "study/frmmain.h"
-#include "study/modrender.h"
-#include "study/logicalfont.h"
-#include "study/r_renderer.h"
-#include "study/windowsurface.h"
+#include "windows/forms.h"
+#include "windows/frmfind.h"
+#include "windows/frmmain.h"
+#include "windows/frmviewer.h"
+#include "windows/modrender.h"
 
 #include <QApplication>
 #include <QElapsedTimer>
 #include <QFile>
+#include <QLineEdit>
 #include <QTemporaryDir>
 #include <QTextStream>
-#include <QLineEdit>
 #include <QWidget>
 
 #include <algorithm>
@@ -138,7 +138,7 @@ int main(int argc, char *argv[])
     {
         QWidget window;
         window.resize(800, 600);
-        WindowSurface surface(&window);
+        WidgetSurface surface(&window);
         r_data metrics;
         metrics.ColorDefaults();
         metrics.SetMainText(u"der Hauptbahnhof"_s);
@@ -163,10 +163,13 @@ int main(int argc, char *argv[])
     {
         // The study window with the big chapter loaded: the first card, a search, the viewer.
         g_SuppressRefresh = true;
-        report(u"from a loaded deck of 32,767 cards to the first card"_s, medianMs([] {}, [] {
-                   modrender::StartRendering();
-                   modrender::ShowFirstCard();
-               }), 100);
+        report(u"from a loaded deck of 32,767 cards to the first card"_s,
+               medianMs([] {},
+                        [] {
+                            modrender::StartRendering();
+                            modrender::ShowFirstCard();
+                        }),
+               100);
         frmFind *find = frmFind::Instance();
         find->Text2->setText(u"Nummer 1234"_s);
         report(u"search 32,767 cards"_s, medianMs([] {}, [&] { find->Search(); }), 10);

@@ -1,6 +1,6 @@
 // Feeds arbitrary bytes to the KORVA file reader. Whatever it accepts must
 // write back to the very same entries, and nothing may crash or run away.
-#include "korvaformat.h"
+#include "korva/korvaformat.h"
 
 #include <cstdint>
 #include <cstdlib>

@@ -1,9 +1,9 @@
+#include "app/modmain.h"
 #include "controls/zelaccessible.h"
-#include "core/modmain.h"
 #include "core/programstate.h"
-#include "core/qtplatform.h"
-#include "dialogs/programstyle.h"
-#include "study/logicalfont.h"
+#include "drawing/logicalfont.h"
+#include "drawing/programicon.h"
+#include "windows/qtplatform.h"
 
 #include <QApplication>
 #include <QIcon>
@@ -12,7 +12,7 @@ int main(int argc, char *argv[])
 {
     QApplication app(argc, argv);
     QApplication::setApplicationName(QStringLiteral("Vocabrix"));
-    QApplication::setWindowIcon(programstyle::ProgramIcon());
+    QApplication::setWindowIcon(ProgramIcon());
     // The program ends when shutdown says so, not when a window closes: a new
     // session hides every window for a moment.
     QApplication::setQuitOnLastWindowClosed(false);
@@ -22,6 +22,7 @@ int main(int argc, char *argv[])
     QtPrompter prompter;
     SetPrompter(&prompter);
     ResetProgramState();
+    modMain::InstallLifecycle();
 
     modMain::StartProgram();
     if (g_ProcessReleased)

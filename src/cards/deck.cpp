@@ -1,10 +1,10 @@
-#include "deck.h"
+#include "cards/deck.h"
 
-#include "chapterformat.h"
 #include "core/log.h"
 #include "core/programstate.h"
 #include "core/prompter.h"
-#include "ikorvalite.h"
+#include "korva/chapterformat.h"
+#include "korva/ikorvalite.h"
 
 using namespace Qt::Literals::StringLiterals;
 

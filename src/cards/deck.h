@@ -1,7 +1,7 @@
 #pragma once
 
-#include "card.h"
-#include "chapterformat.h" // ReplaceUmlautEscapes: escapes are replaced as chapters load
+#include "cards/card.h"
+#include "korva/chapterformat.h" // ReplaceUmlautEscapes: escapes are replaced as chapters load
 
 #include <vector>
 

@@ -1,10 +1,10 @@
-#include "progressfile.h"
+#include "cards/progressfile.h"
 
-#include "bytestream.h"
+#include "cards/deck.h"
 #include "core/gcommondialog.h"
 #include "core/log.h"
 #include "core/prompter.h"
-#include "deck.h"
+#include "korva/bytestream.h"
 
 #include <QFile>
 #include <QFileInfo>

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "card.h"
+#include "cards/card.h"
 
 #include <QByteArray>
 #include <QByteArrayView>

@@ -1,11 +1,11 @@
-#include "shuffler.h"
+#include "cards/shuffler.h"
 
+#include "cards/deck.h"
 #include "core/log.h"
 #include "core/pause.h"
 #include "core/programstate.h"
 #include "core/prompter.h"
 #include "core/rounding.h"
-#include "deck.h"
 
 #include <QTime>
 

@@ -1,8 +1,8 @@
-#include "statistics.h"
+#include "cards/statistics.h"
 
+#include "cards/deck.h"
 #include "core/prompter.h"
-#include "deck.h"
-#include "version.h"
+#include "core/version.h"
 
 #include <QLocale>
 #include <QSaveFile>

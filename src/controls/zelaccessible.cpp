@@ -1,9 +1,9 @@
-#include "zelaccessible.h"
+#include "controls/zelaccessible.h"
 
-#include "zelcheck.h"
-#include "zelcontrol.h"
-#include "zelflatbutton.h"
-#include "zelhl.h"
+#include "controls/zelcheck.h"
+#include "controls/zelcontrol.h"
+#include "controls/zelflatbutton.h"
+#include "controls/zelhl.h"
 
 #include <QAccessible>
 #include <QAccessibleWidget>

@@ -1,7 +1,7 @@
-#include "zelcheck.h"
+#include "controls/zelcheck.h"
 
-#include "propertybag.h"
-#include "study/cmemdc.h"
+#include "controls/propertybag.h"
+#include "drawing/cmemdc.h"
 
 using namespace Qt::Literals::StringLiterals;
 

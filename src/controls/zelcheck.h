@@ -1,6 +1,6 @@
 #pragma once
 
-#include "zelcontrol.h"
+#include "controls/zelcontrol.h"
 
 // A check box: a square box at the left edge as high as the control, a cross
 // in it when checked, and the caption to its right.

@@ -1,8 +1,8 @@
-#include "zelcontrol.h"
+#include "controls/zelcontrol.h"
 
+#include "controls/propertybag.h"
 #include "core/keycodes.h"
-#include "propertybag.h"
-#include "study/cmemdc.h"
+#include "drawing/cmemdc.h"
 
 #include <QKeyEvent>
 #include <QMouseEvent>

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "study/windowsurface.h"
+#include "controls/widgetsurface.h"
 
 #include <QWidget>
 
@@ -81,7 +81,7 @@ protected:
     bool m_hover = false;
 
 private:
-    WindowSurface m_surface;
+    WidgetSurface m_surface;
     bool m_pressed = false;
     bool m_redrawing = false;
 };

@@ -1,7 +1,7 @@
-#include "zelflatbutton.h"
+#include "controls/zelflatbutton.h"
 
-#include "propertybag.h"
-#include "study/cmemdc.h"
+#include "controls/propertybag.h"
+#include "drawing/cmemdc.h"
 
 using namespace Qt::Literals::StringLiterals;
 

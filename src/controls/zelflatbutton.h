@@ -1,6 +1,6 @@
 #pragma once
 
-#include "zelcontrol.h"
+#include "controls/zelcontrol.h"
 
 // A flat push button: a one-pixel border and a centred caption with a soft
 // shadow, in one colour pair normally, another under the mouse and a third

@@ -1,7 +1,7 @@
-#include "zelhl.h"
+#include "controls/zelhl.h"
 
-#include "propertybag.h"
-#include "study/cmemdc.h"
+#include "controls/propertybag.h"
+#include "drawing/cmemdc.h"
 
 #include <QFontMetrics>
 #include <QTimer>

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "zelcontrol.h"
+#include "controls/zelcontrol.h"
 
 class QTimer;
 

@@ -1,8 +1,8 @@
-#include "clstimer.h"
+#include "core/clstimer.h"
 
-#include "log.h"
-#include "programstate.h"
-#include "rounding.h"
+#include "core/log.h"
+#include "core/programstate.h"
+#include "core/rounding.h"
 
 #include <QLocale>
 

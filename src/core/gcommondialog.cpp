@@ -1,6 +1,6 @@
-#include "gcommondialog.h"
+#include "core/gcommondialog.h"
 
-#include "prompter.h"
+#include "core/prompter.h"
 
 #include <QFileInfo>
 #include <QStringList>

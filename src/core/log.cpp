@@ -1,10 +1,10 @@
-#include "log.h"
+#include "core/log.h"
 
-#include "modfolders.h"
-#include "pause.h"
-#include "programstate.h"
-#include "prompter.h"
-#include "version.h"
+#include "core/modfolders.h"
+#include "core/pause.h"
+#include "core/programstate.h"
+#include "core/prompter.h"
+#include "core/version.h"
 
 #include <QFileInfo>
 

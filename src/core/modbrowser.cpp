@@ -1,8 +1,8 @@
-#include "modbrowser.h"
+#include "core/modbrowser.h"
 
-#include "log.h"
-#include "modfolders.h"
-#include "prompter.h"
+#include "core/log.h"
+#include "core/modfolders.h"
+#include "core/prompter.h"
 
 #include <QDir>
 #include <QFile>

@@ -1,7 +1,7 @@
-#include "modfolders.h"
+#include "core/modfolders.h"
 
-#include "log.h"
-#include "programstate.h"
+#include "core/log.h"
+#include "core/programstate.h"
 
 #include <QCoreApplication>
 #include <QDir>

@@ -1,4 +1,4 @@
-#include "osversion.h"
+#include "core/osversion.h"
 
 #include <QStringList>
 #include <QSysInfo>

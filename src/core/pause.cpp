@@ -1,4 +1,4 @@
-#include "pause.h"
+#include "core/pause.h"
 
 #include <QCoreApplication>
 #include <QThread>

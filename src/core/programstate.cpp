@@ -1,10 +1,9 @@
-#include "programstate.h"
+#include "core/programstate.h"
 
-#include "cards/deck.h"
-#include "ikorvalite.h"
-#include "korvahooks.h"
-#include "log.h"
-#include "prompter.h"
+#include "core/log.h"
+#include "core/prompter.h"
+#include "korva/ikorvalite.h"
+#include "korva/korvahooks.h"
 
 qint32 g_RunMode = 0;
 QString g_BaseDirectory;
@@ -52,7 +51,6 @@ void ResetProgramState()
     modrender::CurrentCard = 0;
     modrender::AlphaLevel = 90;
     modrender::AlphaEffects = false;
-    g_Deck.Reset();
     ConnectKorvaToProgram();
 }
 

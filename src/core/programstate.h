@@ -40,9 +40,9 @@ extern quint8 AlphaLevel; // 0..255, default 90
 extern bool AlphaEffects;
 } // namespace modrender
 
-// Puts every program-wide value back as it is when the process starts (the
-// deck to one empty slot, no master database, no watcher) and connects the
-// database engine to the log and message boxes.
+// Puts every program-wide value back as it is when the process starts (no
+// master database, no watcher) and connects the database engine to the log
+// and message boxes. The deck, one layer up, has its own Reset.
 void ResetProgramState();
 
 // Routes the database engine's log lines, questions and warnings to Log and

@@ -1,4 +1,4 @@
-#include "prompter.h"
+#include "core/prompter.h"
 
 #include <QDebug>
 

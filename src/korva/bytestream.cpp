@@ -1,6 +1,6 @@
-#include "bytestream.h"
+#include "korva/bytestream.h"
 
-#include "cp1252.h"
+#include "korva/cp1252.h"
 
 #include <QtEndian>
 

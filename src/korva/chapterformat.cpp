@@ -1,4 +1,4 @@
-#include "chapterformat.h"
+#include "korva/chapterformat.h"
 
 using namespace Qt::Literals::StringLiterals;
 

@@ -1,6 +1,6 @@
-#include "ikorvalite.h"
+#include "korva/ikorvalite.h"
 
-#include "korvahooks.h"
+#include "korva/korvahooks.h"
 
 #include <QFile>
 #include <QFileInfo>

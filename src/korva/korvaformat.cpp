@@ -1,6 +1,6 @@
-#include "korvaformat.h"
+#include "korva/korvaformat.h"
 
-#include "bytestream.h"
+#include "korva/bytestream.h"
 
 using namespace Qt::Literals::StringLiterals;
 

@@ -1,4 +1,4 @@
-#include "korvahooks.h"
+#include "korva/korvahooks.h"
 
 namespace korva {
 

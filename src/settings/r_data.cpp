@@ -1,9 +1,9 @@
-#include "r_data.h"
+#include "settings/r_data.h"
 
 #include "core/log.h"
 #include "core/programstate.h"
-#include "ikorvalite.h"
-#include "settingskeys.h"
+#include "korva/ikorvalite.h"
+#include "settings/settingskeys.h"
 
 #include <QTimer>
 

@@ -1,12 +1,12 @@
-#include "cards/frmchapter.h"
-#include "core/instanceguard.h"
+#include "app/instanceguard.h"
 #include "core/keycodes.h"
 #include "core/modbrowser.h"
 #include "core/modfolders.h"
 #include "core/osversion.h"
-#include "dialogs/frmsetup.h"
-#include "dialogs/frmsplash.h"
 #include "uitestsupport.h"
+#include "windows/frmchapter.h"
+#include "windows/frmsetup.h"
+#include "windows/frmsplash.h"
 
 #include <QContextMenuEvent>
 
@@ -220,6 +220,7 @@ private Q_SLOTS:
         m_env->log->clear();
         m_env->prompter.modalWindows.clear();
         ResetProgramState();
+        g_Deck.Reset();
         g_Watcher = std::make_unique<RecordingWatcher>(m_env->log);
         modMain::StartProgram();
         FlushDeletes();

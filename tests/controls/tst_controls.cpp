@@ -410,7 +410,7 @@ private:
     static quint32 cMemDCBlend(quint32 color);
 };
 
-#include "study/cmemdc.h"
+#include "drawing/cmemdc.h"
 
 quint32 ControlsTest::cMemDCBlend(quint32 color)
 {

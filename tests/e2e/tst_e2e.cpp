@@ -1,7 +1,7 @@
 // Starts the real program in a real X server (Xvfb), drives it with xdotool
 // through first use, chapter choice, a few study keys and exit, then checks
 // the settings file it left and keeps a screenshot of the study window.
-#include "ikorvalite.h"
+#include "korva/ikorvalite.h"
 
 #include <QDir>
 #include <QElapsedTimer>

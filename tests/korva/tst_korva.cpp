@@ -1,6 +1,6 @@
-#include "bytestream.h"
-#include "cp1252.h"
-#include "korvahooks.h"
+#include "korva/bytestream.h"
+#include "korva/cp1252.h"
+#include "korva/korvahooks.h"
 #include "testsupport.h"
 
 #include <QFile>

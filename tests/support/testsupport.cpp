@@ -1,5 +1,6 @@
 #include "testsupport.h"
 
+#include "cards/deck.h"
 #include "core/programstate.h"
 
 #include <QDir>
@@ -85,6 +86,7 @@ QStringList LogRecord::messages() const
 TestEnvironment::TestEnvironment(bool withWatcher)
 {
     ResetProgramState();
+    g_Deck.Reset();
     m_oldHome = qgetenv("HOME");
     const QString home = m_home.path();
     qputenv("HOME", home.toUtf8());
@@ -103,6 +105,7 @@ TestEnvironment::TestEnvironment(bool withWatcher)
 TestEnvironment::~TestEnvironment()
 {
     ResetProgramState();
+    g_Deck.Reset();
     SetPrompter(nullptr);
     SetPauser(nullptr);
     qputenv("HOME", m_oldHome);

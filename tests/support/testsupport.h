@@ -5,7 +5,7 @@
 #include "core/pause.h"
 #include "core/programstate.h"
 #include "core/prompter.h"
-#include "ikorvalite.h"
+#include "korva/ikorvalite.h"
 #include "korvabuilder.h"
 
 #include <QDir>

@@ -2,6 +2,12 @@
 
 using namespace Qt::Literals::StringLiterals;
 
+namespace {
+// The windows end the program and start sessions through the spine, as in
+// the running program.
+[[maybe_unused]] const bool g_spineInstalled = (modMain::InstallLifecycle(), true);
+} // namespace
+
 void FlushDeletes()
 {
     QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
@@ -36,10 +42,4 @@ void StudyDeck(int n, const QList<int> &trouble)
     for (int i = 0; i < n; ++i)
         cards.emplace_back(u"q%1"_s.arg(i), u"a%1"_s.arg(i));
     StudyDeck(cards, trouble);
-}
-
-bool SaveScreenshot(const QImage &image, const QString &name)
-{
-    const QString dir = QStringLiteral(SCREENS_DIR);
-    return QDir().mkpath(dir) && image.save(dir + u'/' + name);
 }

@@ -3,20 +3,21 @@
 // What the tests of the program's windows share: the windows' headers, the
 // widgets they reach into, and helpers to set a study session up and tear
 // it down.
+#include "app/modmain.h"
 #include "cards/deck.h"
 #include "controls/zelcheck.h"
 #include "controls/zelflatbutton.h"
 #include "controls/zelhl.h"
-#include "core/forms.h"
-#include "core/modmain.h"
 #include "core/programstate.h"
-#include "ikorvalite.h"
+#include "drawing/logicalfont.h"
+#include "drawing/r_renderer.h"
+#include "korva/ikorvalite.h"
 #include "settings/r_data.h"
-#include "study/frmmain.h"
-#include "study/logicalfont.h"
-#include "study/modrender.h"
-#include "study/r_renderer.h"
+#include "screens.h"
 #include "testsupport.h"
+#include "windows/forms.h"
+#include "windows/frmmain.h"
+#include "windows/modrender.h"
 
 #include <QAction>
 #include <QCheckBox>
@@ -41,4 +42,3 @@ void StudyDeck(const std::vector<std::pair<QString, QString>> &cards, const QLis
 // A deck of n cards "q0".."q{n-1}" / "a0".. the same way.
 void StudyDeck(int n, const QList<int> &trouble = {});
 // Saves a picture for people to look at under the build folder's screens/.
-bool SaveScreenshot(const QImage &image, const QString &name);

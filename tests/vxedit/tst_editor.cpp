@@ -1,5 +1,4 @@
 #include "cardpreview.h"
-#include "cards/frmchapter.h"
 #include "cardtext.h"
 #include "chaptermodel.h"
 #include "chapterrules.h"
@@ -8,6 +7,7 @@
 #include "findreplace.h"
 #include "importdialog.h"
 #include "uitestsupport.h"
+#include "windows/frmchapter.h"
 
 #include <QComboBox>
 #include <QCoreApplication>

@@ -1,9 +1,9 @@
 #include "cardpreview.h"
 
-#include "chapterformat.h"
+#include "controls/widgetsurface.h"
+#include "drawing/r_renderer.h"
+#include "korva/chapterformat.h"
 #include "settings/r_data.h"
-#include "study/r_renderer.h"
-#include "study/windowsurface.h"
 
 #include <QHBoxLayout>
 #include <QPaintEvent>
@@ -48,7 +48,7 @@ protected:
 
 private:
     QString m_side;
-    WindowSurface m_surface;
+    WidgetSurface m_surface;
     r_data m_metrics;
     r_renderer m_renderer;
 };

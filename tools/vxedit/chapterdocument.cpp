@@ -1,8 +1,8 @@
 #include "chapterdocument.h"
 
-#include "chapterformat.h"
 #include "chapterrules.h"
-#include "ikorvalite.h"
+#include "korva/chapterformat.h"
+#include "korva/ikorvalite.h"
 
 #include <QFileInfo>
 

@@ -1,7 +1,7 @@
 #include "chapterrules.h"
 
-#include "chapterformat.h"
-#include "cp1252.h"
+#include "korva/chapterformat.h"
+#include "korva/cp1252.h"
 
 using namespace Qt::Literals::StringLiterals;
 

@@ -1,9 +1,9 @@
 #include "commandline.h"
 
 #include "cardtext.h"
-#include "chapterformat.h"
 #include "chapterrules.h"
-#include "ikorvalite.h"
+#include "korva/chapterformat.h"
+#include "korva/ikorvalite.h"
 #include "korvajson.h"
 
 #include <QFile>

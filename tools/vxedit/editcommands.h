@@ -1,6 +1,6 @@
 #pragma once
 
-#include "korvaformat.h"
+#include "korva/korvaformat.h"
 
 #include <QUndoCommand>
 

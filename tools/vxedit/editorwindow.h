@@ -56,6 +56,8 @@ public:
     // character that cannot be stored).
     void ShowTypingFeedback(int row, int column, const QString &text);
     QStringList RecentFiles() const;
+    // The chapter's file name, "Untitled" before it is saved.
+    QString DisplayName() const;
 
 protected:
     void closeEvent(QCloseEvent *event) override;

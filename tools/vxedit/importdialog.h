@@ -1,7 +1,7 @@
 #pragma once
 
 #include "cardtext.h"
-#include "korvaformat.h"
+#include "korva/korvaformat.h"
 
 #include <QDialog>
 

@@ -1,6 +1,6 @@
 #include "korvajson.h"
 
-#include "ikorvalite.h"
+#include "korva/ikorvalite.h"
 
 using namespace Qt::Literals::StringLiterals;
 

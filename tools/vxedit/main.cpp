@@ -1,10 +1,10 @@
 #include "commandline.h"
 #include "core/programstate.h"
-#include "core/qtplatform.h"
-#include "dialogs/programstyle.h"
+#include "drawing/logicalfont.h"
+#include "drawing/programicon.h"
 #include "editorwindow.h"
-#include "korvahooks.h"
-#include "study/logicalfont.h"
+#include "korva/korvahooks.h"
+#include "windows/qtplatform.h"
 
 #include <QApplication>
 #include <QFile>
@@ -30,7 +30,7 @@ int main(int argc, char *argv[])
     QApplication app(argc, argv);
     QApplication::setOrganizationName(QStringLiteral("Quillmere"));
     QApplication::setApplicationName(QStringLiteral("vxedit"));
-    QApplication::setWindowIcon(programstyle::ProgramIcon());
+    QApplication::setWindowIcon(ProgramIcon());
     InstallFontSubstitutes();
     QtPrompter prompter;
     SetPrompter(&prompter);

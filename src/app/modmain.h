@@ -1,0 +1,36 @@
+#pragma once
+
+#include "windows/windowplacement.h"
+
+#include <QString>
+
+class frmChapter;
+class frmSplash;
+
+// The program's spine: the entry procedure, the loader that brings the system
+// up, the destroyer that takes it down, and the new session in between.
+namespace modMain {
+
+// Entry: run mode, banner, home directory, updater file, then the loader.
+void StartProgram();
+// Brings the system up; with showSplash also the splash and the check for
+// another running copy (a new session has neither).
+void LoadSystem(bool showSplash);
+// Takes the system down. Code 0 is a normal end or a new session, -1 an
+// abandoned start-up (which touches no card data, renderer or positions);
+// keepRunning keeps the study window and the process for a new session.
+void DestroySystem(qint16 code, bool keepRunning);
+void StartNewSession();
+// Lets the windows below reach DestroySystem and StartNewSession.
+void InstallLifecycle();
+
+QString RunModeName();
+qint32 DetectWindowsVersion(qint32 &major, qint32 &minor, qint32 &build);
+
+void WriteUpdaterFile();
+QString MasterPath();
+
+frmSplash *SplashWindow();
+frmChapter *ChapterWindow();
+
+} // namespace modMain

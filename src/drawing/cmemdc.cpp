@@ -1,0 +1,399 @@
+#include "drawing/cmemdc.h"
+
+#include "core/osversion.h"
+#include "core/rounding.h"
+#include "drawing/windowsurface.h"
+
+#include <QFontMetrics>
+#include <QGuiApplication>
+#include <QPainter>
+#include <QPalette>
+
+namespace {
+
+QColor toQColor(quint32 rgb)
+{
+    return QColor(int(rgb & 0xFF), int((rgb >> 8) & 0xFF), int((rgb >> 16) & 0xFF));
+}
+
+quint32 fromQColor(const QColor &c)
+{
+    return quint32(c.red()) | (quint32(c.green()) << 8) | (quint32(c.blue()) << 16);
+}
+
+// The system colour indices of the platform and the palette colours that stand
+// for them here.
+QColor systemColor(int index)
+{
+    const QPalette palette = qGuiApp ? QGuiApplication::palette() : QPalette();
+    switch (index) {
+    case 0:  // scroll bar
+    case 15: // button face
+    case 22: // 3-D light
+        return palette.color(QPalette::Button);
+    case 1:  // desktop
+    case 12: // application workspace
+        return palette.color(QPalette::Dark);
+    case 2:  // active caption
+    case 13: // highlight
+    case 26: // hot-tracked item
+    case 27: // active caption gradient
+        return palette.color(QPalette::Highlight);
+    case 3: // inactive caption
+    case 28:
+        return palette.color(QPalette::Inactive, QPalette::Highlight);
+    case 4:  // menu
+    case 5:  // window
+    case 30: // menu bar
+        return palette.color(QPalette::Base);
+    case 6:  // window frame
+    case 10: // active border
+    case 11: // inactive border
+        return palette.color(QPalette::Mid);
+    case 7: // menu text
+    case 8: // window text
+        return palette.color(QPalette::Text);
+    case 9:  // caption text
+    case 14: // highlighted text
+        return palette.color(QPalette::HighlightedText);
+    case 16: // button shadow
+        return palette.color(QPalette::Shadow);
+    case 17: // grey text
+    case 19: // inactive caption text
+        return palette.color(QPalette::Disabled, QPalette::Text);
+    case 18: // button text
+        return palette.color(QPalette::ButtonText);
+    case 20: // button highlight
+        return palette.color(QPalette::Light);
+    case 21: // 3-D dark shadow
+        return palette.color(QPalette::Shadow);
+    case 23: // tooltip text
+        return palette.color(QPalette::ToolTipText);
+    case 24: // tooltip background
+        return palette.color(QPalette::ToolTipBase);
+    case 29: // menu highlight
+        return palette.color(QPalette::Highlight);
+    default:
+        return Qt::black;
+    }
+}
+
+Qt::Alignment alignmentFor(int format)
+{
+    Qt::Alignment a = Qt::AlignLeft;
+    if (format & cMemDC::DT_CENTER)
+        a = Qt::AlignHCenter;
+    else if (format & cMemDC::DT_RIGHT)
+        a = Qt::AlignRight;
+    // Vertical placement only exists for single lines.
+    if ((format & cMemDC::DT_SINGLELINE) && (format & cMemDC::DT_VCENTER))
+        a |= Qt::AlignVCenter;
+    else if ((format & cMemDC::DT_SINGLELINE) && (format & cMemDC::DT_BOTTOM))
+        a |= Qt::AlignBottom;
+    else
+        a |= Qt::AlignTop;
+    return a;
+}
+
+int textFlags(int format)
+{
+    int flags = int(alignmentFor(format));
+    if (format & cMemDC::DT_SINGLELINE)
+        flags |= Qt::TextSingleLine;
+    else if (format & cMemDC::DT_WORDBREAK)
+        flags |= Qt::TextWordWrap;
+    return flags;
+}
+
+} // namespace
+
+cMemDC::~cMemDC()
+{
+    Destroy();
+}
+
+void cMemDC::Create(int &width, int &height, WindowSurface *compatible, WindowSurface *existing)
+{
+    if (m_valid)
+        Destroy();
+    m_width = qMax(0, width);
+    m_height = qMax(0, height);
+    m_target = compatible;
+    if (existing) {
+        m_adopted = existing;
+    } else if (m_width > 0 && m_height > 0) {
+        m_own = QImage(m_width, m_height, QImage::Format_RGB32);
+        m_own.fill(Qt::black);
+    }
+    m_valid = true;
+    if (compatible) {
+        m_backColor = compatible->backColor;
+        m_foreColor = compatible->textColor;
+        m_backMode = compatible->transparentText ? TRANSPARENT : OPAQUE;
+        SetFont(compatible->font);
+    }
+}
+
+void cMemDC::Destroy()
+{
+    m_own = QImage();
+    m_adopted = nullptr;
+    m_target = nullptr;
+    m_valid = false;
+}
+
+const QImage &cMemDC::Image() const
+{
+    return m_adopted ? m_adopted->image() : m_own;
+}
+
+QImage &cMemDC::canvas()
+{
+    return m_adopted ? m_adopted->image() : m_own;
+}
+
+bool cMemDC::drawable() const
+{
+    return m_valid && !Image().isNull();
+}
+
+void cMemDC::SetFont(const LogicalFont &font)
+{
+    if (!m_valid)
+        return;
+    m_font = font;
+    m_createdFont = font.toQFont();
+}
+
+void cMemDC::SetForeColor(quint32 color)
+{
+    if (m_valid)
+        m_foreColor = TranslateColor(color);
+}
+
+void cMemDC::SetBackColor(quint32 color)
+{
+    if (m_valid)
+        m_backColor = TranslateColor(color);
+}
+
+void cMemDC::SetBackMode(int mode)
+{
+    if (m_valid)
+        m_backMode = mode;
+}
+
+quint32 cMemDC::TranslateColor(quint32 color)
+{
+    if (color & 0x80000000u)
+        return fromQColor(systemColor(int(color & 0xFF)));
+    return color & 0x00FFFFFFu;
+}
+
+void cMemDC::FillRect(int x1, int y1, int x2, int y2, qint64 color, const QBrush *brush)
+{
+    if (!drawable() || x2 <= x1 || y2 <= y1)
+        return;
+    QPainter p(&canvas());
+    const QRect r(x1, y1, x2 - x1, y2 - y1);
+    if (color == -1) {
+        if (brush)
+            p.fillRect(r, *brush);
+        return;
+    }
+    p.fillRect(r, toQColor(TranslateColor(quint32(color))));
+}
+
+void cMemDC::Gradient(int x1, int y1, int x2, int y2, quint32 color1, quint32 color2, bool vertical)
+{
+    if (!m_valid)
+        return;
+    const quint32 c1 = TranslateColor(color1), c2 = TranslateColor(color2);
+    const int start = vertical ? y1 : x1, end = vertical ? y2 : x2;
+
+    if (OsVersionCode() >= 411) {
+        // The system fill: colour1 at the start edge, running linearly towards
+        // colour2 at the (exclusive) end edge.
+        QImage &img = canvas();
+        const QRect area = QRect(x1, y1, x2 - x1, y2 - y1).intersected(img.rect());
+        if (!drawable() || area.isEmpty() || end <= start)
+            return;
+        const qint64 span = end - start;
+        auto at = [&](int i) {
+            const qint64 d = i - start;
+            quint32 out = 0;
+            for (int shift = 0; shift <= 16; shift += 8) {
+                const qint64 a = (c1 >> shift) & 0xFF, b = (c2 >> shift) & 0xFF;
+                out |= quint32((a * (span - d) + b * d + span / 2) / span) << shift;
+            }
+            return qRgb(int(out & 0xFF), int((out >> 8) & 0xFF), int((out >> 16) & 0xFF));
+        };
+        if (vertical) {
+            for (int y = area.top(); y <= area.bottom(); ++y) {
+                QRgb *line = reinterpret_cast<QRgb *>(img.scanLine(y));
+                std::fill(line + area.left(), line + area.right() + 1, at(y));
+            }
+        } else {
+            QRgb *first = reinterpret_cast<QRgb *>(img.scanLine(area.top()));
+            for (int x = area.left(); x <= area.right(); ++x)
+                first[x] = at(x);
+            for (int y = area.top() + 1; y <= area.bottom(); ++y)
+                std::copy(first + area.left(), first + area.right() + 1,
+                          reinterpret_cast<QRgb *>(img.scanLine(y)) + area.left());
+        }
+        return;
+    }
+
+    // Older systems: one stripe per pixel, both ends included. The blend runs
+    // from colour2 at the start to colour1 at the end, the mirror image of the
+    // system fill, and is kept so.
+    if (end == start) {
+        FillRect(vertical ? x1 : start, vertical ? start : y1, vertical ? x2 : start + 1,
+                 vertical ? start + 1 : y2, BlendColour(c1, c2, 0.0));
+        return;
+    }
+    for (int i = start; i <= end; ++i) {
+        const double t = double(i - start) / double(end - start);
+        const quint32 c = BlendColour(c1, c2, t);
+        if (vertical)
+            FillRect(x1, i, x2, i + 1, c);
+        else
+            FillRect(i, y1, i + 1, y2, c);
+    }
+}
+
+quint32 cMemDC::BlendColour(quint32 color1, quint32 color2, double t)
+{
+    quint32 out = 0;
+    for (int shift = 0; shift <= 16; shift += 8) {
+        const double a = (color1 >> shift) & 0xFF, b = (color2 >> shift) & 0xFF;
+        const qint64 v = qBound(qint64(0), RoundHalfEven((1.0 - t) * b + t * a), qint64(255));
+        out |= quint32(v) << shift;
+    }
+    return out;
+}
+
+int cMemDC::DrawText(const QString &text, int &left, int &top, int &right, int &bottom, int format)
+{
+    if (!m_valid)
+        return 0;
+    const QFontMetrics metrics(m_createdFont);
+    const int flags = textFlags(format);
+    if (format & DT_CALCRECT) {
+        const int wrapWidth = (format & DT_SINGLELINE) ? 0 : qMax(1, right - left);
+        const QRect need = (format & DT_SINGLELINE)
+                ? QRect(0, 0, metrics.horizontalAdvance(text), metrics.height())
+                : metrics.boundingRect(QRect(0, 0, wrapWidth, 1 << 20), flags, text);
+        right = left + need.width();
+        bottom = top + need.height();
+        return need.height();
+    }
+    if (!drawable())
+        return 0;
+    const QRect box(left, top, right - left, bottom - top);
+    QPainter p(&canvas());
+    p.setFont(m_createdFont);
+    if (!(format & DT_NOCLIP))
+        p.setClipRect(box);
+    QRect used = metrics.boundingRect(box, flags, text);
+    if (m_backMode == OPAQUE)
+        p.fillRect(used, toQColor(m_backColor));
+    p.setPen(toQColor(m_foreColor));
+    p.drawText(box, flags, text, &used);
+    return used.height();
+}
+
+int cMemDC::TextWidth(const QString &text) const
+{
+    if (!m_valid)
+        return 0;
+    return QFontMetrics(m_createdFont).horizontalAdvance(text);
+}
+
+int cMemDC::TextHeight(const QString &text) const
+{
+    Q_UNUSED(text);
+    if (!m_valid)
+        return 0;
+    return QFontMetrics(m_createdFont).height();
+}
+
+void cMemDC::Blit(WindowSurface *destination, int x, int y, int width, int height, int sourceX,
+                  int sourceY, quint32 rop)
+{
+    WindowSurface *dest = destination ? destination : m_target;
+    if (!drawable() || !dest || dest->image().isNull() || rop != SRCCOPY)
+        return;
+    const int w = width ? width : m_width, h = height ? height : m_height;
+    QImage &to = dest->image();
+    if (&to == &Image())
+        return; // the surface is the window's own picture
+    QPainter p(&to);
+    p.setCompositionMode(QPainter::CompositionMode_Source);
+    p.drawImage(QPoint(x, y), Image(), QRect(sourceX, sourceY, w, h));
+    dest->Changed(QRect(x, y, w, h));
+}
+
+void cMemDC::AlphaBlit(WindowSurface *destination, int x, int y, int width, int height, int sourceX,
+                       int sourceY, int alpha)
+{
+    WindowSurface *dest = destination ? destination : m_target;
+    if (!drawable() || !dest || dest->image().isNull())
+        return;
+    Q_UNUSED(sourceX);
+    Q_UNUSED(sourceY);
+    const int w = width ? width : m_width, h = height ? height : m_height;
+    const int a = qBound(0, alpha, 255);
+    if (a == 0)
+        return;
+    QImage &to = dest->image();
+    if (&to == &Image())
+        return;
+    // The whole surface, scaled to the destination rectangle, over what the
+    // window shows, with one alpha for every pixel.
+    QPainter p(&to);
+    p.setOpacity(a / 255.0);
+    p.drawImage(QRect(x, y, w, h), Image(), QRect(0, 0, m_width, m_height));
+    dest->Changed(QRect(x, y, w, h));
+}
+
+void cMemDC::Rectangle(int x1, int y1, int x2, int y2, quint32 penColor, quint32 brushColor,
+                       int penWidth)
+{
+    if (!drawable() || x2 <= x1 || y2 <= y1)
+        return;
+    FillRect(x1, y1, x2, y2, brushColor);
+    for (int i = 0; i < penWidth && x1 + i < x2 - i && y1 + i < y2 - i; ++i)
+        FrameRect(x1 + i, y1 + i, x2 - i, y2 - i, penColor);
+}
+
+void cMemDC::FrameRect(int x1, int y1, int x2, int y2, quint32 color)
+{
+    if (!drawable() || x2 <= x1 || y2 <= y1)
+        return;
+    FillRect(x1, y1, x2, y1 + 1, color);
+    FillRect(x1, y2 - 1, x2, y2, color);
+    FillRect(x1, y1, x1 + 1, y2, color);
+    FillRect(x2 - 1, y1, x2, y2, color);
+}
+
+void cMemDC::Line(int x1, int y1, int x2, int y2, quint32 color, int penWidth)
+{
+    if (!drawable())
+        return;
+    QPainter p(&canvas());
+    QPen pen(toQColor(TranslateColor(color)));
+    pen.setWidth(qMax(1, penWidth));
+    pen.setCapStyle(Qt::FlatCap);
+    p.setPen(pen);
+    p.drawLine(x1, y1, x2, y2);
+}
+
+qint32 cMemDC::OsVersionCode()
+{
+    if (m_osVersionCode == 0) {
+        if (const std::optional<OsVersion> v = QueryOsVersion())
+            m_osVersionCode = v->code();
+    }
+    return m_osVersionCode;
+}

@@ -1,0 +1,108 @@
+#pragma once
+
+#include "drawing/logicalfont.h"
+
+#include <QImage>
+#include <QString>
+
+class QBrush;
+class WindowSurface;
+
+// An off-screen drawing surface: an image the program paints on with
+// gradients, filled rectangles and text, then copies or blends onto a window
+// in one step so nothing flickers. Every operation first checks IsValid() and
+// does nothing on a surface that was never created.
+//
+// Colours are 0x00BBGGRR (red in the low byte) or, with the high bit set, a
+// system colour that is resolved through the application palette.
+// Rectangles take their right and bottom edges as exclusive, as the platform's
+// drawing calls did.
+class cMemDC
+{
+public:
+    // DrawText flags.
+    static constexpr int DT_CENTER = 1;
+    static constexpr int DT_RIGHT = 2;
+    static constexpr int DT_VCENTER = 4;
+    static constexpr int DT_BOTTOM = 8;
+    static constexpr int DT_WORDBREAK = 16;
+    static constexpr int DT_SINGLELINE = 32;
+    static constexpr int DT_NOCLIP = 256;
+    static constexpr int DT_CALCRECT = 1024;
+
+    static constexpr quint32 SRCCOPY = 13369376;
+    static constexpr int TRANSPARENT = 1;
+    static constexpr int OPAQUE = 2;
+
+    cMemDC() = default;
+    ~cMemDC();
+    cMemDC(const cMemDC &) = delete;
+    cMemDC &operator=(const cMemDC &) = delete;
+
+    // Makes a drawing area of width x height, compatible with a window (its
+    // text state is copied; nullptr stands for the screen), or adopts the
+    // window's own picture as the drawing area when existing is given.
+    void Create(int &width, int &height, WindowSurface *compatible = nullptr,
+                WindowSurface *existing = nullptr);
+    void Destroy();
+    bool IsValid() const { return m_valid; }
+
+    int Width() const { return m_width; }
+    int Height() const { return m_height; }
+    // The picture drawn so far (the window's own when one was adopted).
+    const QImage &Image() const;
+    WindowSurface *Target() const { return m_target; }
+
+    LogicalFont Font() const { return m_font; }
+    void SetFont(const LogicalFont &font);
+
+    void SetForeColor(quint32 color);
+    void SetBackColor(quint32 color);
+    void SetBackMode(int mode);
+    static quint32 TranslateColor(quint32 color);
+
+    // Colour -1 fills with brush instead.
+    void FillRect(int x1, int y1, int x2, int y2, qint64 color, const QBrush *brush = nullptr);
+    void Gradient(int x1, int y1, int x2, int y2, quint32 color1, quint32 color2, bool vertical);
+    static quint32 BlendColour(quint32 color1, quint32 color2, double t);
+
+    // Draws the text in the rectangle; with DT_CALCRECT only measures it and
+    // writes the needed rectangle back. Returns the text's height.
+    int DrawText(const QString &text, int &left, int &top, int &right, int &bottom, int format);
+    int TextWidth(const QString &text) const;
+    int TextHeight(const QString &text) const;
+
+    // Copies (SRCCOPY) or blends with a constant alpha the surface onto a
+    // window picture; nullptr is the window the surface was made for, and a
+    // width or height of 0 the surface's own.
+    void Blit(WindowSurface *destination = nullptr, int x = 0, int y = 0, int width = 0,
+              int height = 0, int sourceX = 0, int sourceY = 0, quint32 rop = SRCCOPY);
+    void AlphaBlit(WindowSurface *destination = nullptr, int x = 0, int y = 0, int width = 0,
+                   int height = 0, int sourceX = 0, int sourceY = 0, int alpha = 255);
+
+    // An outlined and filled rectangle; a one-pixel outline; a line.
+    void Rectangle(int x1, int y1, int x2, int y2, quint32 penColor, quint32 brushColor,
+                   int penWidth = 1);
+    void FrameRect(int x1, int y1, int x2, int y2, quint32 color);
+    void Line(int x1, int y1, int x2, int y2, quint32 color, int penWidth = 1);
+
+    // major x 100 + minor of the operating system, read once per surface.
+    qint32 OsVersionCode();
+
+private:
+    QImage &canvas();
+    bool drawable() const;
+
+    bool m_valid = false;
+    int m_width = 0;
+    int m_height = 0;
+    QImage m_own;
+    WindowSurface *m_adopted = nullptr;
+    WindowSurface *m_target = nullptr;
+    LogicalFont m_font;
+    QFont m_createdFont = LogicalFont().toQFont();
+    quint32 m_foreColor = 0;
+    quint32 m_backColor = 0xFFFFFF;
+    int m_backMode = TRANSPARENT;
+    qint32 m_osVersionCode = 0;
+};

@@ -1,0 +1,7 @@
+#pragma once
+
+class QIcon;
+
+// The program's icon: two flash cards, the front one a card face. Both
+// programs and every window share it.
+QIcon ProgramIcon();

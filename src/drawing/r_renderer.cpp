@@ -1,0 +1,221 @@
+#include "drawing/r_renderer.h"
+
+#include "core/log.h"
+#include "core/programstate.h"
+#include "core/rounding.h"
+#include "drawing/windowsurface.h"
+#include "settings/r_data.h"
+
+#include <QTimer>
+
+using namespace Qt::Literals::StringLiterals;
+
+namespace {
+
+QPointer<r_renderer> g_mainRenderer;
+
+QString hex(quintptr value)
+{
+    return QString::number(value, 16).toUpper();
+}
+
+struct CornerStyle
+{
+    r_data::Corner corner;
+    const char16_t *shadowKey;
+    const char16_t *foreKey;
+    int format;
+};
+
+// Drawn in this order: top-left, bottom-left, top-right, bottom-right.
+constexpr CornerStyle kCorners[] = {
+        {r_data::Corner::TopLeft, u"tl_text_shadow", u"tl_text_forecolor", 32},
+        {r_data::Corner::BottomLeft, u"bl_text_shadow", u"bl_text_forecolor", 40},
+        {r_data::Corner::TopRight, u"tr_text_shadow", u"tr_text_forecolor", 34},
+        {r_data::Corner::BottomRight, u"br_text_shadow", u"br_text_forecolor", 42},
+};
+
+constexpr quint32 kDefaultBackA = 0;
+constexpr quint32 kDefaultBackB = 14570825;
+constexpr quint32 kDefaultMainShadow = 0xFF8080; // differs from the seeded colour on purpose
+constexpr quint32 kWhite = 0xFFFFFF;
+constexpr int kMainTextFormat = 37; // centre, vertical centre, single line
+
+} // namespace
+
+r_renderer *MainRenderer()
+{
+    return g_mainRenderer;
+}
+
+void SetMainRenderer(r_renderer *renderer)
+{
+    g_mainRenderer = renderer;
+}
+
+r_renderer::r_renderer(QObject *parent) : QObject(parent) {}
+
+r_renderer::~r_renderer() = default;
+
+void r_renderer::Initialize(QObject *window, WindowSurface *windowDC, r_data *metrics,
+                            float refreshRate, int widthTrim, int heightTrim, qint32 reserved)
+{
+    Q_UNUSED(reserved);
+    Log(u"initializing renderer/n"_s);
+    m_windowDC = windowDC;
+    m_metrics = metrics;
+    m_widthTrim = widthTrim;
+    m_heightTrim = heightTrim;
+    m_client = windowDC ? QRect(QPoint(0, 0), windowDC->size()) : QRect();
+
+    m_surface = std::make_unique<cMemDC>();
+    int width = m_client.width(), height = m_client.height();
+    m_surface->Create(width, height, windowDC);
+    m_refreshRate = refreshRate;
+
+    const int right = m_client.left() + m_client.width();
+    const int bottom = m_client.top() + m_client.height();
+    Log(u" .. using DC @ 0x"_s + hex(windowDC ? windowDC->handle() : 0) + u"/n"_s);
+    Log(u" .. using window @ 0x"_s + hex(reinterpret_cast<quintptr>(window)) + u"/n"_s);
+    Log(u" .. using window size of ( %1 , %2 )/n"_s.arg(right).arg(bottom));
+    Log(u" .. using modded window size of ( %1 , %2 )/n"_s.arg(right - widthTrim)
+                .arg(bottom - heightTrim));
+    Log(u" .. using r_data class @ "_s + hex(reinterpret_cast<quintptr>(metrics)) + u"/n"_s);
+    Log(u" .. set refresh rate to "_s + QString::number(double(refreshRate)) + u" msec/n"_s);
+    Log(u" .. using ZEL DC drawing class @ "_s + hex(reinterpret_cast<quintptr>(m_surface.get()))
+        + u"/n"_s);
+    Log(u"renderer initialized ok/n"_s);
+}
+
+void r_renderer::Draw(bool withMainText)
+{
+    if (!m_surface || !m_metrics)
+        return;
+    cMemDC &dc = *m_surface;
+    int L = m_client.left(), T = m_client.top();
+    int Rt = m_client.left() + m_client.width(), B = m_client.top() + m_client.height();
+
+    const QString mainText = m_metrics->MainText();
+    if (mainText.isEmpty())
+        return; // nothing painted, nothing presented
+
+    dc.FillRect(L, B, Rt, B, 0); // an empty rectangle, kept as it always was
+    B -= m_heightTrim;
+    Rt -= m_widthTrim;
+
+    const quint32 a = m_metrics->Color(u"backcolor_a"_s, kDefaultBackA);
+    const quint32 b = m_metrics->Color(u"backcolor_b"_s, kDefaultBackB);
+    // Half of the right edge, not the midpoint of L and Rt; with L = 0 the same.
+    const int M = int(RoundHalfEven(Rt / 2.0));
+    dc.Gradient(L, B, M, B + 1, b, a, false); // the separator runs opposite to the body
+    dc.Gradient(M, B, Rt, B + 1, a, b, false);
+    dc.Gradient(L, T, M, B, a, b, false);
+    dc.Gradient(M, T, Rt, B, b, a, false);
+
+    L += 2;
+    Rt -= 2;
+    const QRect text(L, T, Rt - L, B - T);
+    const QRect shadow = text.translated(-1, -1); // up and to the left, by design
+
+    LogicalFont font = dc.Font();
+    font.name = u"Tahoma"_s;
+    if (withMainText) {
+        font.bold = true;
+        FitFontSize(mainText, text, font);
+        dc.SetFont(font);
+        int l = shadow.left(), t = shadow.top(), r = shadow.left() + shadow.width(),
+            bt = shadow.top() + shadow.height();
+        dc.SetForeColor(m_metrics->Color(u"main_text_shadow"_s, kDefaultMainShadow));
+        dc.DrawText(mainText, l, t, r, bt, kMainTextFormat);
+        l = text.left(), t = text.top(), r = text.left() + text.width(),
+        bt = text.top() + text.height();
+        dc.SetForeColor(m_metrics->Color(u"main_text_forecolor"_s, kWhite));
+        dc.DrawText(mainText, l, t, r, bt, kMainTextFormat);
+    }
+
+    // The bold setting is not undone for the corners.
+    font.size = 8;
+    dc.SetFont(font);
+    for (int i = 0; i < 4; ++i)
+        DrawCorner(i, text, shadow);
+
+    if (withMainText)
+        Present();
+    else
+        dc.Blit(m_windowDC, 0, 0, 0, 0, 0, 0, cMemDC::SRCCOPY);
+}
+
+void r_renderer::DrawCorner(int index, const QRect &text, const QRect &shadow)
+{
+    const CornerStyle &style = kCorners[index];
+    if (!m_metrics->CornerShown(style.corner))
+        return;
+    cMemDC &dc = *m_surface;
+    const QString caption = m_metrics->CornerText(style.corner);
+    for (const auto &[rect, key, fallback] : {std::tuple {shadow, style.shadowKey, quint32(0)},
+                                              std::tuple {text, style.foreKey, kWhite}}) {
+        int l = rect.left(), t = rect.top(), r = rect.left() + rect.width(),
+            b = rect.top() + rect.height();
+        dc.SetForeColor(m_metrics->Color(QString::fromUtf16(key), fallback));
+        dc.DrawText(caption, l, t, r, b, style.format);
+    }
+}
+
+int r_renderer::FitFontSize(const QString &text, const QRect &target, LogicalFont &font)
+{
+    for (int s = 8; s <= 17; ++s) {
+        font.size = s;
+        m_surface->SetFont(font);
+        if (qint16(m_surface->TextWidth(text)) >= target.width()) {
+            font.size = s - 1;
+            return s - 1;
+        }
+    }
+    return int(font.size);
+}
+
+void r_renderer::Present()
+{
+    if (!m_surface)
+        return;
+    if (!modrender::AlphaEffects || !g_OsAlpha)
+        m_surface->Blit(m_windowDC, 0, 0, 0, 0, 0, 0, cMemDC::SRCCOPY);
+    else
+        m_surface->AlphaBlit(m_windowDC, 0, 0, 0, 0, 0, 0, modrender::AlphaLevel);
+}
+
+void r_renderer::StartRefresh()
+{
+    if (g_SuppressRefresh)
+        return;
+    if (!m_refreshTimer) {
+        m_refreshTimer = new QTimer(this);
+        // Every tick presents the study window's renderer.
+        connect(m_refreshTimer, &QTimer::timeout, this, [] {
+            if (r_renderer *main = MainRenderer())
+                main->Present();
+        });
+    }
+    m_refreshTimer->start(int(RoundHalfEven(double(m_refreshRate))));
+}
+
+void r_renderer::StopRefresh()
+{
+    if (m_refreshTimer)
+        m_refreshTimer->stop();
+}
+
+bool r_renderer::IsRefreshing() const
+{
+    return m_refreshTimer && m_refreshTimer->isActive();
+}
+
+void r_renderer::Release(bool keepMetrics)
+{
+    Log(u"renderer going down/n"_s);
+    StopRefresh();
+    if (!keepMetrics)
+        m_metrics = nullptr;
+    m_surface.reset();
+    Log(u" .. renderer released ok/n"_s);
+}

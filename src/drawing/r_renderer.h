@@ -1,0 +1,65 @@
+#pragma once
+
+#include "drawing/cmemdc.h"
+
+#include <QObject>
+#include <QPointer>
+#include <QRect>
+
+#include <memory>
+
+class QTimer;
+class WindowSurface;
+class r_data;
+
+// Paints card frames: a mirrored horizontal gradient, a one-pixel separator
+// along the bottom of the card area, the main text centred in bold with a
+// shadow, and four small corner texts with theirs. It paints into its own
+// surface and copies that onto the window; a timer presents the surface again
+// every refresh period, blending it in when alpha effects are on, so each new
+// card fades in. Texts and colours come from the colour metrics.
+class r_renderer : public QObject
+{
+    Q_OBJECT
+
+public:
+    explicit r_renderer(QObject *parent = nullptr);
+    ~r_renderer() override;
+
+    // Binds the renderer to a window and its picture and makes a surface of
+    // the window's size (its picture's). The trims leave rows at the bottom
+    // and columns at the right to the window's own controls; the last
+    // argument is unused.
+    void Initialize(QObject *window, WindowSurface *windowDC, r_data *metrics, float refreshRate,
+                    int widthTrim, int heightTrim, qint32 reserved = 0);
+    void Draw(bool withMainText);
+    void DrawBackground() { Draw(false); }
+    void Present();
+    void StartRefresh();
+    void StopRefresh();
+    void Release(bool keepMetrics);
+
+    // The main text's size in points: the largest from 8 to 17 whose width
+    // stays below the rectangle's, and one less than the first that reaches it.
+    int FitFontSize(const QString &text, const QRect &target, LogicalFont &font);
+
+    cMemDC *Surface() const { return m_surface.get(); }
+    QRect ClientRect() const { return m_client; }
+    bool IsRefreshing() const;
+
+private:
+    void DrawCorner(int corner, const QRect &text, const QRect &shadow);
+
+    WindowSurface *m_windowDC = nullptr;
+    QPointer<r_data> m_metrics;
+    QRect m_client;
+    float m_refreshRate = 0;
+    std::unique_ptr<cMemDC> m_surface;
+    int m_widthTrim = 0;
+    int m_heightTrim = 0;
+    QTimer *m_refreshTimer = nullptr;
+};
+
+// The renderer of the study window, which every refresh tick presents.
+r_renderer *MainRenderer();
+void SetMainRenderer(r_renderer *renderer);

@@ -1,0 +1,391 @@
+#include "windows/frmchapter.h"
+
+#include "cards/deck.h"
+#include "cards/progressfile.h"
+#include "core/clstimer.h"
+#include "core/gcommondialog.h"
+#include "core/log.h"
+#include "core/modfolders.h"
+#include "core/pause.h"
+#include "core/programstate.h"
+#include "core/prompter.h"
+#include "drawing/programicon.h"
+#include "korva/chapterformat.h"
+#include "korva/ikorvalite.h"
+#include "settings/settingskeys.h"
+#include "windows/frmabout.h"
+#include "windows/frmmain.h"
+#include "windows/frmprogress.h"
+#include "windows/lifecycle.h"
+#include "windows/modrender.h"
+#include "windows/programstyle.h"
+#include "windows/windowplacement.h"
+
+#include <QAction>
+#include <QFileInfo>
+#include <QHBoxLayout>
+#include <QHeaderView>
+#include <QLabel>
+#include <QPushButton>
+#include <QStyle>
+#include <QToolBar>
+#include <QTreeWidget>
+#include <QVBoxLayout>
+
+using namespace Qt::Literals::StringLiterals;
+
+namespace {
+
+constexpr int kPathRole = Qt::UserRole;
+
+bool masterMounted()
+{
+    return g_MasterDb && g_MasterDb->IsMounted();
+}
+
+// A chapter's path is remembered in one record of the settings file; one
+// that would not fit there could never be saved.
+bool pathFitsSettings(const QString &path, int position)
+{
+    korva::Entry e;
+    e.key = settings::FileListName(position);
+    e.isText = korva::kTrue;
+    e.text = path;
+    const qsizetype size = korva::entryRecordSize(e);
+    return size >= 0 && size <= korva::kRecordLength;
+}
+
+} // namespace
+
+frmChapter::frmChapter(QWidget *parent)
+    : QDialog(parent)
+    , Toolbar2(new QToolBar(this))
+    , LV1(new QTreeWidget(this))
+    , Command1(new QPushButton(u"&Study"_s, this))
+    , Command2(new QPushButton(u"&Quit"_s, this))
+    , Command5(new QPushButton(u"Chapter &Editor..."_s, this))
+{
+    setObjectName(u"frmChapter"_s);
+    setWindowTitle(u"Vocabrix - Choose Chapters"_s);
+    setWindowIcon(ProgramIcon());
+    setModal(false);
+    resize(600, 420);
+
+    Toolbar2->setObjectName(u"Toolbar2"_s);
+    Toolbar2->setToolButtonStyle(Qt::ToolButtonTextBesideIcon);
+    const struct
+    {
+        const char16_t *key;
+        const char16_t *caption;
+        QStyle::StandardPixmap icon;
+        const char16_t *tip;
+    } buttons[] = {
+            {u"sall", u"Add Chapter...", QStyle::SP_FileDialogNewFolder,
+             u"Add a chapter file to the list"},
+            {u"del", u"Remove", QStyle::SP_DialogDiscardButton,
+             u"Remove the selected chapters from the list (the files stay)"},
+            {u"lsaved", u"Resume Progress...", QStyle::SP_DialogOpenButton,
+             u"Continue from a saved progress file"},
+            {u"about", u"About", QStyle::SP_MessageBoxInformation, u"About Vocabrix"},
+    };
+    for (const auto &b : buttons) {
+        QAction *a =
+                Toolbar2->addAction(style()->standardIcon(b.icon), QString::fromUtf16(b.caption));
+        const QString key = QString::fromUtf16(b.key);
+        a->setObjectName(key);
+        a->setToolTip(QString::fromUtf16(b.tip));
+        connect(a, &QAction::triggered, this, [this, key] { ToolbarCommand(key); });
+    }
+
+    LV1->setObjectName(u"LV1"_s);
+    LV1->setColumnCount(3);
+    LV1->setHeaderLabels({u"Chapter"_s, u"Cards"_s, u"File"_s});
+    LV1->setRootIsDecorated(false);
+    LV1->setSelectionMode(QAbstractItemView::ExtendedSelection);
+    LV1->setAlternatingRowColors(true);
+    LV1->header()->setSectionResizeMode(0, QHeaderView::Stretch);
+    LV1->header()->setSectionResizeMode(1, QHeaderView::ResizeToContents);
+    LV1->header()->setStretchLastSection(false);
+    LV1->setColumnWidth(2, 170);
+    connect(LV1, &QTreeWidget::itemDoubleClicked, this, [this] { LoadSelected(); });
+
+    auto *hint =
+            new QLabel(u"Select the chapters to study (Ctrl+A selects all), then press Study."_s,
+                       this);
+    hint->setForegroundRole(QPalette::PlaceholderText);
+
+    Command1->setObjectName(u"Command1"_s);
+    Command2->setObjectName(u"Command2"_s);
+    Command5->setObjectName(u"Command5"_s);
+    Command1->setDefault(true);
+    Command1->setAutoDefault(true);
+    Command2->setAutoDefault(false);
+    Command5->setAutoDefault(false);
+    Command1->setMinimumWidth(110);
+    connect(Command1, &QPushButton::clicked, this, &frmChapter::LoadSelected);
+    connect(Command2, &QPushButton::clicked, this, &frmChapter::Quit);
+    connect(Command5, &QPushButton::clicked, this, &frmChapter::StartEditor);
+
+    auto *row = new QHBoxLayout;
+    row->addWidget(Command5);
+    row->addStretch();
+    row->addWidget(Command2);
+    row->addWidget(Command1);
+    auto *layout = new QVBoxLayout(this);
+    layout->setContentsMargins(0, 0, 0, 0);
+    layout->setSpacing(0);
+    layout->addWidget(Toolbar2);
+    auto *body = new QVBoxLayout;
+    body->setContentsMargins(12, 8, 12, 12);
+    body->setSpacing(8);
+    body->addWidget(hint);
+    body->addWidget(LV1, 1);
+    body->addLayout(row);
+    layout->addLayout(body);
+
+    setTabOrder(LV1, Command1);
+    setTabOrder(Command1, Command2);
+    setTabOrder(Command2, Command5);
+    modMain::RemoveCloseCommand(this);
+    forms::Add(this);
+
+    Log(u" .. loading chapter selection form/n"_s);
+    const QString editor = modFolders::ProgramDirectory() + u'/' + ExecutableFileName(u"vxedit"_s);
+    Log(QFileInfo(editor).isFile() ? u"db editor seems to be present./n"_s
+                                   : u"db editor seems to not be present./n"_s);
+    LoadFileList();
+    Log(u" .. chapter selection form is loaded/n"_s);
+}
+
+void frmChapter::ShowForm()
+{
+    show();
+    LV1->setFocus();
+    // The first chapter starts selected, so Study right away studies something.
+    if (LV1->topLevelItemCount() > 0 && LV1->selectedItems().isEmpty()) {
+        LV1->setCurrentItem(LV1->topLevelItem(0));
+        LV1->topLevelItem(0)->setSelected(true);
+    }
+}
+
+QAction *frmChapter::action(const QString &key) const
+{
+    return Toolbar2->findChild<QAction *>(key);
+}
+
+void frmChapter::SetActionsEnabled(bool enabled)
+{
+    for (QWidget *w : {static_cast<QWidget *>(Command1), static_cast<QWidget *>(Command2),
+                       static_cast<QWidget *>(Command5)})
+        w->setEnabled(enabled);
+    for (const QString &key : {u"sall"_s, u"del"_s, u"lsaved"_s})
+        action(key)->setEnabled(enabled);
+}
+
+QString frmChapter::ItemPath(const QTreeWidgetItem *item) const
+{
+    return item ? item->data(0, kPathRole).toString() : QString();
+}
+
+void frmChapter::AddItem(const QString &path, const QString &title, int count)
+{
+    const QString name = title.isEmpty() ? QFileInfo(path).fileName() : title;
+    auto *item =
+            new QTreeWidgetItem(LV1, {name, QString::number(count), QFileInfo(path).fileName()});
+    item->setData(0, kPathRole, path);
+    item->setToolTip(0, path);
+    item->setToolTip(2, path);
+    item->setTextAlignment(1, Qt::AlignRight | Qt::AlignVCenter);
+}
+
+void frmChapter::LoadFileList()
+{
+    if (!masterMounted()) {
+        MsgBox(u"Vocabrix"_s,
+               u"The file list couldn't be loaded because the DB master isn't loaded"_s);
+        return;
+    }
+    const int n = g_MasterDb->GetNumber(settings::kFileListCount, 0).value;
+    for (int i = 1; i <= n && i <= korva::kMaxEntries; ++i) {
+        const QString path = g_MasterDb->GetText(settings::FileListName(i)).value;
+        // Files deleted since are left out (and so leave the list at the next save).
+        if (path.isEmpty() || !ikorvalite::FileExists(path))
+            continue;
+        ikorvalite chapter;
+        if (chapter.Mount(path, false))
+            AddItem(path, chapter.Title(), chapter.Count());
+    }
+}
+
+void frmChapter::SaveFileList()
+{
+    if (!masterMounted()) {
+        MsgBox(u"Vocabrix"_s,
+               u"The file list couldn't be saved because the DB master isn't loaded"_s);
+        return;
+    }
+    const int count = LV1->topLevelItemCount();
+    for (int i = 1; i <= count; ++i)
+        g_MasterDb->SetValue(settings::FileListName(i), ItemPath(LV1->topLevelItem(i - 1)), 0,
+                             QString());
+    g_MasterDb->SetValue(settings::kFileListCount, QString(), count, QString());
+}
+
+void frmChapter::AddChapterFile()
+{
+    const std::optional<QString> chosen =
+            GCommonDialog::AskOpen(u"Select File"_s, u"Vocabrix Data File|*.zel"_s, u"zel"_s);
+    if (!chosen)
+        return;
+    const QString path = *chosen;
+
+    ikorvalite chapter;
+    // A file that is not there is not created by looking at it.
+    if (!ikorvalite::FileExists(path) || !chapter.Mount(path, false)
+        || chapter.Description() != korva::kChapterDescription) {
+        MsgBox(u"DB Open Error"_s, u"This file invalid and cannot be opened in this mode"_s,
+               MsgIcon::Exclamation, MsgButtons::OK);
+        return;
+    }
+    for (int i = 0; i < LV1->topLevelItemCount(); ++i) {
+        if (ItemPath(LV1->topLevelItem(i)) == path) {
+            LV1->clearSelection();
+            LV1->topLevelItem(i)->setSelected(true);
+            LV1->setCurrentItem(LV1->topLevelItem(i));
+            return;
+        }
+    }
+    if (!pathFitsSettings(path, LV1->topLevelItemCount() + 1)) {
+        MsgBox(u"Chapter Not Added"_s,
+               u"The chapter '"_s + path
+                       + u"' can't be remembered: its path is too long, or has characters the "
+                         "settings "
+                         "file cannot store. Move it to a folder with a shorter, plain name and add it again."_s,
+               MsgIcon::Exclamation, MsgButtons::OK);
+        return;
+    }
+    AddItem(path, chapter.Title(), chapter.Count());
+    LV1->clearSelection();
+    QTreeWidgetItem *added = LV1->topLevelItem(LV1->topLevelItemCount() - 1);
+    added->setSelected(true);
+    LV1->setCurrentItem(added);
+}
+
+void frmChapter::RemoveSelected()
+{
+    qDeleteAll(LV1->selectedItems());
+}
+
+void frmChapter::LoadSelected()
+{
+    SaveFileList();
+    if (masterMounted())
+        g_MasterDb->Save();
+
+    QList<QTreeWidgetItem *> chosen;
+    for (int i = 0; i < LV1->topLevelItemCount(); ++i) {
+        if (LV1->topLevelItem(i)->isSelected())
+            chosen << LV1->topLevelItem(i);
+    }
+
+    bool failed = chosen.isEmpty();
+    clsTimer timer;
+    if (!failed) {
+        frmMain::Ensure()->EnableStudyControls(false);
+        timer.Start();
+        auto *progress = new frmProgress(this);
+        progress->SetCaption(u"Loading Chapters"_s);
+        progress->SetRange(0, int(chosen.size()));
+        progress->show();
+        for (QTreeWidgetItem *item : chosen) {
+            LoadChapterFile(ItemPath(item), item->text(0));
+            progress->SetValue(progress->Value() + 1);
+            DoEvents();
+            if (g_ShuttingDown)
+                return; // the study window was closed meanwhile: the program is ending
+        }
+        forms::Unload(progress);
+    } else {
+        MsgBox(u"FileLoader"_s, u"No files were selected to be loaded. The program will exit."_s,
+               MsgIcon::Exclamation, MsgButtons::OK);
+    }
+    if (failed) {
+        MsgBox(u"Database Loader Failure"_s,
+               u"The specified chapters couldn't be loaded. This may result from corrupted "
+               "database "
+               "files and you may need to reinstall the program if this error persists."_s,
+               MsgIcon::Critical, MsgButtons::OK);
+        lifecycle().DestroySystem(0, false);
+        return;
+    }
+    timer.Stop();
+    Log(timer.strElapsed(u"All file(s) loaded in %t msec/n"_s));
+    Log(u" .. loaded "_s + QString::number(g_Deck.UBound() - g_Deck.LBound()) + u" nodes/n"_s);
+    StartStudying();
+}
+
+void frmChapter::StartStudying()
+{
+    frmMain *main = frmMain::Ensure();
+    modrender::StartRendering();
+    main->SetStudying(true);
+    modrender::ShowFirstCard();
+    main->EnableStudyControls(true);
+    main->raise();
+    main->activateWindow();
+    forms::Unload(this);
+}
+
+void frmChapter::ResumeProgress()
+{
+    if (!modMain::LoadProgress())
+        return;
+    Log(u" .. loaded "_s + QString::number(g_Deck.UBound() - g_Deck.LBound()) + u" nodes/n"_s);
+    SaveFileList();
+    if (masterMounted())
+        g_MasterDb->Save();
+    StartStudying();
+}
+
+void frmChapter::Quit()
+{
+    SaveFileList();
+    lifecycle().DestroySystem(0, false);
+}
+
+void frmChapter::StartEditor()
+{
+    if (MsgBox(u"Load Editor?"_s,
+               u"This button will cause this program to close and load the database editor. Do you "
+               "want to continue?"_s,
+               MsgIcon::Question, MsgButtons::YesNo)
+        != MsgResult::Yes)
+        return;
+    const QString editor = modFolders::ProgramDirectory() + u'/' + ExecutableFileName(u"vxedit"_s);
+    if (!QFileInfo(editor).isFile() || !prompter().StartProgram(editor, {})) {
+        MsgBox(u"Editor not Found"_s,
+               u"The database editor couldn't be found. If you wish to use this tool, it is "
+               "possible "
+               "you may need to reinstall, ensuring the tool is selected for install."_s,
+               MsgIcon::Exclamation, MsgButtons::OK);
+        return;
+    }
+    Quit();
+}
+
+void frmChapter::OnUnload()
+{
+    modMain::SaveWindowPosition(this, false);
+}
+
+void frmChapter::ToolbarCommand(const QString &key)
+{
+    if (key == u"sall"_s)
+        AddChapterFile();
+    else if (key == u"del"_s)
+        RemoveSelected();
+    else if (key == u"lsaved"_s)
+        ResumeProgress();
+    else if (key == u"about"_s)
+        frmAbout::ShowAbout(this);
+}

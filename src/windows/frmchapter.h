@@ -1,0 +1,60 @@
+#pragma once
+
+#include "windows/forms.h"
+
+#include <QDialog>
+
+class QAction;
+class QPushButton;
+class QToolBar;
+class QTreeWidget;
+class QTreeWidgetItem;
+
+// The chapter window, the first after start-up: the chapters used before,
+// adding and removing chapter files, choosing which to study, resuming saved
+// progress, and starting the chapter editor. Studying loads the chosen
+// chapters and hands over to the study window.
+class frmChapter : public QDialog, public forms::Unloadable
+{
+    Q_OBJECT
+
+public:
+    // Loading the window logs its steps and fills the list.
+    explicit frmChapter(QWidget *parent = nullptr);
+
+    QToolBar *Toolbar2;
+    QTreeWidget *LV1;
+    QPushButton *Command1; // study the selected chapters
+    QPushButton *Command2; // quit
+    QPushButton *Command5; // the chapter editor
+
+    void ShowForm();
+    // The buttons that load chapters and start studying, off while the
+    // system comes up.
+    void SetActionsEnabled(bool enabled);
+
+    void LoadFileList();
+    void SaveFileList();
+    void AddChapterFile();
+    void RemoveSelected();
+    void LoadSelected();
+    void ResumeProgress();
+    void Quit();
+    void StartEditor();
+    // A toolbar button by its key: "sall", "del", "lsaved", "about".
+    void ToolbarCommand(const QString &key);
+
+    QString ItemPath(const QTreeWidgetItem *item) const;
+
+    // The window keeps its place for the next time.
+    void OnUnload() override;
+
+public Q_SLOTS:
+    // Neither Escape nor the title bar closes it: Quit does.
+    void reject() override {}
+
+private:
+    void AddItem(const QString &path, const QString &title, int count);
+    void StartStudying();
+    QAction *action(const QString &key) const;
+};

@@ -1,0 +1,363 @@
+#include "windows/frmoptions.h"
+
+#include "cards/deck.h"
+#include "controls/zelcheck.h"
+#include "core/gcommondialog.h"
+#include "core/log.h"
+#include "core/pause.h"
+#include "core/programstate.h"
+#include "core/prompter.h"
+#include "drawing/programicon.h"
+#include "drawing/r_renderer.h"
+#include "settings/r_data.h"
+#include "windows/frmmain.h"
+#include "windows/modrender.h"
+#include "windows/programstyle.h"
+#include "windows/windowplacement.h"
+
+#include <QCheckBox>
+#include <QGroupBox>
+#include <QHBoxLayout>
+#include <QLabel>
+#include <QListWidget>
+#include <QPaintEvent>
+#include <QPainter>
+#include <QPointer>
+#include <QPushButton>
+#include <QSlider>
+#include <QTabBar>
+#include <QTimer>
+#include <QVBoxLayout>
+
+using namespace Qt::Literals::StringLiterals;
+
+namespace {
+
+QPointer<frmOptions> g_options;
+
+QString colorName(quint32 ole)
+{
+    return QColor(int(ole & 0xFF), int((ole >> 8) & 0xFF), int((ole >> 16) & 0xFF)).name();
+}
+
+} // namespace
+
+QString TroubleDefaultCaption(bool saved, bool current)
+{
+    if (saved == current)
+        return u"Make cards trouble by default"_s;
+    return u"Make cards trouble by default (latched: "_s + (saved ? u"True"_s : u"False"_s)
+            + u")"_s;
+}
+
+PreviewPanel::PreviewPanel(QWidget *parent) : QWidget(parent), m_surface(this, Qt::black)
+{
+    setFixedSize(300, 190);
+    setAttribute(Qt::WA_OpaquePaintEvent);
+    m_surface.Resize(size());
+}
+
+void PreviewPanel::paintEvent(QPaintEvent *event)
+{
+    QPainter painter(this);
+    m_surface.PaintOn(painter, event->rect());
+}
+
+frmOptions *frmOptions::Instance()
+{
+    if (!g_options)
+        g_options = new frmOptions;
+    return g_options;
+}
+
+frmOptions *frmOptions::Existing()
+{
+    return g_options;
+}
+
+frmOptions::frmOptions()
+    : QDialog(nullptr)
+    , ts(new QTabBar(this))
+    , Check1(new QCheckBox(u"Fade new cards in (alpha effects)"_s))
+    , Slider1(new QSlider(Qt::Horizontal))
+    , Frame1(new QGroupBox(u"Alpha Effects"_s))
+    , Check2(new QCheckBox(u"Show mouse hover descriptions"_s))
+    , Check3(new QCheckBox)
+    , Check4(new QCheckBox(u"Reset all settings when Vocabrix exits"_s))
+    , LV(new QListWidget)
+    , Command3(new QPushButton(u"Colour..."_s))
+    , Command4(new QPushButton(u"&Defaults"_s))
+    , Command1(new QPushButton(u"&Apply"_s, this))
+    , Command2(new QPushButton(u"&Close"_s, this))
+    , Timer1(new QTimer(this))
+    , Picture2(new PreviewPanel)
+{
+    setObjectName(u"frmOptions"_s);
+    setWindowTitle(u"Vocabrix Options"_s);
+    setWindowIcon(ProgramIcon());
+    setModal(false);
+
+    ts->addTab(u"Colors"_s);
+    ts->addTab(u"User Interface"_s);
+    ts->setExpanding(false);
+
+    // The colours page: names, swatch and defaults beside the preview.
+    Picture1[0] = new QWidget(this);
+    auto *colors = new QHBoxLayout(Picture1[0]);
+    auto *names = new QVBoxLayout;
+    LV->setObjectName(u"LV"_s);
+    LV->setMinimumWidth(190);
+    names->addWidget(LV, 1);
+    auto *swatchRow = new QHBoxLayout;
+    Command3->setEnabled(false);
+    Command3->setMinimumWidth(90);
+    swatchRow->addWidget(Command3);
+    swatchRow->addWidget(Command4);
+    names->addLayout(swatchRow);
+    colors->addLayout(names);
+    auto *previewColumn = new QVBoxLayout;
+    previewColumn->addWidget(new QLabel(u"Preview"_s));
+    previewColumn->addWidget(Picture2);
+    previewColumn->addStretch();
+    colors->addLayout(previewColumn);
+
+    // The user-interface page.
+    Picture1[1] = new QWidget(this);
+    auto *ui = new QVBoxLayout(Picture1[1]);
+    ui->addWidget(Check1);
+    Slider1->setRange(0, 255);
+    Slider1->setPageStep(16);
+    auto *alpha = new QVBoxLayout(Frame1);
+    Label1[0] = new QLabel(u"Slow fade"_s);
+    Label1[1] = new QLabel;
+    Label1[2] = new QLabel(u"Fast fade"_s);
+    Label1[1]->setAlignment(Qt::AlignCenter);
+    alpha->addWidget(Slider1);
+    auto *labels = new QHBoxLayout;
+    labels->addWidget(Label1[0]);
+    labels->addWidget(Label1[1], 1);
+    labels->addWidget(Label1[2]);
+    alpha->addLayout(labels);
+    ui->addWidget(Frame1);
+    ui->addSpacing(6);
+    ui->addWidget(Check2);
+    ui->addWidget(Check3);
+    ui->addWidget(Check4);
+    ui->addStretch();
+
+    auto *layout = new QVBoxLayout(this);
+    layout->addWidget(ts);
+    layout->addWidget(Picture1[0]);
+    layout->addWidget(Picture1[1]);
+    auto *buttons = new QHBoxLayout;
+    buttons->addStretch();
+    buttons->addWidget(Command2);
+    buttons->addWidget(Command1);
+    layout->addLayout(buttons);
+    Command1->setDefault(true);
+    Command2->setAutoDefault(false);
+    SelectTab(0);
+
+    connect(ts, &QTabBar::tabBarClicked, this, &frmOptions::SelectTab);
+    connect(ts, &QTabBar::currentChanged, this, &frmOptions::SelectTab);
+    connect(Check1, &QCheckBox::clicked, this, [this] {
+        modrender::AlphaEffects = Check1->isChecked();
+        EnableAlphaControls(Check1->isChecked());
+    });
+    connect(Slider1, &QSlider::valueChanged, this, [this](int value) {
+        modrender::AlphaLevel = quint8(value);
+        Label1[1]->setText(u"Level %1 of 255"_s.arg(value));
+    });
+    connect(Check2, &QCheckBox::clicked, this, [this] { g_ShowMouseHover = Check2->isChecked(); });
+    connect(Check3, &QCheckBox::clicked, this, &frmOptions::TroubleDefaultReleased);
+    connect(Check4, &QCheckBox::clicked, this, [this] {
+        if (Check4->isChecked())
+            MsgBox(u"Preferences"_s,
+                   u"You will lose all custom settings if you continue with this option. If you "
+                   "are "
+                   "unsure, uncheck the box before closing the Preferences dialog."_s,
+                   MsgIcon::Information, MsgButtons::OK);
+    });
+    connect(LV, &QListWidget::currentItemChanged, this, [this](QListWidgetItem *item) {
+        if (!item || !m_preview)
+            return;
+        SetSwatch(m_preview->Color(SelectedKey(), 0));
+        Command3->setEnabled(true);
+    });
+    connect(Command3, &QPushButton::clicked, this, &frmOptions::PickColor);
+    connect(Command4, &QPushButton::clicked, this, &frmOptions::RestoreDefaults);
+    connect(Command1, &QPushButton::clicked, this, &frmOptions::Apply);
+    connect(Command2, &QPushButton::clicked, this, [this] { forms::Unload(this); });
+    connect(Timer1, &QTimer::timeout, this, [this] {
+        if (m_loaded && m_renderer) {
+            m_renderer->Draw(true);
+            m_renderer->Present();
+        }
+    });
+    forms::Add(this);
+
+    // Loading, in order.
+    Slider1->setValue(modrender::AlphaLevel);
+    Label1[1]->setText(u"Level %1 of 255"_s.arg(modrender::AlphaLevel));
+    Check1->setChecked(modrender::AlphaEffects);
+    EnableAlphaControls(modrender::AlphaEffects);
+    Check2->setChecked(g_ShowMouseHover);
+    Check3->setChecked(g_TroubleDefaultCurrent);
+    Check3->setText(TroubleDefaultCaption(g_TroubleByDefault, g_TroubleDefaultCurrent));
+    adjustSize();
+    modMain::RestoreWindowPosition(this);
+    PauseWithEvents(10, true);
+
+    m_preview = std::make_unique<r_data>();
+    m_preview->LoadColors();
+    m_preview->SetMainText(u"maintext"_s);
+    m_preview->SetCornerText(r_data::Corner::TopLeft, u"tltext"_s);
+    m_preview->SetCornerText(r_data::Corner::TopRight, u"trtext"_s);
+    m_preview->SetCornerText(r_data::Corner::BottomLeft, u"bltext"_s);
+    m_preview->SetCornerText(r_data::Corner::BottomRight, u"brtext"_s);
+    m_renderer = std::make_unique<r_renderer>();
+    m_renderer->Initialize(Picture2, Picture2->Surface(), m_preview.get(), 50.0f, 0, 0, 0);
+    Log(u" .. frmOptions renderer loaded/n"_s);
+
+    LV->clear();
+    for (size_t i = 1; i < m_preview->Colors().size(); ++i)
+        LV->addItem(QString(m_preview->Colors()[i].name).replace(u'_', u' '));
+    m_loaded = true;
+    RedrawPreview();
+    Timer1->start(100);
+}
+
+frmOptions::~frmOptions() = default;
+
+void frmOptions::SelectTab(int tab)
+{
+    for (QWidget *page : Picture1)
+        page->hide();
+    Picture1[qBound(0, tab, 1)]->show();
+    if (ts->currentIndex() != tab)
+        ts->setCurrentIndex(tab);
+}
+
+void frmOptions::EnableAlphaControls(bool enabled)
+{
+    const bool on = enabled && g_OsAlpha;
+    Frame1->setEnabled(on);
+    Slider1->setEnabled(on);
+    for (QLabel *label : Label1)
+        label->setEnabled(on);
+}
+
+void frmOptions::TroubleDefaultReleased()
+{
+    if (!m_loaded || g_ShuffleRunning) {
+        Check3->setChecked(g_TroubleDefaultCurrent);
+        return;
+    }
+    const bool wanted = Check3->isChecked();
+    if (wanted == g_TroubleDefaultCurrent) {
+        // Back to the value in force: the latch is undone without a question.
+        g_TroubleByDefault = wanted;
+        Check3->setText(TroubleDefaultCaption(g_TroubleByDefault, g_TroubleDefaultCurrent));
+        return;
+    }
+    const MsgResult answer = MsgBox(u"Persistency"_s,
+                                    u"You can enforce this change immediately or at the program's "
+                                    "next run. If you enforce it "
+                                    "immediately, then all cards' trouble status will be reset."_s,
+                                    MsgIcon::Question, MsgButtons::YesNoCancel);
+    if (answer == MsgResult::Yes) {
+        g_TroubleDefaultCurrent = wanted;
+        g_TroubleByDefault = wanted;
+        for (Card &card : g_Deck.cards())
+            card.trouble = wanted ? kCardTrue : kCardFalse;
+        if (modrender::Metrics())
+            modrender::ShowCurrentCard();
+        Check3->setText(TroubleDefaultCaption(wanted, wanted));
+        frmMain::Instance()->Check2->SetChecked(wanted);
+    } else if (answer == MsgResult::No) {
+        g_TroubleByDefault = wanted;
+        Check3->setText(TroubleDefaultCaption(g_TroubleByDefault, g_TroubleDefaultCurrent));
+        Check3->setChecked(g_TroubleDefaultCurrent);
+    } else {
+        Check3->setChecked(g_TroubleDefaultCurrent);
+    }
+}
+
+QString frmOptions::SelectedKey() const
+{
+    const QListWidgetItem *item = LV->currentItem();
+    return item ? QString(item->text()).replace(u' ', u'_') : QString();
+}
+
+void frmOptions::SetSwatch(quint32 color)
+{
+    m_swatch = color;
+    Command3->setStyleSheet(u"QPushButton { background-color: %1; color: %2; }"_s.arg(
+            colorName(color),
+            qGray(int(color & 0xFF), int((color >> 8) & 0xFF), int((color >> 16) & 0xFF)) > 128
+                    ? u"black"_s
+                    : u"white"_s));
+}
+
+void frmOptions::PickColor()
+{
+    if (!m_preview || SelectedKey().isEmpty())
+        return;
+    Command3->setEnabled(false);
+    GCommonDialog dialog;
+    dialog.SetColor(m_swatch);
+    if (dialog.ShowColor()) {
+        SetSwatch(dialog.Color());
+        m_preview->SetColor(SelectedKey(), dialog.Color());
+    }
+    Command3->setEnabled(true);
+    RedrawPreview();
+}
+
+void frmOptions::RestoreDefaults()
+{
+    if (!m_preview)
+        return;
+    m_preview->ColorDefaults();
+    if (!SelectedKey().isEmpty())
+        SetSwatch(m_preview->Color(SelectedKey(), 0));
+    RedrawPreview();
+}
+
+void frmOptions::RedrawPreview()
+{
+    if (m_renderer)
+        m_renderer->Draw(true);
+}
+
+void frmOptions::Apply()
+{
+    if (Check4->isChecked())
+        modMain::RequestMasterReset();
+    if (m_preview)
+        m_preview->WriteColors();
+    if (r_data *main = modrender::Metrics()) {
+        main->ReadColors();
+        if (r_renderer *renderer = modrender::Renderer()) {
+            renderer->Draw(true);
+            renderer->Present();
+        }
+        modrender::ApplySchemeToMainWindow();
+    }
+    forms::Unload(this);
+}
+
+void frmOptions::reject()
+{
+    forms::Unload(this); // Escape closes without applying
+}
+
+void frmOptions::OnUnload()
+{
+    Timer1->stop();
+    Log(u" .. frmOptions renderer halted/n"_s);
+    if (m_renderer)
+        m_renderer->Release(false);
+    m_renderer.reset();
+    modMain::SaveWindowPosition(this, false);
+}

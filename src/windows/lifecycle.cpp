@@ -1,0 +1,25 @@
+#include "windows/lifecycle.h"
+
+namespace {
+
+class NoLifecycle final : public ProgramLifecycle
+{
+public:
+    void DestroySystem(qint16, bool) override {}
+    void StartNewSession() override {}
+};
+
+NoLifecycle g_none;
+ProgramLifecycle *g_spine = &g_none;
+
+} // namespace
+
+ProgramLifecycle &lifecycle()
+{
+    return *g_spine;
+}
+
+void SetLifecycle(ProgramLifecycle *spine)
+{
+    g_spine = spine ? spine : &g_none;
+}

@@ -1,0 +1,430 @@
+#include "core/osversion.h"
+#include "drawing/cmemdc.h"
+#include "drawing/logicalfont.h"
+#include "drawing/r_renderer.h"
+#include "drawing/windowsurface.h"
+#include "settings/r_data.h"
+#include "screens.h"
+#include "testsupport.h"
+
+#include <QGuiApplication>
+#include <QPalette>
+#include <QRegularExpression>
+
+using namespace Qt::Literals::StringLiterals;
+
+namespace {
+
+// 0x00BBGGRR as stored; qRgb for comparisons with image pixels.
+QRgb rgb(quint32 ole)
+{
+    return qRgb(int(ole & 0xFF), int((ole >> 8) & 0xFF), int((ole >> 16) & 0xFF));
+}
+
+int distance(QRgb a, QRgb b)
+{
+    return qMax(qAbs(qRed(a) - qRed(b)), qMax(qAbs(qGreen(a) - qGreen(b)), qAbs(qBlue(a) - qBlue(b))));
+}
+
+// The bounding box of the pixels that satisfy a test.
+QRect boxOf(const QImage &image, const std::function<bool(QRgb)> &test)
+{
+    QRect box;
+    for (int y = 0; y < image.height(); ++y)
+        for (int x = 0; x < image.width(); ++x)
+            if (test(image.pixel(x, y)))
+                box |= QRect(x, y, 1, 1);
+    return box;
+}
+
+constexpr QRgb kMarker = 0xFF13A7C1; // a colour the card never uses
+
+// A window's picture, sized as the study window uses it, with its renderer.
+struct CardWindow
+{
+    QObject window;
+    WindowSurface surface {QColor::fromRgb(kMarker)};
+    r_data metrics;
+    r_renderer renderer;
+
+    CardWindow(int width, int height, int heightTrim)
+    {
+        surface.Resize(QSize(width, height));
+        metrics.ColorDefaults();
+        renderer.Initialize(&window, &surface, &metrics, 50.0f, 0, heightTrim, 0);
+    }
+    const QImage &picture() const { return surface.image(); }
+};
+
+} // namespace
+
+class DrawingTest : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void initTestCase() { InstallFontSubstitutes(); }
+    void cleanup()
+    {
+        SetOsVersionOverride(std::nullopt);
+        SetMainRenderer(nullptr);
+    }
+
+    void gradientPaths_data()
+    {
+        QTest::addColumn<int>("versionCode");
+        QTest::addColumn<QRgb>("left");
+        QTest::addColumn<QRgb>("centre");
+        QTest::addColumn<QRgb>("right");
+        QTest::addColumn<QRgb>("pastEnd");
+        // Black to white over x = 0..100 on a surface 102 wide.
+        QTest::newRow("system fill") << 500 << qRgb(0, 0, 0) << qRgb(128, 128, 128) << qRgb(252, 252, 252)
+                                     << kMarker; // end column not painted
+        QTest::newRow("hand-painted, mirrored")
+                << 410 << qRgb(255, 255, 255) << qRgb(128, 128, 128) << qRgb(0, 0, 0) << kMarker;
+    }
+    void gradientPaths()
+    {
+        QFETCH(int, versionCode);
+        QFETCH(QRgb, left);
+        QFETCH(QRgb, centre);
+        QFETCH(QRgb, right);
+        QFETCH(QRgb, pastEnd);
+        SetOsVersionOverride(OsVersion {versionCode / 100, versionCode % 100, 0});
+        WindowSurface window(QColor::fromRgb(kMarker));
+        window.Resize(QSize(102, 10));
+        cMemDC dc;
+        int w = 102, h = 10;
+        dc.Create(w, h, &window, &window); // drawing straight into the window's picture
+        QCOMPARE(dc.OsVersionCode(), versionCode);
+        dc.Gradient(0, 0, 100, 10, 0x000000, 0xFFFFFF, false);
+        const QImage &img = dc.Image();
+        QCOMPARE(img.pixel(0, 5), left);
+        QCOMPARE(img.pixel(50, 5), centre);
+        QCOMPARE(img.pixel(versionCode >= 411 ? 99 : 100, 5), right);
+        QCOMPARE(img.pixel(101, 5), pastEnd);
+        QCOMPARE(img.pixel(50, 9), centre); // every row
+    }
+
+    void blendHalvesToEven_data()
+    {
+        QTest::addColumn<quint32>("a");
+        QTest::addColumn<quint32>("b");
+        QTest::addColumn<double>("t");
+        QTest::addColumn<quint32>("blend");
+        QTest::newRow("t = 0 gives colour2") << 0x102030u << 0xA0B0C0u << 0.0 << 0xA0B0C0u;
+        QTest::newRow("t = 1 gives colour1") << 0x102030u << 0xA0B0C0u << 1.0 << 0x102030u;
+        QTest::newRow("0.5 rounds down to even") << 0x000001u << 0u << 0.5 << 0u;
+        QTest::newRow("1.5 rounds up to even") << 0x000003u << 0u << 0.5 << 0x000002u;
+        QTest::newRow("quarter of white") << 0xFFFFFFu << 0u << 0.25 << 0x404040u;
+        QTest::newRow("three parts colour, one white") << 0xFF0000u << 0xFFFFFFu << 0.75 << 0xFF4040u;
+    }
+    void blendHalvesToEven()
+    {
+        QFETCH(quint32, a);
+        QFETCH(quint32, b);
+        QFETCH(double, t);
+        QFETCH(quint32, blend);
+        QCOMPARE(cMemDC::BlendColour(a, b, t), blend);
+    }
+
+    void rectanglesExcludeTheirFarEdges()
+    {
+        WindowSurface window(Qt::black);
+        window.Resize(QSize(10, 10));
+        cMemDC dc;
+        int w = 10, h = 10;
+        dc.Create(w, h, &window, &window);
+        dc.FillRect(2, 2, 5, 5, 0x0000FF);
+        QCOMPARE(dc.Image().pixel(4, 4), qRgb(255, 0, 0));
+        QCOMPARE(dc.Image().pixel(5, 5), qRgb(0, 0, 0));
+        dc.FillRect(5, 5, 2, 2, 0x00FF00); // reversed: nothing
+        QCOMPARE(dc.Image().pixel(3, 3), qRgb(255, 0, 0));
+        dc.Rectangle(0, 0, 10, 10, 0xFFFFFF, 0x00FF00);
+        QCOMPARE(dc.Image().pixel(0, 0), qRgb(255, 255, 255));
+        QCOMPARE(dc.Image().pixel(9, 9), qRgb(255, 255, 255));
+        QCOMPARE(dc.Image().pixel(1, 1), qRgb(0, 255, 0));
+        // Colours with the high bit set are the system's: 5 is the window colour.
+        QCOMPARE(cMemDC::TranslateColor(0x12345678u), 0x345678u);
+        const QColor base = QGuiApplication::palette().color(QPalette::Base);
+        QCOMPARE(cMemDC::TranslateColor(0x80000005u), quint32(base.red() | base.green() << 8 | base.blue() << 16));
+    }
+
+    void textMeasures()
+    {
+        cMemDC dc;
+        QCOMPARE(dc.TextWidth(u"not created"_s), 0);
+        int w = 200, h = 50;
+        dc.Create(w, h);
+        LogicalFont font;
+        font.size = 12;
+        dc.SetFont(font);
+        int l = 10, t = 20, r = 11, b = 21;
+        const int height = dc.DrawText(u"Guten Morgen"_s, l, t, r, b, cMemDC::DT_CALCRECT | cMemDC::DT_SINGLELINE);
+        QCOMPARE(l, 10);
+        QCOMPARE(t, 20);
+        QCOMPARE(r - l, dc.TextWidth(u"Guten Morgen"_s));
+        QCOMPARE(b - t, dc.TextHeight(u"Guten Morgen"_s));
+        QCOMPARE(height, b - t);
+        QVERIFY(r - l > 50);
+        QCOMPARE(font.pixelHeight(), 16);
+    }
+
+    void emptySurfacesDrawNothing()
+    {
+        WindowSurface window(QColor::fromRgb(kMarker));
+        window.Resize(QSize(20, 20));
+        cMemDC never;
+        never.FillRect(0, 0, 20, 20, 0);
+        never.Blit(&window);
+        cMemDC zero;
+        int w = 0, h = 5;
+        zero.Create(w, h, &window);
+        QVERIFY(zero.IsValid());
+        zero.FillRect(0, 0, 20, 20, 0);
+        zero.Gradient(0, 0, 20, 20, 0, 0xFFFFFF, false);
+        zero.Blit();
+        zero.AlphaBlit(nullptr, 0, 0, 0, 0, 0, 0, 128);
+        QCOMPARE(window.image().pixel(10, 10), kMarker);
+    }
+
+    void alphaCopies_data()
+    {
+        QTest::addColumn<int>("alpha");
+        QTest::addColumn<QRgb>("result");
+        QTest::newRow("255 is a plain copy") << 255 << qRgb(200, 100, 50);
+        QTest::newRow("0 leaves the window") << 0 << qRgb(0, 0, 0);
+        QTest::newRow("90 moves 90/255 of the way") << 90 << qRgb(71, 35, 18);
+    }
+    void alphaCopies()
+    {
+        QFETCH(int, alpha);
+        QFETCH(QRgb, result);
+        WindowSurface window(Qt::black);
+        window.Resize(QSize(8, 8));
+        cMemDC dc;
+        int w = 8, h = 8;
+        dc.Create(w, h, &window);
+        dc.FillRect(0, 0, 8, 8, 0x3264C8);
+        dc.AlphaBlit(nullptr, 0, 0, 0, 0, 0, 0, alpha);
+        QVERIFY(distance(window.image().pixel(3, 3), result) <= 1);
+    }
+
+    void rendererLogsItsSetup()
+    {
+        TestEnvironment env;
+        CardWindow card(640, 480, 60);
+        const QStringList lines = env.logLines().mid(2); // after the colour defaults
+        QCOMPARE(lines.size(), 9);
+        QCOMPARE(lines[0], u"initializing renderer/n"_s);
+        const QRegularExpression hexLine(u"^( \\.\\. using DC @ 0x| \\.\\. using window @ 0x)[0-9A-F]+/n$"_s);
+        QVERIFY(hexLine.match(lines[1]).hasMatch());
+        QVERIFY(lines[1].endsWith(QString::number(card.surface.handle(), 16).toUpper() + u"/n"_s));
+        QVERIFY(lines[2].endsWith(QString::number(quintptr(&card.window), 16).toUpper() + u"/n"_s));
+        QCOMPARE(lines[3], u" .. using window size of ( 640 , 480 )/n"_s);
+        QCOMPARE(lines[4], u" .. using modded window size of ( 640 , 420 )/n"_s);
+        QCOMPARE(lines[5],
+                 u" .. using r_data class @ "_s + QString::number(quintptr(&card.metrics), 16).toUpper() + u"/n"_s);
+        QCOMPARE(lines[6], u" .. set refresh rate to 50 msec/n"_s);
+        QVERIFY(QRegularExpression(u"^ \\.\\. using ZEL DC drawing class @ [0-9A-F]+/n$"_s).match(lines[7]).hasMatch());
+        QCOMPARE(lines[8], u"renderer initialized ok/n"_s);
+
+        env.log->clear();
+        card.renderer.Release(true);
+        QCOMPARE(env.logLines(), QStringList({u"renderer going down/n"_s, u" .. renderer released ok/n"_s}));
+        QVERIFY(!card.renderer.Surface());
+        card.renderer.Present(); // a late tick does nothing
+    }
+
+    void cardFace_data()
+    {
+        QTest::addColumn<int>("versionCode");
+        QTest::addColumn<QList<QPoint>>("blueAt");
+        QTest::addColumn<QList<QPoint>>("blackAt");
+        // Body black at both sides and blue at the centre (M = 320); the separator
+        // 60 rows above the bottom runs the other way. Older systems mirror it all.
+        QTest::newRow("system gradient") << 500 << QList<QPoint> {{320, 5}, {319, 5}, {0, 420}}
+                                         << QList<QPoint> {{0, 5}, {639, 5}, {320, 420}, {0, 419}};
+        QTest::newRow("hand-painted") << 410 << QList<QPoint> {{0, 5}, {639, 5}, {320, 420}}
+                                      << QList<QPoint> {{320, 5}, {0, 420}};
+    }
+    void cardFace()
+    {
+        QFETCH(int, versionCode);
+        QFETCH(QList<QPoint>, blueAt);
+        QFETCH(QList<QPoint>, blackAt);
+        TestEnvironment env;
+        SetOsVersionOverride(OsVersion {versionCode / 100, versionCode % 100, 0});
+        CardWindow card(640, 480, 60);
+        card.metrics.SetMainText(u"der Bahnhof"_s);
+        card.renderer.Draw(true);
+        for (const QPoint &p : blueAt)
+            QVERIFY2(distance(card.picture().pixel(p), rgb(14570825)) <= 3,
+                     qPrintable(u"%1,%2"_s.arg(p.x()).arg(p.y())));
+        for (const QPoint &p : blackAt)
+            QVERIFY2(distance(card.picture().pixel(p), qRgb(0, 0, 0)) <= 3,
+                     qPrintable(u"%1,%2"_s.arg(p.x()).arg(p.y())));
+        if (versionCode >= 411)
+            QVERIFY(distance(card.picture().pixel(160, 5), qRgb(37, 43, 111)) <= 1);
+    }
+
+    void rowsBelowTheSeparatorAreNeverPainted()
+    {
+        TestEnvironment env;
+        CardWindow card(200, 200, 60);
+        card.metrics.SetColor(u"backcolor_a"_s, 0xFFFFFF);
+        card.metrics.SetColor(u"backcolor_b"_s, 0xFFFFFF);
+        card.metrics.SetMainText(u"x"_s);
+        card.renderer.Draw(true);
+        const QImage &surface = card.renderer.Surface()->Image();
+        QCOMPARE(surface.pixel(0, 140), qRgb(255, 255, 255)); // the separator
+        QCOMPARE(surface.pixel(0, 141), qRgb(0, 0, 0));       // as the surface was made
+        QCOMPARE(surface.pixel(199, 199), qRgb(0, 0, 0));
+    }
+
+    void mainTextShadowSitsUpAndLeft()
+    {
+        TestEnvironment env;
+        CardWindow card(400, 200, 0);
+        card.metrics.SetColor(u"backcolor_b"_s, 0);             // a black card
+        card.metrics.SetColor(u"main_text_shadow"_s, 0x0000FF); // red
+        card.metrics.SetMainText(u"Schatten"_s);
+        card.renderer.Draw(true);
+        const QImage &img = card.picture();
+        const QRect text = boxOf(img, [](QRgb p) { return qGreen(p) > 0 && qBlue(p) > 0; });
+        const QRect shadow = boxOf(img, [](QRgb p) { return qRed(p) > 0 && qGreen(p) == 0 && qBlue(p) == 0; });
+        QVERIFY(!text.isEmpty());
+        QCOMPARE(shadow.topLeft(), text.topLeft() - QPoint(1, 1));
+        // Centred in the card.
+        QVERIFY(qAbs(text.center().x() - 200) <= 3);
+        QVERIFY(qAbs(text.center().y() - 100) <= 3);
+    }
+
+    void fontSizeFits_data()
+    {
+        QTest::addColumn<QString>("text");
+        QTest::addColumn<int>("size");
+        QTest::newRow("short text at 17") << u"Hund"_s << 17;
+        QTest::newRow("too wide at 8 gives 7") << QString(200, u'W') << 7;
+    }
+    void fontSizeFits()
+    {
+        QFETCH(QString, text);
+        QFETCH(int, size);
+        TestEnvironment env;
+        CardWindow card(640, 480, 60);
+        LogicalFont font;
+        font.bold = true;
+        QCOMPARE(card.renderer.FitFontSize(text, QRect(2, 0, 636, 420), font), size);
+        QCOMPARE(font.size, double(size));
+    }
+
+    void fadeIn()
+    {
+        TestEnvironment env;
+        g_OsAlpha = true;
+        modrender::AlphaEffects = true;
+        modrender::AlphaLevel = 90;
+        CardWindow card(120, 60, 0);
+        card.metrics.SetColor(u"backcolor_a"_s, 0xFFFFFF);
+        card.metrics.SetColor(u"backcolor_b"_s, 0xFFFFFF);
+        card.metrics.SetMainText(u"."_s);
+        card.surface.image().fill(Qt::black);
+        card.renderer.Draw(true); // the first present blends once
+        const QPoint at(3, 30);
+        QVERIFY(distance(card.picture().pixel(at), qRgb(90, 90, 90)) <= 1);
+        int previous = distance(card.picture().pixel(at), qRgb(255, 255, 255));
+        for (int tick = 0; tick < 30; ++tick) {
+            card.renderer.Present();
+            const int now = distance(card.picture().pixel(at), qRgb(255, 255, 255));
+            QVERIFY(now <= previous);
+            previous = now;
+        }
+        QVERIFY(previous <= 2);
+
+        // Level 0: the window never changes; level 255: a plain copy.
+        card.metrics.SetColor(u"backcolor_a"_s, 0);
+        card.metrics.SetColor(u"backcolor_b"_s, 0);
+        modrender::AlphaLevel = 0;
+        const QImage before = card.picture().copy();
+        card.renderer.Draw(true);
+        QCOMPARE(card.picture(), before);
+        modrender::AlphaLevel = 255;
+        card.renderer.Present();
+        QCOMPARE(card.picture(), card.renderer.Surface()->Image());
+    }
+
+    void presentsOnlyWhatItShould()
+    {
+        TestEnvironment env;
+        g_OsAlpha = true;
+        modrender::AlphaEffects = true;
+        modrender::AlphaLevel = 10;
+        CardWindow card(160, 80, 0);
+        card.metrics.SetCornerText(r_data::Corner::TopLeft, u"corner"_s);
+        // An empty main text paints and presents nothing, corners or not.
+        card.renderer.Draw(true);
+        card.renderer.Draw(false);
+        QCOMPARE(card.picture().pixel(80, 40), kMarker);
+        // Without the main text the frame is copied plainly, never blended.
+        card.metrics.SetMainText(u"main"_s);
+        card.renderer.Draw(false);
+        QCOMPARE(card.picture(), card.renderer.Surface()->Image());
+    }
+
+    void cornersShowWhenTheirFlagIsSet()
+    {
+        TestEnvironment env;
+        CardWindow card(300, 100, 0);
+        card.metrics.SetColor(u"backcolor_b"_s, 0);
+        card.metrics.SetMainText(u" "_s);
+        card.metrics.SetCornerText(r_data::Corner::TopLeft, u"WWWW"_s);
+        card.metrics.SetCornerText(r_data::Corner::BottomRight, u"WWWW"_s);
+        card.metrics.SetCornerShown(r_data::Corner::BottomRight, false);
+        card.renderer.Draw(false);
+        auto white = [](QRgb p) { return qGreen(p) > 128; };
+        const QRect topLeft = boxOf(card.picture().copy(0, 0, 150, 50), white);
+        QVERIFY(!topLeft.isEmpty());
+        QVERIFY(topLeft.left() >= 2 && topLeft.left() <= 4); // 2 pixels in from the edge
+        QVERIFY(boxOf(card.picture().copy(150, 50, 150, 50), white).isEmpty());
+    }
+
+    void refreshTimerPresentsTheMainRenderer()
+    {
+        TestEnvironment env;
+        CardWindow card(100, 50, 0);
+        card.metrics.SetMainText(u"x"_s);
+        card.renderer.Draw(true);
+        card.surface.image().fill(kMarker); // as if the window were painted over
+        SetMainRenderer(&card.renderer);
+        card.renderer.StartRefresh();
+        QVERIFY(card.renderer.IsRefreshing());
+        QTRY_COMPARE(card.picture().pixel(50, 2), card.renderer.Surface()->Image().pixel(50, 2));
+        card.renderer.StopRefresh();
+        QVERIFY(!card.renderer.IsRefreshing());
+
+        g_SuppressRefresh = true;
+        card.renderer.StartRefresh();
+        QVERIFY(!card.renderer.IsRefreshing());
+    }
+
+    // Not a check: renders the card as the study window shows it, for people
+    // to look at (build/…/screens/card-640x480.png).
+    void renderCardForReview()
+    {
+        TestEnvironment env;
+        CardWindow card(640, 480, 60);
+        card.metrics.SetMainText(u"der Bahnhof"_s);
+        card.metrics.SetCornerText(r_data::Corner::TopLeft, u"showing card 3 of 37; 5 trouble cards"_s);
+        card.metrics.SetCornerText(r_data::Corner::TopRight, u"Times viewed: 2"_s);
+        card.metrics.SetCornerText(r_data::Corner::BottomLeft, u"Right click anywhere for menu"_s);
+        card.metrics.SetCornerText(r_data::Corner::BottomRight, u"from 'German 3: Travel and Getting Around'"_s);
+        card.surface.image().fill(Qt::black);
+        card.renderer.Draw(false);
+        card.renderer.Draw(true);
+        QVERIFY(SaveScreenshot(card.picture(), u"card-640x480.png"_s));
+    }
+};
+
+QTEST_MAIN(DrawingTest)
+#include "tst_drawing.moc"

@@ -1,0 +1,483 @@
+#include "uitestsupport.h"
+#include "windows/cardlistmodel.h"
+#include "windows/frmfind.h"
+#include "windows/frmoptions.h"
+#include "windows/frmprogress.h"
+#include "windows/frmviewer.h"
+
+#include <QAbstractItemModelTester>
+#include <QElapsedTimer>
+#include <QLabel>
+#include <QListWidget>
+#include <QRegularExpression>
+#include <QSlider>
+#include <QTabBar>
+#include <QTreeView>
+
+using namespace Qt::Literals::StringLiterals;
+
+namespace {
+
+struct Words
+{
+    const char16_t *question;
+    const char16_t *answer;
+};
+
+const Words kCards[] = {
+        {u"das Haus", u"the house"}, {u"die Hausaufgabe", u"homework"}, {u"der Haushalt", u"household"},
+        {u"die Maus", u"the mouse"}, {u"Mousepad", u"mouse pad"},       {u"das Gras", u"grass"},
+};
+
+// A study session as after loading chapters: the settings file, the deck
+// above and the study window showing its first card.
+void startStudying(TestEnvironment &env)
+{
+    g_BaseDirectory = env.home();
+    g_MasterDb = std::make_unique<ikorvalite>();
+    QVERIFY(g_MasterDb->Mount(env.path(u"sys.zel"_s), false));
+    r_data defaults;
+    defaults.ColorDefaults();
+    defaults.WriteColors();
+    std::vector<std::pair<QString, QString>> cards;
+    for (const Words &w : kCards)
+        cards.emplace_back(QString::fromUtf16(w.question), QString::fromUtf16(w.answer));
+    StudyDeck(cards);
+    modrender::ShowFirstCard();
+}
+
+QList<int> listedOrdinals()
+{
+    QList<int> out;
+    CardListModel *model = frmViewer::Instance()->Cards();
+    for (int r = 0; r < model->rowCount(); ++r)
+        out << model->index(r, CardListModel::Ordinal).data().toInt();
+    return out;
+}
+
+bool isBold(int row, int column)
+{
+    return frmViewer::Instance()->Cards()->index(row, column).data(Qt::FontRole).value<QFont>().bold();
+}
+
+} // namespace
+
+class DialogsTest : public QObject
+{
+    Q_OBJECT
+
+    std::unique_ptr<TestEnvironment> m_env;
+
+private Q_SLOTS:
+    void initTestCase() { InstallFontSubstitutes(); }
+
+    void init()
+    {
+        m_env = std::make_unique<TestEnvironment>();
+        startStudying(*m_env);
+    }
+
+    void cleanup()
+    {
+        UnloadAllForms();
+        frmFind::SetCrashHandler({});
+        m_env.reset();
+    }
+
+    void search_data()
+    {
+        QTest::addColumn<QString>("typed");
+        QTest::addColumn<bool>("inQuestions");
+        QTest::addColumn<bool>("inAnswers");
+        QTest::addColumn<bool>("matchCase");
+        QTest::addColumn<QList<int>>("ordinals");
+        QTest::newRow("trimmed, any case, inside words")
+                << u"  HAUS "_s << true << true << false << QList<int> {1, 2, 3};
+        QTest::newRow("case kept") << u"Haus"_s << true << true << true << QList<int> {1, 2, 3};
+        QTest::newRow("case kept, other case") << u"haus"_s << true << true << true << QList<int> {};
+        QTest::newRow("case kept, part of words") << u"aus"_s << true << true << true << QList<int> {1, 2, 3, 4};
+        QTest::newRow("answers only") << u"house"_s << false << true << false << QList<int> {1, 3};
+        QTest::newRow("questions only") << u"house"_s << true << false << false << QList<int> {};
+        QTest::newRow("both columns, listed once") << u"mouse"_s << true << true << false << QList<int> {4, 5};
+        QTest::newRow("neither column") << u"haus"_s << false << false << false << QList<int> {};
+    }
+    void search()
+    {
+        QFETCH(QString, typed);
+        QFETCH(bool, inQuestions);
+        QFETCH(bool, inAnswers);
+        QFETCH(bool, matchCase);
+        QFETCH(QList<int>, ordinals);
+        frmFind *find = frmFind::Instance();
+        find->Text2->setText(typed);
+        find->Check1->setChecked(inQuestions);
+        find->Check2->setChecked(inAnswers);
+        find->Check3->setChecked(matchCase);
+        m_env->log->clear();
+        QTest::mouseClick(find->Command5, Qt::LeftButton);
+
+        QCOMPARE(find->Text2->text(), typed.trimmed()); // written back
+        QCOMPARE(listedOrdinals(), ordinals);
+        const QString caption = frmViewer::Instance()->windowTitle();
+        QVERIFY2(QRegularExpression(
+                         u"^Item Viewer - \\[found %1 items in \\d+\\.\\d{7} seconds\\]$"_s.arg(ordinals.size()))
+                         .match(caption)
+                         .hasMatch(),
+                 qPrintable(caption));
+        QCOMPARE(m_env->logLines().size(), 1);
+        QVERIFY(QRegularExpression(u"^ \\.\\. search took \\d+\\.\\d{7} msec to find %1 hits/n$"_s.arg(ordinals.size()))
+                        .match(m_env->logLines().first())
+                        .hasMatch());
+    }
+
+    void matchesAreBold()
+    {
+        frmFind *find = frmFind::Instance();
+        find->Text2->setText(u"mouse"_s);
+        find->Search();
+        // "Mousepad" / "mouse pad" matched in both columns; "die Maus" only in its answer.
+        QCOMPARE(listedOrdinals(), QList<int>({4, 5}));
+        QVERIFY(!isBold(0, CardListModel::Question));
+        QVERIFY(isBold(0, CardListModel::Answer));
+        QVERIFY(isBold(1, CardListModel::Question));
+        QVERIFY(isBold(1, CardListModel::Answer));
+        QVERIFY(!isBold(1, CardListModel::Chapter));
+    }
+
+    void everyCardForStarOrNothing_data()
+    {
+        QTest::addColumn<QString>("typed");
+        QTest::newRow("star") << u"*"_s;
+        QTest::newRow("empty") << QString();
+        QTest::newRow("blanks") << u"   "_s;
+    }
+    void everyCardForStarOrNothing()
+    {
+        QFETCH(QString, typed);
+        frmFind *find = frmFind::Instance();
+        find->Text2->setText(typed);
+        find->Search();
+        QCOMPARE(listedOrdinals(), QList<int>({1, 2, 3, 4, 5, 6, 7})); // the empty slot too
+        QCOMPARE(frmViewer::Instance()->windowTitle(), u"Item Viewer"_s);
+        frmMain::Existing()->ViewAllCards();
+        QCOMPARE(listedOrdinals().size(), 7);
+    }
+
+    void jumpToCard_data()
+    {
+        QTest::addColumn<QString>("typed");
+        QTest::addColumn<int>("current");
+        QTest::newRow("a card") << u"3"_s << 2;
+        QTest::newRow("the last") << u"6"_s << 5;
+        QTest::newRow("with blanks") << u" 4 "_s << 3;
+        QTest::newRow("not a number") << u"drei"_s << 0;
+        QTest::newRow("zero") << u"0"_s << 0;
+        QTest::newRow("past the range") << u"7"_s << 0;
+        QTest::newRow("negative") << u"-2"_s << 0;
+    }
+    void jumpToCard()
+    {
+        QFETCH(QString, typed);
+        QFETCH(int, current);
+        frmFind *find = frmFind::Instance();
+        QCOMPARE(find->Label1->text(), u"(1 - 6)"_s);
+        const qint16 viewsBefore = g_Deck[current].timesViewed;
+        find->Text1->setText(typed);
+        find->Command3->click();
+        QCOMPARE(int(modrender::CurrentCard), current);
+        QVERIFY(m_env->prompter.boxes.empty());
+        if (current != 0) {
+            QCOMPARE(g_Deck[current].timesViewed, qint16(viewsBefore + 1));
+            QCOMPARE(modrender::Metrics()->CornerText(r_data::Corner::TopLeft),
+                     u"showing card %1 of 6"_s.arg(current + 1));
+        }
+    }
+
+    void rowClickShowsTheCard()
+    {
+        frmViewer *viewer = frmViewer::Instance();
+        viewer->FillItemViewer();
+        viewer->RowClicked(viewer->Cards()->index(4, CardListModel::Question));
+        QCOMPARE(int(modrender::CurrentCard), 4);
+        QCOMPARE(g_Deck[4].timesViewed, qint16(1));
+        // A jump: the status line has no trouble count.
+        QCOMPARE(modrender::Metrics()->CornerText(r_data::Corner::TopLeft), u"showing card 5 of 6"_s);
+        QCOMPARE(modrender::Metrics()->MainText(), u"Mousepad"_s);
+        // The list shows the new count at once.
+        QCOMPARE(viewer->Cards()->index(4, CardListModel::TimesViewed).data().toInt(), 1);
+        QTest::keyClick(viewer, Qt::Key_Escape); // Escape closes it
+        QVERIFY(!forms::IsOpen(viewer));
+    }
+
+    void rowCheckBoxIsTheTroubleMark()
+    {
+        frmViewer *viewer = frmViewer::Instance();
+        viewer->FillItemViewer();
+        CardListModel *model = viewer->Cards();
+        const QModelIndex box = model->index(2, CardListModel::Ordinal);
+        QVERIFY(model->flags(box) & Qt::ItemIsUserCheckable);
+        QVERIFY(model->setData(box, Qt::Checked, Qt::CheckStateRole));
+        QVERIFY(g_Deck[2].isTrouble());
+        QCOMPARE(box.data(Qt::CheckStateRole).value<Qt::CheckState>(), Qt::Checked);
+        QVERIFY(model->setData(box, Qt::Unchecked, Qt::CheckStateRole));
+        QVERIFY(!g_Deck[2].isTrouble());
+        QVERIFY(!model->setData(model->index(2, CardListModel::Question), u"x"_s, Qt::EditRole));
+        QCOMPARE(int(modrender::CurrentCard), 0); // marking a card does not show it
+    }
+
+    void modelsPassTheModelTester()
+    {
+        CardListModel cards(g_Deck);
+        QAbstractItemModelTester testCards(&cards, QAbstractItemModelTester::FailureReportingMode::QtTest);
+        cards.SetRows({{0, true, false}, {3, false, true}});
+        cards.AddRow({5, true, true});
+        cards.setData(cards.index(1, 0), Qt::Checked, Qt::CheckStateRole);
+        cards.Clear();
+
+        MemoryListModel memory;
+        QAbstractItemModelTester testMemory(&memory, QAbstractItemModelTester::FailureReportingMode::QtTest);
+        memory.SetBlocks(CollectMemoryBlocks());
+        QVERIFY(memory.rowCount() > 7);
+    }
+
+    void memoryList()
+    {
+        QLocale::setDefault(QLocale(QLocale::English, QLocale::UnitedStates));
+        QCOMPARE(MemoryTotalText(12345), u"Total hunk memory usage: 00,012,345 bytes"_s);
+        QCOMPARE(MemoryTotalText(123456789), u"Total hunk memory usage: 123,456,789 bytes"_s);
+        frmFind *find = frmFind::Instance();
+        find->Text2->setText(u"show_mem_usage"_s);
+        find->Search();
+        frmViewer *viewer = frmViewer::Instance();
+        QCOMPARE(viewer->LV->model(), viewer->Memory());
+        QCOMPARE(viewer->Memory()->headerData(0, Qt::Horizontal, Qt::DisplayRole).toString(), u"Address"_s);
+        QCOMPARE(viewer->Memory()->headerData(1, Qt::Horizontal, Qt::DisplayRole).toString(), u"Width (bytes)"_s);
+        // The deck's records and every text are there: the first card's record
+        // at its real address.
+        const auto &blocks = viewer->Memory()->Blocks();
+        QCOMPARE(blocks[0].address, reinterpret_cast<quintptr>(&g_Deck[0]));
+        QCOMPARE(blocks[0].width, qint64(sizeof(Card)));
+        QCOMPARE(blocks[1].width, qint64(g_Deck[0].question.size() * 2));
+        QVERIFY(viewer->LoadingText() == MemoryTotalText(viewer->Memory()->Total()));
+        QLocale::setDefault(QLocale::c());
+    }
+
+    void crashWordAsksFirst()
+    {
+        int crashes = 0;
+        frmFind::SetCrashHandler([&] { ++crashes; });
+        frmFind *find = frmFind::Instance();
+        find->Text2->setText(u"cause_mem_crash"_s);
+        m_env->prompter.answers = {MsgResult::No};
+        find->Search();
+        QCOMPARE(crashes, 0);
+        QCOMPARE(m_env->prompter.boxes[0].text,
+                 u"Warning: this causes a very hard crash and should only be used for testing "
+                 "purposes. "
+                 "Are you sure you want to continue?"_s);
+        QCOMPARE(m_env->prompter.boxes[0].icon, MsgIcon::Exclamation);
+        QCOMPARE(m_env->prompter.boxes[0].buttons, MsgButtons::YesNo);
+        m_env->prompter.answers = {MsgResult::Yes};
+        m_env->log->clear();
+        find->Search();
+        QCOMPARE(crashes, 1);
+        QVERIFY(m_env->logLines().isEmpty()); // nothing more is written
+    }
+
+    void optionsLoad()
+    {
+        modrender::AlphaLevel = 77;
+        modrender::AlphaEffects = true;
+        g_OsAlpha = true;
+        g_ShowMouseHover = false;
+        m_env->log->clear();
+        frmOptions *options = frmOptions::Instance();
+        QCOMPARE(options->Slider1->value(), 77);
+        QVERIFY(options->Check1->isChecked());
+        QVERIFY(options->Slider1->isEnabled());
+        QVERIFY(!options->Check2->isChecked());
+        QVERIFY(m_env->logLines().contains(u" .. frmOptions renderer loaded/n"_s));
+        QCOMPARE(options->LV->count(), 12);
+        QCOMPARE(options->LV->item(2)->text(), u"main text shadow"_s);
+
+        options->Check1->click(); // alpha off: its controls greyed
+        QVERIFY(!modrender::AlphaEffects);
+        QVERIFY(!options->Slider1->isEnabled());
+        options->Slider1->setValue(200);
+        QCOMPARE(int(modrender::AlphaLevel), 200);
+        options->Check2->click();
+        QVERIFY(g_ShowMouseHover);
+
+        options->SelectTab(1);
+        QVERIFY(!options->Picture1[0]->isVisible() || !options->isVisible());
+        m_env->log->clear();
+        options->Command2->click();
+        FlushDeletes();
+        QVERIFY(!frmOptions::Existing());
+        QCOMPARE(m_env->logLines().first(), u" .. frmOptions renderer halted/n"_s);
+        QVERIFY(g_MasterDb->GetNumber(u"frmOptions.left"_s, 0).found);
+    }
+
+    void troubleDefaultLatch_data()
+    {
+        QTest::addColumn<MsgResult>("answer");
+        QTest::addColumn<bool>("current");
+        QTest::addColumn<bool>("saved");
+        QTest::addColumn<bool>("boxShows");
+        QTest::addColumn<QString>("caption");
+        QTest::newRow("yes: now") << MsgResult::Yes << true << true << true << u"Make cards trouble by default"_s;
+        QTest::newRow("no: next run") << MsgResult::No << false << true << false
+                                      << u"Make cards trouble by default (latched: True)"_s;
+        QTest::newRow("cancel") << MsgResult::Cancel << false << false << false << u"Make cards trouble by default"_s;
+    }
+    void troubleDefaultLatch()
+    {
+        QFETCH(MsgResult, answer);
+        QFETCH(bool, current);
+        QFETCH(bool, saved);
+        QFETCH(bool, boxShows);
+        QFETCH(QString, caption);
+        frmOptions *options = frmOptions::Instance();
+        QVERIFY(!options->Check3->isChecked());
+        m_env->prompter.answers = {answer};
+        options->Check3->click();
+        QCOMPARE(m_env->prompter.boxTitles(), QStringList(u"Persistency"_s));
+        QCOMPARE(m_env->prompter.boxes[0].buttons, MsgButtons::YesNoCancel);
+        QCOMPARE(g_TroubleDefaultCurrent, current);
+        QCOMPARE(g_TroubleByDefault, saved);
+        QCOMPARE(options->Check3->isChecked(), current); // shows the value in force
+        QCOMPARE(options->Check3->text(), caption);
+        QCOMPARE(frmMain::Existing()->Check2->Checked(), boxShows);
+        for (const Card &card : g_Deck.cards())
+            QCOMPARE(card.isTrouble(), current); // every slot, the empty one too
+    }
+
+    void latchSurvivesReopenAndUnlatches()
+    {
+        frmOptions *options = frmOptions::Instance();
+        m_env->prompter.answers = {MsgResult::No};
+        options->Check3->click();
+        forms::Unload(options);
+        FlushDeletes();
+        options = frmOptions::Instance();
+        QCOMPARE(options->Check3->text(), u"Make cards trouble by default (latched: True)"_s);
+        QVERIFY(!options->Check3->isChecked());
+        // Setting the box back to the value in force: no question, no latch.
+        m_env->prompter.boxes.clear();
+        options->Check3->setChecked(true);
+        options->Check3->click(); // off, equal to the value in force
+        QVERIFY(m_env->prompter.boxes.empty());
+        QVERIFY(!g_TroubleByDefault);
+        QCOMPARE(options->Check3->text(), u"Make cards trouble by default"_s);
+    }
+
+    void resetHappensOnlyAtExit()
+    {
+        frmOptions *options = frmOptions::Instance();
+        options->Check4->click();
+        QCOMPARE(m_env->prompter.boxTitles(), QStringList(u"Preferences"_s));
+        QCOMPARE(m_env->prompter.boxes[0].icon, MsgIcon::Information);
+        options->Check4->click(); // unchecking says nothing
+        QCOMPARE(m_env->prompter.boxes.size(), size_t(1));
+        options->Check4->click();
+        options->Command1->click();
+        FlushDeletes();
+        QVERIFY(g_DeleteMasterOnExit);
+        QVERIFY(QFileInfo::exists(m_env->path(u"sys.zel"_s))); // the program goes on normally
+        QVERIFY(frmMain::Existing()->isVisible());
+        modMain::DestroySystem(0, false);
+        FlushDeletes();
+        QVERIFY(!QFileInfo::exists(m_env->path(u"sys.zel"_s)));
+    }
+
+    void colorsCloseVersusApply()
+    {
+        const QByteArray before = ReadFileBytes(m_env->path(u"sys.zel"_s));
+        frmOptions *options = frmOptions::Instance();
+        options->LV->setCurrentRow(1); // backcolor b
+        QCOMPARE(options->SwatchColor(), 14570825u);
+        QVERIFY(options->Command3->isEnabled());
+        m_env->prompter.colorAnswers = {0x00FF00u};
+        options->Command3->click();
+        QCOMPARE(options->SwatchColor(), 0x00FF00u);
+        QCOMPARE(options->PreviewMetrics()->Color(u"backcolor_b"_s, 0), 0x00FF00u);
+        options->Command2->click();
+        FlushDeletes();
+        QCOMPARE(ReadFileBytes(m_env->path(u"sys.zel"_s)), before);
+        QCOMPARE(modrender::Metrics()->Color(u"backcolor_b"_s, 0), 14570825u);
+
+        options = frmOptions::Instance();
+        options->LV->setCurrentRow(1);
+        m_env->prompter.colorAnswers = {0x00FF00u};
+        options->Command3->click();
+        options->Command1->click();
+        FlushDeletes();
+        ikorvalite db;
+        QVERIFY(db.Mount(m_env->path(u"sys.zel"_s), false));
+        QCOMPARE(db.GetNumber(u"backcolor_b"_s, 0).value, 0x00FF00);
+        QCOMPARE(modrender::Metrics()->Color(u"backcolor_b"_s, 0), 0x00FF00u);
+        // The card window and its controls take the scheme at once.
+        const QImage &card = frmMain::Existing()->CardSurface()->image();
+        QCOMPARE(card.pixel(320, 10), qRgb(0, 255, 0));
+        QCOMPARE(frmMain::Existing()->zelFlatButton2->BackcolorMouse(), 0x00FF00u);
+
+        // Defaults on the preview.
+        options = frmOptions::Instance();
+        options->Command4->click();
+        QCOMPARE(options->PreviewMetrics()->Color(u"backcolor_b"_s, 0), 14570825u);
+    }
+
+    void previewDrawsSampleTexts()
+    {
+        frmOptions *options = frmOptions::Instance();
+        r_data *preview = options->PreviewMetrics();
+        QCOMPARE(preview->MainText(), u"maintext"_s);
+        QCOMPARE(preview->CornerText(r_data::Corner::TopLeft), u"tltext"_s);
+        QCOMPARE(preview->CornerText(r_data::Corner::TopRight), u"trtext"_s);
+        QCOMPARE(preview->CornerText(r_data::Corner::BottomLeft), u"bltext"_s);
+        QCOMPARE(preview->CornerText(r_data::Corner::BottomRight), u"brtext"_s);
+        options->RedrawPreview();
+        const QImage &img = options->Picture2->Surface()->image();
+        auto textIn = [&](QRect area) {
+            for (int y = area.top(); y <= area.bottom(); ++y)
+                for (int x = area.left(); x <= area.right(); ++x)
+                    if (qGreen(img.pixel(x, y)) > 200 && qRed(img.pixel(x, y)) > 200)
+                        return true;
+            return false;
+        };
+        const int w = img.width(), h = img.height();
+        QVERIFY(textIn({2, 0, 60, 14}));                    // top left
+        QVERIFY(textIn({w - 62, 0, 60, 14}));               // top right
+        QVERIFY(textIn({2, h - 14, 60, 14}));               // bottom left
+        QVERIFY(textIn({w - 62, h - 14, 60, 14}));          // bottom right
+        QVERIFY(textIn({w / 2 - 50, h / 2 - 10, 100, 20})); // the main text
+        QVERIFY(options->Timer1->isActive());
+    }
+
+    // Not checks: the dialogs with the example words, for people to look at.
+    void screenshotsForReview()
+    {
+        frmOptions *options = frmOptions::Instance();
+        options->show();
+        options->LV->setCurrentRow(1);
+        options->RedrawPreview();
+        QVERIFY(SaveScreenshot(options->grab().toImage(), u"options-colors.png"_s));
+        options->SelectTab(1);
+        QVERIFY(SaveScreenshot(options->grab().toImage(), u"options-interface.png"_s));
+        frmFind *find = frmFind::Instance();
+        find->show();
+        find->Text2->setText(u"haus"_s);
+        find->Search();
+        QVERIFY(SaveScreenshot(find->grab().toImage(), u"find.png"_s));
+        QVERIFY(SaveScreenshot(frmViewer::Instance()->grab().toImage(), u"viewer.png"_s));
+        frmProgress progress;
+        progress.SetCaption(u"Randomizer Progress"_s);
+        progress.SetRange(0, 200);
+        progress.SetValue(120);
+        progress.show();
+        QVERIFY(SaveScreenshot(progress.grab().toImage(), u"progress.png"_s));
+    }
+};
+
+QTEST_MAIN(DialogsTest)
+#include "tst_dialogs.moc"
