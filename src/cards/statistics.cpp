@@ -14,15 +14,49 @@ namespace {
 const QString kQuestionHeader = u" == QUESTION == "_s;
 const QString kAnswerHeader = u" == ANSWER == "_s;
 
-QString padRight(const QString &text, qsizetype width)
+// The report is one string grown in place: no line or field is built apart
+// from it.
+class ReportWriter
 {
-    return text.size() >= width ? text : text + QString(width - text.size(), u' ');
-}
+public:
+    explicit ReportWriter(qsizetype capacity) { m_out.reserve(capacity); }
 
-QString blanks(qsizetype count)
-{
-    return QString(qMax<qsizetype>(0, count), u' ');
-}
+    ReportWriter &text(QStringView s)
+    {
+        m_out.append(s);
+        return *this;
+    }
+    ReportWriter &padded(QStringView s, qsizetype width)
+    {
+        m_out.append(s);
+        return blanks(width - s.size());
+    }
+    ReportWriter &blanks(qsizetype count)
+    {
+        if (count > 0)
+            m_out.resize(m_out.size() + count, u' ');
+        return *this;
+    }
+    ReportWriter &number(int value)
+    {
+        char16_t digits[12];
+        int n = 0;
+        unsigned magnitude = value < 0 ? 0u - unsigned(value) : unsigned(value);
+        do {
+            digits[n++] = char16_t(u'0' + magnitude % 10);
+            magnitude /= 10;
+        } while (magnitude);
+        if (value < 0)
+            m_out.append(u'-');
+        while (n)
+            m_out.append(QChar(digits[--n]));
+        return *this;
+    }
+    QString take() { return std::move(m_out); }
+
+private:
+    QString m_out;
+};
 
 } // namespace
 
@@ -32,41 +66,59 @@ QString StatisticsReport(const Deck &deck, const QDate &date)
     // last one, the rows too. A text within 4 characters of the one that set
     // a width does not widen it.
     const int first = deck.LBound() + 1, last = deck.UBound();
-    qsizetype qw = 0, aw = 0;
+    qsizetype qw = 0, aw = 0, chapters = 0;
     for (int i = first; i <= last; ++i) {
         if (qw < deck[i].question.size())
             qw = deck[i].question.size() + 4;
         if (aw < deck[i].answer.size())
             aw = deck[i].answer.size() + 4;
+        chapters += deck[i].chapter.size();
     }
     // Short columns still hold their headers.
     qw = qMax(qw, kQuestionHeader.size());
     aw = qMax(aw, kAnswerHeader.size());
 
 #ifdef Q_OS_WIN
-    const QString eol = u"\r\n"_s;
+    const QStringView eol = u"\r\n";
 #else
-    const QString eol = u"\n"_s;
+    const QStringView eol = u"\n";
 #endif
-    QString out;
-    out.reserve(qsizetype(last - first + 8) * (qw + aw + 48));
-    out += u"VOCABRIX STATISTICS FILE"_s + eol;
-    out += u"Automatically generated on "_s + QLocale().toString(date, QLocale::ShortFormat) + eol;
-    out += u"Vocabrix v."_s + QString::number(version::kMajor) + u'.'
-            + QString::number(version::kMinor) + u'.' + QString::number(version::kRevision)
-            + u" - Quillmere"_s + eol;
-    out += u"NOTE: 'Times Viewed' data is for this session only"_s + eol;
-    out += eol;
-    out += padRight(kQuestionHeader, qw) + padRight(kAnswerHeader, aw) + u" == TROUBLE? == "_s
-            + u" == TIMES VIEWED == "_s + u" == CHAPTER == "_s + eol;
+    const qsizetype rows = qMax(0, last - first + 1);
+    ReportWriter out(rows * (qw + aw + 26 + 16 + eol.size()) + chapters + 512);
+    out.text(u"VOCABRIX STATISTICS FILE").text(eol);
+    out.text(u"Automatically generated on ")
+            .text(QLocale().toString(date, QLocale::ShortFormat))
+            .text(eol);
+    out.text(u"Vocabrix v.")
+            .number(version::kMajor)
+            .text(u".")
+            .number(version::kMinor)
+            .text(u".")
+            .number(version::kRevision)
+            .text(u" - Quillmere")
+            .text(eol);
+    out.text(u"NOTE: 'Times Viewed' data is for this session only").text(eol);
+    out.text(eol);
+    out.padded(kQuestionHeader, qw)
+            .padded(kAnswerHeader, aw)
+            .text(u" == TROUBLE? == ")
+            .text(u" == TIMES VIEWED == ")
+            .text(u" == CHAPTER == ")
+            .text(eol);
     for (int i = first; i <= last; ++i) {
         const Card &c = deck[i];
-        const QString word = c.isTrouble() ? u"YES"_s : u"NO"_s;
-        out += padRight(c.question, qw) + padRight(c.answer, aw) + blanks(7) + word
-                + blanks(3 - word.size() + 16) + QString::number(c.timesViewed) + blanks(10)
-                + c.chapter + eol;
+        const QStringView word = c.isTrouble() ? QStringView(u"YES") : QStringView(u"NO");
+        out.padded(c.question, qw)
+                .padded(c.answer, aw)
+                .blanks(7)
+                .text(word)
+                .blanks(3 - word.size() + 16)
+                .number(c.timesViewed)
+                .blanks(10)
+                .text(c.chapter)
+                .text(eol);
     }
-    return out;
+    return out.take();
 }
 
 bool WriteStatistics(const QString &path)

@@ -1,9 +1,10 @@
 #include "controls/widgetsurface.h"
 
-#include <QPointer>
 #include <QWidget>
 
-WidgetSurface::WidgetSurface(QWidget *widget, QColor background) : WindowSurface(background)
+WidgetSurface::WidgetSurface(QWidget *widget, QColor background)
+    : WindowSurface(background, widget->devicePixelRatioF())
+    , m_widget(widget)
 {
     font = LogicalFont::fromQFont(widget->font());
     Resize(widget->size());
@@ -11,4 +12,12 @@ WidgetSurface::WidgetSurface(QWidget *widget, QColor background) : WindowSurface
         if (window)
             window->update(rect);
     });
+}
+
+bool WidgetSurface::FollowScreen()
+{
+    if (!m_widget || qFuzzyCompare(m_widget->devicePixelRatioF(), devicePixelRatio()))
+        return false;
+    SetDevicePixelRatio(m_widget->devicePixelRatioF());
+    return true;
 }

@@ -9,6 +9,8 @@
 #include <QPainter>
 #include <QPalette>
 
+#include <cmath>
+
 namespace {
 
 QColor toQColor(quint32 rgb)
@@ -119,10 +121,15 @@ void cMemDC::Create(int &width, int &height, WindowSurface *compatible, WindowSu
     m_width = qMax(0, width);
     m_height = qMax(0, height);
     m_target = compatible;
+    // The surface draws at the scale of the window it is made for, so it
+    // copies onto that window pixel for pixel.
+    m_ratio = existing ? existing->devicePixelRatio()
+                       : (compatible ? compatible->devicePixelRatio() : 1.0);
     if (existing) {
         m_adopted = existing;
     } else if (m_width > 0 && m_height > 0) {
-        m_own = QImage(m_width, m_height, QImage::Format_RGB32);
+        m_own = QImage(DeviceSize(QSize(m_width, m_height), m_ratio), QImage::Format_RGB32);
+        m_own.setDevicePixelRatio(m_ratio);
         m_own.fill(Qt::black);
     }
     m_valid = true;
@@ -139,7 +146,21 @@ void cMemDC::Destroy()
     m_own = QImage();
     m_adopted = nullptr;
     m_target = nullptr;
+    m_clip = QRect();
     m_valid = false;
+}
+
+void cMemDC::SetClip(const QRect &clip)
+{
+    if (m_valid)
+        m_clip = clip;
+}
+
+void cMemDC::begin(QPainter &painter)
+{
+    painter.begin(&canvas());
+    if (!m_clip.isNull())
+        painter.setClipRect(m_clip);
 }
 
 const QImage &cMemDC::Image() const
@@ -194,7 +215,8 @@ void cMemDC::FillRect(int x1, int y1, int x2, int y2, qint64 color, const QBrush
 {
     if (!drawable() || x2 <= x1 || y2 <= y1)
         return;
-    QPainter p(&canvas());
+    QPainter p;
+    begin(p);
     const QRect r(x1, y1, x2 - x1, y2 - y1);
     if (color == -1) {
         if (brush)
@@ -213,14 +235,25 @@ void cMemDC::Gradient(int x1, int y1, int x2, int y2, quint32 color1, quint32 co
 
     if (OsVersionCode() >= 411) {
         // The system fill: colour1 at the start edge, running linearly towards
-        // colour2 at the (exclusive) end edge.
+        // colour2 at the (exclusive) end edge, computed for every device pixel.
         QImage &img = canvas();
-        const QRect area = QRect(x1, y1, x2 - x1, y2 - y1).intersected(img.rect());
-        if (!drawable() || area.isEmpty() || end <= start)
+        if (!drawable() || end <= start)
             return;
-        const qint64 span = end - start;
+        const qreal ratio = img.devicePixelRatio();
+        auto device = [ratio](int logical) { return int(std::lround(logical * ratio)); };
+        QRect area = QRect(QPoint(device(x1), device(y1)), QPoint(device(x2) - 1, device(y2) - 1))
+                             .intersected(img.rect());
+        if (!m_clip.isNull())
+            area &= QRect(QPoint(device(m_clip.left()), device(m_clip.top())),
+                          QPoint(device(m_clip.left() + m_clip.width()) - 1,
+                                 device(m_clip.top() + m_clip.height()) - 1));
+        if (area.isEmpty())
+            return;
+        const qint64 first = device(start), span = device(end) - first;
+        if (span <= 0)
+            return;
         auto at = [&](int i) {
-            const qint64 d = i - start;
+            const qint64 d = i - first;
             quint32 out = 0;
             for (int shift = 0; shift <= 16; shift += 8) {
                 const qint64 a = (c1 >> shift) & 0xFF, b = (c2 >> shift) & 0xFF;
@@ -234,11 +267,11 @@ void cMemDC::Gradient(int x1, int y1, int x2, int y2, quint32 color1, quint32 co
                 std::fill(line + area.left(), line + area.right() + 1, at(y));
             }
         } else {
-            QRgb *first = reinterpret_cast<QRgb *>(img.scanLine(area.top()));
+            QRgb *firstLine = reinterpret_cast<QRgb *>(img.scanLine(area.top()));
             for (int x = area.left(); x <= area.right(); ++x)
-                first[x] = at(x);
+                firstLine[x] = at(x);
             for (int y = area.top() + 1; y <= area.bottom(); ++y)
-                std::copy(first + area.left(), first + area.right() + 1,
+                std::copy(firstLine + area.left(), firstLine + area.right() + 1,
                           reinterpret_cast<QRgb *>(img.scanLine(y)) + area.left());
         }
         return;
@@ -291,10 +324,11 @@ int cMemDC::DrawText(const QString &text, int &left, int &top, int &right, int &
     if (!drawable())
         return 0;
     const QRect box(left, top, right - left, bottom - top);
-    QPainter p(&canvas());
+    QPainter p;
+    begin(p);
     p.setFont(m_createdFont);
     if (!(format & DT_NOCLIP))
-        p.setClipRect(box);
+        p.setClipRect(box, m_clip.isNull() ? Qt::ReplaceClip : Qt::IntersectClip);
     QRect used = metrics.boundingRect(box, flags, text);
     if (m_backMode == OPAQUE)
         p.fillRect(used, toQColor(m_backColor));
@@ -330,7 +364,8 @@ void cMemDC::Blit(WindowSurface *destination, int x, int y, int width, int heigh
         return; // the surface is the window's own picture
     QPainter p(&to);
     p.setCompositionMode(QPainter::CompositionMode_Source);
-    p.drawImage(QPoint(x, y), Image(), QRect(sourceX, sourceY, w, h));
+    p.drawImage(QRectF(x, y, w, h), Image(),
+                QRectF(sourceX * m_ratio, sourceY * m_ratio, w * m_ratio, h * m_ratio));
     dest->Changed(QRect(x, y, w, h));
 }
 
@@ -353,7 +388,7 @@ void cMemDC::AlphaBlit(WindowSurface *destination, int x, int y, int width, int 
     // window shows, with one alpha for every pixel.
     QPainter p(&to);
     p.setOpacity(a / 255.0);
-    p.drawImage(QRect(x, y, w, h), Image(), QRect(0, 0, m_width, m_height));
+    p.drawImage(QRectF(x, y, w, h), Image(), QRectF(0, 0, m_width * m_ratio, m_height * m_ratio));
     dest->Changed(QRect(x, y, w, h));
 }
 
@@ -381,7 +416,8 @@ void cMemDC::Line(int x1, int y1, int x2, int y2, quint32 color, int penWidth)
 {
     if (!drawable())
         return;
-    QPainter p(&canvas());
+    QPainter p;
+    begin(p);
     QPen pen(toQColor(TranslateColor(color)));
     pen.setWidth(qMax(1, penWidth));
     pen.setCapStyle(Qt::FlatCap);

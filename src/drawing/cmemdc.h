@@ -6,6 +6,7 @@
 #include <QString>
 
 class QBrush;
+class QPainter;
 class WindowSurface;
 
 // An off-screen drawing surface: an image the program paints on with
@@ -47,9 +48,13 @@ public:
     void Destroy();
     bool IsValid() const { return m_valid; }
 
+    // Logical pixels; the picture holds DevicePixelRatio() device pixels for
+    // each of them.
     int Width() const { return m_width; }
     int Height() const { return m_height; }
-    // The picture drawn so far (the window's own when one was adopted).
+    qreal DevicePixelRatio() const { return m_ratio; }
+    // The picture drawn so far, in device pixels (the window's own when one
+    // was adopted).
     const QImage &Image() const;
     WindowSurface *Target() const { return m_target; }
 
@@ -86,16 +91,23 @@ public:
     void FrameRect(int x1, int y1, int x2, int y2, quint32 color);
     void Line(int x1, int y1, int x2, int y2, quint32 color, int penWidth = 1);
 
+    // Restricts every drawing operation to a rectangle; an empty one lifts it.
+    void SetClip(const QRect &clip);
+
     // major x 100 + minor of the operating system, read once per surface.
     qint32 OsVersionCode();
 
 private:
     QImage &canvas();
     bool drawable() const;
+    // Starts a painter on the picture, inside the clip.
+    void begin(QPainter &painter);
 
     bool m_valid = false;
     int m_width = 0;
     int m_height = 0;
+    qreal m_ratio = 1.0;
+    QRect m_clip;
     QImage m_own;
     WindowSurface *m_adopted = nullptr;
     WindowSurface *m_target = nullptr;

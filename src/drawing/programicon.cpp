@@ -1,11 +1,25 @@
 #include "drawing/programicon.h"
 
+#include <QCoreApplication>
 #include <QIcon>
 #include <QLinearGradient>
 #include <QPainter>
 #include <QPixmap>
+#include <QPointer>
 
-QIcon ProgramIcon()
+namespace {
+
+// Painting the icon takes milliseconds; every window asks for it. It is made
+// once and lives as long as the application, which frees it while the
+// graphics system is still there.
+class IconCache : public QObject
+{
+public:
+    using QObject::QObject;
+    QIcon icon;
+};
+
+QIcon paintIcon()
 {
     QIcon icon;
     for (int size : {16, 32, 48, 64, 128}) {
@@ -41,4 +55,18 @@ QIcon ProgramIcon()
         icon.addPixmap(pixmap);
     }
     return icon;
+}
+
+} // namespace
+
+QIcon ProgramIcon()
+{
+    static QPointer<IconCache> cache;
+    if (!cache) {
+        if (!QCoreApplication::instance())
+            return paintIcon();
+        cache = new IconCache(QCoreApplication::instance());
+        cache->icon = paintIcon();
+    }
+    return cache->icon;
 }

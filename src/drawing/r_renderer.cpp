@@ -97,7 +97,8 @@ void r_renderer::Draw(bool withMainText)
 
     const QString mainText = m_metrics->MainText();
     if (mainText.isEmpty())
-        return; // nothing painted, nothing presented
+        return;          // nothing painted, nothing presented
+    m_presented.reset(); // a new frame to show
 
     dc.FillRect(L, B, Rt, B, 0); // an empty rectangle, kept as it always was
     B -= m_heightTrim;
@@ -139,10 +140,12 @@ void r_renderer::Draw(bool withMainText)
     for (int i = 0; i < 4; ++i)
         DrawCorner(i, text, shadow);
 
-    if (withMainText)
+    if (withMainText) {
         Present();
-    else
+    } else {
         dc.Blit(m_windowDC, 0, 0, 0, 0, 0, 0, cMemDC::SRCCOPY);
+        rememberPresented(PresentMode {false, 255}, true);
+    }
 }
 
 void r_renderer::DrawCorner(int index, const QRect &text, const QRect &shadow)
@@ -176,12 +179,35 @@ int r_renderer::FitFontSize(const QString &text, const QRect &target, LogicalFon
 
 void r_renderer::Present()
 {
-    if (!m_surface)
+    if (!m_surface || !m_windowDC)
         return;
-    if (!modrender::AlphaEffects || !g_OsAlpha)
+    const PresentMode mode {modrender::AlphaEffects && g_OsAlpha, modrender::AlphaLevel};
+    // Once the window shows all a presentation can show (the frame copied, or
+    // blended until a blend changes no pixel), presenting it again would
+    // change nothing: the timer's ticks then cost nothing, as long as nobody
+    // painted into the window and the alpha options stay as they were.
+    if (m_presented && m_presented->settled && m_presented->mode == mode
+        && m_presented->windowRevision == m_windowDC->Revision())
+        return;
+    if (!mode.blend) {
         m_surface->Blit(m_windowDC, 0, 0, 0, 0, 0, 0, cMemDC::SRCCOPY);
-    else
-        m_surface->AlphaBlit(m_windowDC, 0, 0, 0, 0, 0, 0, modrender::AlphaLevel);
+        rememberPresented(mode, true);
+        return;
+    }
+    const QImage before = m_windowDC->image(); // shared until the blend writes
+    m_surface->AlphaBlit(m_windowDC, 0, 0, 0, 0, 0, 0, mode.level);
+    rememberPresented(mode, m_windowDC->image() == before);
+}
+
+void r_renderer::rememberPresented(PresentMode mode, bool settled)
+{
+    if (m_windowDC)
+        m_presented = Presented {mode, settled, m_windowDC->Revision()};
+}
+
+bool r_renderer::IsSettled() const
+{
+    return m_presented && m_presented->settled;
 }
 
 void r_renderer::StartRefresh()
@@ -217,5 +243,6 @@ void r_renderer::Release(bool keepMetrics)
     if (!keepMetrics)
         m_metrics = nullptr;
     m_surface.reset();
+    m_presented.reset();
     Log(u" .. renderer released ok/n"_s);
 }

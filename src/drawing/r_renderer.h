@@ -7,6 +7,7 @@
 #include <QRect>
 
 #include <memory>
+#include <optional>
 
 class QTimer;
 class WindowSurface;
@@ -44,11 +45,28 @@ public:
     int FitFontSize(const QString &text, const QRect &target, LogicalFont &font);
 
     cMemDC *Surface() const { return m_surface.get(); }
+    // The window shows the frame as well as presenting can show it: further
+    // presentations are skipped until something changes.
+    bool IsSettled() const;
     QRect ClientRect() const { return m_client; }
     bool IsRefreshing() const;
 
 private:
+    struct PresentMode
+    {
+        bool blend = false;
+        quint8 level = 255;
+        bool operator==(const PresentMode &o) const { return blend == o.blend && level == o.level; }
+    };
+    struct Presented
+    {
+        PresentMode mode;
+        bool settled = false;       // one more presentation would change no pixel
+        quint64 windowRevision = 0; // the window's picture as the presentation left it
+    };
+
     void DrawCorner(int corner, const QRect &text, const QRect &shadow);
+    void rememberPresented(PresentMode mode, bool settled);
 
     WindowSurface *m_windowDC = nullptr;
     QPointer<r_data> m_metrics;
@@ -58,6 +76,7 @@ private:
     int m_widthTrim = 0;
     int m_heightTrim = 0;
     QTimer *m_refreshTimer = nullptr;
+    std::optional<Presented> m_presented;
 };
 
 // The renderer of the study window, which every refresh tick presents.

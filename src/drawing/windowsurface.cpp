@@ -2,21 +2,53 @@
 
 #include <QPainter>
 
-WindowSurface::WindowSurface(QColor background) : m_background(background) {}
+#include <cmath>
+
+QSize DeviceSize(const QSize &logical, qreal ratio)
+{
+    return {int(std::ceil(logical.width() * ratio - 1e-9)),
+            int(std::ceil(logical.height() * ratio - 1e-9))};
+}
+
+WindowSurface::WindowSurface(QColor background, qreal devicePixelRatio)
+    : m_background(background)
+    , m_ratio(devicePixelRatio > 0 ? devicePixelRatio : 1.0)
+{}
 
 void WindowSurface::Resize(const QSize &size)
 {
-    if (size == m_image.size())
+    if (size == m_size && !m_image.isNull())
         return;
-    if (size.isEmpty()) {
+    rebuild(size, m_ratio);
+}
+
+void WindowSurface::SetDevicePixelRatio(qreal ratio)
+{
+    if (ratio <= 0 || qFuzzyCompare(ratio, m_ratio))
+        return;
+    rebuild(m_size, ratio);
+}
+
+void WindowSurface::rebuild(const QSize &size, qreal ratio)
+{
+    const qreal oldRatio = m_ratio;
+    m_size = size.isEmpty() ? QSize() : size;
+    m_ratio = ratio;
+    ++m_revision;
+    if (m_size.isEmpty()) {
         m_image = QImage();
         return;
     }
-    QImage grown(size, QImage::Format_RGB32);
+    QImage grown(DeviceSize(m_size, m_ratio), QImage::Format_RGB32);
+    grown.setDevicePixelRatio(m_ratio);
     grown.fill(m_background);
     if (!m_image.isNull()) {
+        // What still fits stays, at the new scale when the ratio changed.
         QPainter p(&grown);
-        p.drawImage(0, 0, m_image);
+        if (qFuzzyCompare(oldRatio, m_ratio))
+            p.drawImage(QPoint(0, 0), m_image);
+        else
+            p.drawImage(QRectF(QPointF(0, 0), QSizeF(m_image.size()) / oldRatio), m_image);
     }
     m_image = std::move(grown);
 }
@@ -28,6 +60,7 @@ void WindowSurface::SetBackground(const QColor &color)
 
 void WindowSurface::Changed(const QRect &rect)
 {
+    ++m_revision;
     if (m_repaint)
         m_repaint(rect);
 }
@@ -36,5 +69,7 @@ void WindowSurface::PaintOn(QPainter &painter, const QRect &exposed) const
 {
     if (m_image.isNull())
         return;
-    painter.drawImage(exposed, m_image, exposed);
+    const QRectF source(exposed.x() * m_ratio, exposed.y() * m_ratio, exposed.width() * m_ratio,
+                        exposed.height() * m_ratio);
+    painter.drawImage(QRectF(exposed), m_image, source);
 }

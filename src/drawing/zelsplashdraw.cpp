@@ -24,8 +24,13 @@ void text(cMemDC &dc, const QString &s, int l, int t, int r, int b, int format, 
 }
 } // namespace
 
-void zelSplashDraw::Paint(cMemDC &dc, int width, int height) const
+void zelSplashDraw::Paint(cMemDC &dc, int width, int height, QRect dirty) const
 {
+    if (dirty.isEmpty())
+        dirty = QRect(0, 0, width, height);
+    dc.SetClip(dirty);
+    auto needed = [&dirty](const QRect &part) { return dirty.intersects(part); };
+
     const int mid = width / 2;
     dc.Gradient(0, 0, mid, height, kBlack, kBlue, false);
     dc.Gradient(mid, 0, width, height, kBlue, kBlack, false);
@@ -34,29 +39,38 @@ void zelSplashDraw::Paint(cMemDC &dc, int width, int height) const
     // A band of light sweeping along under the title while start-up runs.
     const int band = width / 5;
     const int x = -band + (width + band) * m_step / 60;
-    dc.Gradient(x, 118, x + band / 2, 120, kBlue, kWhite, false);
-    dc.Gradient(x + band / 2, 118, x + band, 120, kWhite, kBlue, false);
+    if (needed(SweepRect(width))) {
+        dc.Gradient(x, 118, x + band / 2, 120, kBlue, kWhite, false);
+        dc.Gradient(x + band / 2, 118, x + band, 120, kWhite, kBlue, false);
+    }
 
     LogicalFont font;
     font.bold = true;
     font.size = 30;
-    dc.SetFont(font);
-    text(dc, QString::fromUtf16(version::kProductName), 0, 30, width, 100,
-         cMemDC::DT_CENTER | cMemDC::DT_VCENTER | cMemDC::DT_SINGLELINE, kWhite, true);
+    if (needed(QRect(-1, 29, width, 71))) {
+        dc.SetFont(font);
+        text(dc, QString::fromUtf16(version::kProductName), 0, 30, width, 100,
+             cMemDC::DT_CENTER | cMemDC::DT_VCENTER | cMemDC::DT_SINGLELINE, kWhite, true);
+    }
 
     font.size = 10;
     font.bold = false;
-    dc.SetFont(font);
-    text(dc,
-         u"Vocabulary flash cards  ·  Version %1.%2 build %3"_s.arg(version::kMajor)
-                 .arg(version::kMinor)
-                 .arg(version::kRevision),
-         0, 92, width, 112, cMemDC::DT_CENTER | cMemDC::DT_SINGLELINE, kPaleBlue, false);
+    if (needed(QRect(0, 92, width, 20))) {
+        dc.SetFont(font);
+        text(dc,
+             u"Vocabulary flash cards  ·  Version %1.%2 build %3"_s.arg(version::kMajor)
+                     .arg(version::kMinor)
+                     .arg(version::kRevision),
+             0, 92, width, 112, cMemDC::DT_CENTER | cMemDC::DT_SINGLELINE, kPaleBlue, false);
+    }
 
     font.size = 8;
     dc.SetFont(font);
-    text(dc, m_status, 14, height - 44, width - 14, height - 26,
-         cMemDC::DT_SINGLELINE | cMemDC::DT_VCENTER, kWhite, true);
-    text(dc, QString::fromUtf16(version::kNotice), 14, height - 24, width - 14, height - 8,
-         cMemDC::DT_SINGLELINE | cMemDC::DT_VCENTER, kPaleBlue, false);
+    if (needed(StatusRect(width, height)))
+        text(dc, m_status, 14, height - 44, width - 14, height - 26,
+             cMemDC::DT_SINGLELINE | cMemDC::DT_VCENTER, kWhite, true);
+    if (needed(QRect(14, height - 24, width - 28, 16)))
+        text(dc, QString::fromUtf16(version::kNotice), 14, height - 24, width - 14, height - 8,
+             cMemDC::DT_SINGLELINE | cMemDC::DT_VCENTER, kPaleBlue, false);
+    dc.SetClip(QRect());
 }

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QRect>
 #include <QString>
 
 class cMemDC;
@@ -14,7 +15,14 @@ public:
     QString StatusText() const { return m_status; }
     // One animation step; the sweep goes round every 60 steps.
     void Advance() { m_step = (m_step + 1) % 60; }
-    void Paint(cMemDC &dc, int width, int height) const;
+    // Paints the part of the picture inside dirty (the whole of it when
+    // dirty is empty). The parts never overlap, so a part painted alone is
+    // pixel for pixel what a whole picture shows there.
+    void Paint(cMemDC &dc, int width, int height, QRect dirty = QRect()) const;
+
+    // Where the status line and the sweeping light are painted.
+    static QRect StatusRect(int width, int height) { return {0, height - 46, width, 22}; }
+    static QRect SweepRect(int width) { return {0, 118, width, 2}; }
 
 private:
     QString m_status;

@@ -205,7 +205,7 @@ void frmMain::Reinitialize()
     Check1->SetChecked(false);
     Check2->SetChecked(false);
     m_surface.image().fill(Qt::black);
-    update();
+    m_surface.Changed(rect());
 }
 
 void frmMain::EnableStudyControls(bool enabled)

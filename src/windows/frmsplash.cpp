@@ -1,7 +1,6 @@
 #include "windows/frmsplash.h"
 
 #include "core/programstate.h"
-#include "drawing/cmemdc.h"
 
 #include <QPaintEvent>
 #include <QPainter>
@@ -19,11 +18,13 @@ frmSplash::frmSplash(QWidget *parent)
     setFixedSize(460, 260);
     setAttribute(Qt::WA_OpaquePaintEvent);
     m_surface.Resize(size());
+    int w = width(), h = height();
+    m_frame.Create(w, h, &m_surface);
     connect(m_timer, &QTimer::timeout, this, [this] {
         m_draw.Advance();
-        Redraw();
+        Redraw(zelSplashDraw::SweepRect(width()));
     });
-    Redraw();
+    Redraw(rect());
     forms::Add(this);
     g_SplashOutlet = this;
 }
@@ -52,9 +53,10 @@ bool frmSplash::RendererRunning() const
 void frmSplash::SetStatusText(const QString &text)
 {
     m_draw.SetStatusText(text);
-    Redraw();
+    const QRect status = zelSplashDraw::StatusRect(width(), height());
+    Redraw(status);
     if (isVisible())
-        repaint();
+        repaint(status);
 }
 
 void frmSplash::OnUnload()
@@ -64,13 +66,11 @@ void frmSplash::OnUnload()
         g_SplashOutlet = nullptr;
 }
 
-void frmSplash::Redraw()
+void frmSplash::Redraw(const QRect &dirty)
 {
-    cMemDC dc;
-    int w = width(), h = height();
-    dc.Create(w, h, &m_surface);
-    m_draw.Paint(dc, w, h);
-    dc.Blit(&m_surface);
+    m_draw.Paint(m_frame, width(), height(), dirty);
+    m_frame.Blit(&m_surface, dirty.x(), dirty.y(), dirty.width(), dirty.height(), dirty.x(),
+                 dirty.y());
 }
 
 void frmSplash::paintEvent(QPaintEvent *event)

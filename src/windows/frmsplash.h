@@ -2,6 +2,7 @@
 
 #include "controls/widgetsurface.h"
 #include "core/log.h"
+#include "drawing/cmemdc.h"
 #include "drawing/zelsplashdraw.h"
 #include "windows/forms.h"
 
@@ -32,9 +33,11 @@ protected:
     void paintEvent(QPaintEvent *event) override;
 
 private:
-    void Redraw();
+    // Paints what changed into the picture and shows it.
+    void Redraw(const QRect &dirty);
 
     WidgetSurface m_surface;
+    cMemDC m_frame; // the whole picture, kept between redraws
     zelSplashDraw m_draw;
     QTimer *m_timer;
 };

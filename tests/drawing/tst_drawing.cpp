@@ -3,13 +3,15 @@
 #include "drawing/logicalfont.h"
 #include "drawing/r_renderer.h"
 #include "drawing/windowsurface.h"
-#include "settings/r_data.h"
+#include "drawing/zelsplashdraw.h"
 #include "screens.h"
+#include "settings/r_data.h"
 #include "testsupport.h"
 
 #include <QGuiApplication>
 #include <QPalette>
 #include <QRegularExpression>
+#include <QtMath>
 
 using namespace Qt::Literals::StringLiterals;
 
@@ -43,11 +45,11 @@ constexpr QRgb kMarker = 0xFF13A7C1; // a colour the card never uses
 struct CardWindow
 {
     QObject window;
-    WindowSurface surface {QColor::fromRgb(kMarker)};
+    WindowSurface surface;
     r_data metrics;
     r_renderer renderer;
 
-    CardWindow(int width, int height, int heightTrim)
+    CardWindow(int width, int height, int heightTrim, qreal ratio = 1.0) : surface(QColor::fromRgb(kMarker), ratio)
     {
         surface.Resize(QSize(width, height));
         metrics.ColorDefaults();
@@ -268,6 +270,70 @@ private Q_SLOTS:
             QVERIFY(distance(card.picture().pixel(160, 5), qRgb(37, 43, 111)) <= 1);
     }
 
+    // The card keeps its geometry in logical pixels at every scale: the
+    // picture has ratio x ratio device pixels for each, and the separator,
+    // the untouched rows below it and the corner texts land where 1x puts
+    // them, scaled.
+    void cardGeometryAtEveryScale_data()
+    {
+        QTest::addColumn<qreal>("ratio");
+        QTest::newRow("1x") << 1.0;
+        QTest::newRow("1.5x") << 1.5;
+        QTest::newRow("2x") << 2.0;
+    }
+    void cardGeometryAtEveryScale()
+    {
+        QFETCH(qreal, ratio);
+        TestEnvironment env;
+        CardWindow card(640, 480, 60, ratio);
+        card.metrics.SetColor(u"backcolor_a"_s, 0xFFFFFF);
+        card.metrics.SetColor(u"backcolor_b"_s, 0xFFFFFF);
+        card.metrics.SetColor(u"tl_text_forecolor"_s, 0x0000FF);
+        card.metrics.SetCornerText(r_data::Corner::TopLeft, u"WWW"_s);
+        card.metrics.SetMainText(u"x"_s);
+        card.renderer.Draw(true);
+        const QImage &img = card.picture();
+        QCOMPARE(img.size(), QSize(qCeil(640 * ratio), qCeil(480 * ratio)));
+        QCOMPARE(card.surface.size(), QSize(640, 480));
+        auto device = [ratio](int logical) { return int(logical * ratio); };
+        // The separator row (logical 420) is painted, what lies below keeps
+        // the black the surface was made with.
+        const QImage &frame = card.renderer.Surface()->Image();
+        QCOMPARE(frame.size(), img.size());
+        QCOMPARE(frame.pixel(5, device(420)), qRgb(255, 255, 255));
+        QCOMPARE(frame.pixel(5, qCeil(421 * ratio)), qRgb(0, 0, 0));
+        QCOMPARE(frame.pixel(frame.width() - 1, frame.height() - 1), qRgb(0, 0, 0));
+        QCOMPARE(img.pixel(5, device(419)), qRgb(255, 255, 255));
+        // The top-left text starts 2 logical pixels in from the left edge.
+        const QRect red = boxOf(img.copy(0, 0, img.width() / 2, img.height() / 4),
+                                [](QRgb p) { return qRed(p) > 200 && qGreen(p) < 120; });
+        QVERIFY(!red.isEmpty());
+        QVERIFY2(red.left() >= device(2) && red.left() <= device(4), qPrintable(QString::number(red.left())));
+    }
+
+    // At 2x the text is painted at 2x, not a 1x picture blown up: its shape is
+    // the same but its edges are finer.
+    void textIsPaintedAtDeviceResolution()
+    {
+        TestEnvironment env;
+        CardWindow one(320, 120, 0, 1.0), two(320, 120, 0, 2.0);
+        for (CardWindow *card : {&one, &two}) {
+            card->metrics.SetMainText(u"Straße"_s);
+            card->renderer.Draw(true);
+        }
+        auto white = [](QRgb p) { return qGreen(p) > 200 && qRed(p) > 200; };
+        const QRect small = boxOf(one.picture(), white), large = boxOf(two.picture(), white);
+        QVERIFY(qAbs(large.width() - 2 * small.width()) <= 4);
+        QVERIFY(qAbs(large.height() - 2 * small.height()) <= 4);
+        const QImage blownUp =
+                one.picture().scaled(two.picture().size(), Qt::IgnoreAspectRatio, Qt::FastTransformation);
+        int differing = 0;
+        for (int y = large.top(); y <= large.bottom(); ++y)
+            for (int x = large.left(); x <= large.right(); ++x)
+                differing += distance(blownUp.pixel(x, y), two.picture().pixel(x, y)) > 40;
+        QVERIFY2(differing > large.width() * large.height() / 50, qPrintable(QString::number(differing)));
+    }
+
     void rowsBelowTheSeparatorAreNeverPainted()
     {
         TestEnvironment env;
@@ -354,6 +420,87 @@ private Q_SLOTS:
         QCOMPARE(card.picture(), card.renderer.Surface()->Image());
     }
 
+    // Idle costs nothing: once the window shows the frame (copied, or blended
+    // until a blend changes nothing) the timer's presentations skip all work,
+    // until the frame, the window's picture or the alpha options change.
+    void presentingStopsWhenNothingCanChange_data()
+    {
+        QTest::addColumn<bool>("alpha");
+        QTest::addColumn<int>("level");
+        QTest::addColumn<int>("maxTicks"); // presentations that still change the window
+        QTest::newRow("plain copy") << false << 90 << 0;
+        QTest::newRow("fading at 90") << true << 90 << 40;
+        QTest::newRow("fading at 255") << true << 255 << 1;
+        QTest::newRow("level 0 never changes") << true << 0 << 0;
+    }
+    void presentingStopsWhenNothingCanChange()
+    {
+        QFETCH(bool, alpha);
+        QFETCH(int, level);
+        QFETCH(int, maxTicks);
+        TestEnvironment env;
+        g_OsAlpha = true;
+        modrender::AlphaEffects = alpha;
+        modrender::AlphaLevel = quint8(level);
+        CardWindow card(120, 60, 0);
+        card.metrics.SetMainText(u"Wort"_s);
+        card.renderer.Draw(true);
+        int ticks = 0;
+        quint64 revision = card.surface.Revision();
+        for (int tick = 0; tick < 200 && !card.renderer.IsSettled(); ++tick, ++ticks)
+            card.renderer.Present();
+        QVERIFY(card.renderer.IsSettled());
+        QVERIFY2(ticks <= maxTicks + 1, qPrintable(QString::number(ticks)));
+        const QImage settled = card.picture().copy();
+        revision = card.surface.Revision();
+        for (int tick = 0; tick < 20; ++tick)
+            card.renderer.Present();
+        QCOMPARE(card.surface.Revision(), revision); // no copy, no repaint
+        QCOMPARE(card.picture(), settled);
+
+        // Someone paints over the window: the next tick shows the frame again.
+        card.surface.image().fill(kMarker);
+        card.surface.Changed(QRect(0, 0, 120, 60));
+        card.renderer.Present();
+        QVERIFY(card.picture().pixel(60, 30) != kMarker || level == 0);
+        // A new level takes effect at the next tick.
+        if (alpha) {
+            modrender::AlphaLevel = 255;
+            card.renderer.Present();
+            QCOMPARE(card.picture(), card.renderer.Surface()->Image());
+        }
+    }
+
+    // The splash repaints only the part that changed; the parts never overlap,
+    // so a picture kept up to date part by part equals one painted whole.
+    void splashPaintsOnlyWhatChanged()
+    {
+        const int w = 460, h = 260;
+        int wk = w, hk = h;
+        cMemDC kept, whole, marked;
+        kept.Create(wk, hk);
+        whole.Create(wk, hk);
+        marked.Create(wk, hk);
+        zelSplashDraw splash;
+        splash.Paint(kept, w, h);
+        for (int line = 0; line < 5; ++line) {
+            splash.SetStatusText(u"starting the KORVA class driver .. %1"_s.arg(line));
+            splash.Paint(kept, w, h, zelSplashDraw::StatusRect(w, h));
+            splash.Advance();
+            splash.Paint(kept, w, h, zelSplashDraw::SweepRect(w));
+        }
+        splash.Paint(whole, w, h);
+        QCOMPARE(kept.Image(), whole.Image());
+
+        // A part painted alone leaves everything around it as it was.
+        marked.FillRect(0, 0, w, h, 0xC1A713);
+        const QRect status = zelSplashDraw::StatusRect(w, h);
+        splash.Paint(marked, w, h, status);
+        QCOMPARE(marked.Image().pixel(status.left(), status.top() - 1), kMarker);
+        QCOMPARE(marked.Image().pixel(status.left(), status.bottom() + 1), kMarker);
+        QCOMPARE(marked.Image().copy(status), whole.Image().copy(status));
+    }
+
     void presentsOnlyWhatItShould()
     {
         TestEnvironment env;
@@ -396,6 +543,7 @@ private Q_SLOTS:
         card.metrics.SetMainText(u"x"_s);
         card.renderer.Draw(true);
         card.surface.image().fill(kMarker); // as if the window were painted over
+        card.surface.Changed(QRect(QPoint(0, 0), card.surface.size()));
         SetMainRenderer(&card.renderer);
         card.renderer.StartRefresh();
         QVERIFY(card.renderer.IsRefreshing());

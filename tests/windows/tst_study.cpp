@@ -156,9 +156,10 @@ private Q_SLOTS:
         modrender::CurrentCard = 2;
         modrender::ShowCurrentCard();
         QImage shot = frmMain::Existing()->grab().toImage();
-        QCOMPARE(shot.size(), QSize(640, 480));
+        const qreal ratio = shot.devicePixelRatio();
+        QCOMPARE(shot.size(), DeviceSize(QSize(640, 480), ratio));
         // The card face above, the controls' strip below.
-        QVERIFY(distance(shot.pixel(320, 200), rgb(14570825)) <= 2);
+        QVERIFY(distance(shot.pixel(int(320 * ratio), int(200 * ratio)), rgb(14570825)) <= 2);
         QVERIFY(SaveScreenshot(shot, u"study-window.png"_s));
     }
 
