@@ -1,6 +1,10 @@
 #include "app/instanceguard.h"
 
+#include "core/programstate.h"
+
+#include <QCryptographicHash>
 #include <QDir>
+#include <QFileInfo>
 #include <QLocalServer>
 
 #include <memory>
@@ -18,12 +22,21 @@ QString key()
 {
     if (!g_key.isEmpty())
         return g_key;
-    // One key per user: another user's copy does not count.
-    return u"vocabrix-instance-"_s
-            + QString::fromLatin1(QDir::homePath().toUtf8().toHex().left(40));
+    return KeyFor(g_BaseDirectory.isEmpty() ? QDir::homePath() : g_BaseDirectory);
 }
 
 } // namespace
+
+QString KeyFor(const QString &home)
+{
+    // One key per home folder, from the whole of its path: users whose paths
+    // start alike do not lock each other out. A hash keeps the name short
+    // enough for a socket whatever the path.
+    const QString path = QFileInfo(home).absoluteFilePath();
+    return u"vocabrix-instance-"_s
+            + QString::fromLatin1(
+                    QCryptographicHash::hash(path.toUtf8(), QCryptographicHash::Sha256).toHex());
+}
 
 bool PreviousInstanceRunning()
 {

@@ -13,5 +13,7 @@ bool PreviousInstanceRunning();
 void Release();
 // The key the instances share; tests give each run its own.
 void SetKey(const QString &key);
+// The key of the copies that keep their files in a home folder.
+QString KeyFor(const QString &home);
 
 } // namespace instanceguard

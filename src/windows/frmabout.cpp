@@ -63,7 +63,7 @@ void frmAbout::paintEvent(QPaintEvent *event)
 {
     QDialog::paintEvent(event);
     // The banner is a card face with the program's name on it.
-    WindowSurface banner;
+    WindowSurface banner(Qt::black, devicePixelRatioF());
     banner.Resize(QSize(width(), kBannerHeight));
     cMemDC dc;
     int w = width(), h = kBannerHeight;
@@ -82,7 +82,7 @@ void frmAbout::paintEvent(QPaintEvent *event)
     dc.SetForeColor(0xFFFFFF);
     dc.DrawText(QString::fromUtf16(version::kProductName), l, t, r, b, format);
     QPainter painter(this);
-    painter.drawImage(0, 0, banner.image());
+    painter.drawImage(QPoint(0, 0), banner.image());
 }
 
 void frmAbout::ShowAbout(QWidget *owner)

@@ -25,6 +25,7 @@
 #include <QFileInfo>
 #include <QHBoxLayout>
 #include <QHeaderView>
+#include <QKeySequence>
 #include <QLabel>
 #include <QPushButton>
 #include <QStyle>
@@ -73,28 +74,41 @@ frmChapter::frmChapter(QWidget *parent)
 
     Toolbar2->setObjectName(u"Toolbar2"_s);
     Toolbar2->setToolButtonStyle(Qt::ToolButtonTextBesideIcon);
+    // Every button has a key, named in its tooltip, and takes the focus in
+    // turn with Tab.
     const struct
     {
         const char16_t *key;
         const char16_t *caption;
         QStyle::StandardPixmap icon;
         const char16_t *tip;
+        QKeySequence shortcut;
     } buttons[] = {
             {u"sall", u"Add Chapter...", QStyle::SP_FileDialogNewFolder,
-             u"Add a chapter file to the list"},
+             u"Add a chapter file to the list", QKeySequence(Qt::CTRL | Qt::Key_O)},
             {u"del", u"Remove", QStyle::SP_DialogDiscardButton,
-             u"Remove the selected chapters from the list (the files stay)"},
+             u"Remove the selected chapters from the list (the files stay)",
+             QKeySequence(Qt::Key_Delete)},
             {u"lsaved", u"Resume Progress...", QStyle::SP_DialogOpenButton,
-             u"Continue from a saved progress file"},
-            {u"about", u"About", QStyle::SP_MessageBoxInformation, u"About Vocabrix"},
+             u"Continue from a saved progress file", QKeySequence(Qt::CTRL | Qt::Key_R)},
+            {u"about", u"About", QStyle::SP_MessageBoxInformation, u"About Vocabrix",
+             QKeySequence(Qt::Key_F1)},
     };
+    QWidget *previous = nullptr;
     for (const auto &b : buttons) {
         QAction *a =
                 Toolbar2->addAction(style()->standardIcon(b.icon), QString::fromUtf16(b.caption));
         const QString key = QString::fromUtf16(b.key);
         a->setObjectName(key);
-        a->setToolTip(QString::fromUtf16(b.tip));
+        a->setShortcut(b.shortcut);
+        a->setToolTip(QString::fromUtf16(b.tip) + u" ("_s
+                      + b.shortcut.toString(QKeySequence::NativeText) + u')');
         connect(a, &QAction::triggered, this, [this, key] { ToolbarCommand(key); });
+        QWidget *button = Toolbar2->widgetForAction(a);
+        button->setFocusPolicy(Qt::TabFocus);
+        if (previous)
+            setTabOrder(previous, button);
+        previous = button;
     }
 
     LV1->setObjectName(u"LV1"_s);
@@ -113,6 +127,11 @@ frmChapter::frmChapter(QWidget *parent)
             new QLabel(u"Select the chapters to study (Ctrl+A selects all), then press Study."_s,
                        this);
     hint->setForegroundRole(QPalette::PlaceholderText);
+    Notice = new QLabel(this);
+    Notice->setObjectName(u"Notice"_s);
+    Notice->setWordWrap(true);
+    Notice->setTextFormat(Qt::PlainText);
+    Notice->hide();
 
     Command1->setObjectName(u"Command1"_s);
     Command2->setObjectName(u"Command2"_s);
@@ -140,12 +159,15 @@ frmChapter::frmChapter(QWidget *parent)
     body->setSpacing(8);
     body->addWidget(hint);
     body->addWidget(LV1, 1);
+    body->addWidget(Notice);
     body->addLayout(row);
     layout->addLayout(body);
 
-    setTabOrder(LV1, Command1);
-    setTabOrder(Command1, Command2);
-    setTabOrder(Command2, Command5);
+    // Reading order: the toolbar, the list, then the buttons left to right.
+    setTabOrder(previous, LV1);
+    setTabOrder(LV1, Command5);
+    setTabOrder(Command5, Command2);
+    setTabOrder(Command2, Command1);
     modMain::RemoveCloseCommand(this);
     forms::Add(this);
 
@@ -193,7 +215,8 @@ void frmChapter::AddItem(const QString &path, const QString &title, int count)
     auto *item =
             new QTreeWidgetItem(LV1, {name, QString::number(count), QFileInfo(path).fileName()});
     item->setData(0, kPathRole, path);
-    item->setToolTip(0, path);
+    // A long title is cut short in its column; the tooltip has all of it.
+    item->setToolTip(0, name + u'\n' + path);
     item->setToolTip(2, path);
     item->setTextAlignment(1, Qt::AlignRight | Qt::AlignVCenter);
 }
@@ -206,15 +229,29 @@ void frmChapter::LoadFileList()
         return;
     }
     const int n = g_MasterDb->GetNumber(settings::kFileListCount, 0).value;
+    QStringList leftOut;
     for (int i = 1; i <= n && i <= korva::kMaxEntries; ++i) {
         const QString path = g_MasterDb->GetText(settings::FileListName(i)).value;
-        // Files deleted since are left out (and so leave the list at the next save).
-        if (path.isEmpty() || !ikorvalite::FileExists(path))
+        // Files deleted since are left out (and so leave the list at the next
+        // save); the window says so once, under the list.
+        if (path.isEmpty())
             continue;
+        if (!ikorvalite::FileExists(path)) {
+            leftOut << u"'%1' (the file is gone)"_s.arg(path);
+            continue;
+        }
         ikorvalite chapter;
         if (chapter.Mount(path, false))
             AddItem(path, chapter.Title(), chapter.Count());
+        else
+            leftOut << u"'%1' (%2)"_s.arg(path,
+                                          chapter.LastError().isEmpty() ? u"it can't be read"_s
+                                                                        : chapter.LastError());
     }
+    Notice->setText(leftOut.isEmpty() ? QString()
+                                      : u"Left out of the list: "_s + leftOut.join(u"; "_s));
+    Notice->setToolTip(Notice->text());
+    Notice->setVisible(!leftOut.isEmpty());
 }
 
 void frmChapter::SaveFileList()

@@ -5,6 +5,7 @@
 #include <QDialog>
 
 class QAction;
+class QLabel;
 class QPushButton;
 class QToolBar;
 class QTreeWidget;
@@ -24,6 +25,7 @@ public:
 
     QToolBar *Toolbar2;
     QTreeWidget *LV1;
+    QLabel *Notice;        // remembered chapters that could not be listed, and why
     QPushButton *Command1; // study the selected chapters
     QPushButton *Command2; // quit
     QPushButton *Command5; // the chapter editor

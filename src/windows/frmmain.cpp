@@ -10,6 +10,7 @@
 #include "drawing/programicon.h"
 #include "drawing/r_renderer.h"
 #include "settings/r_data.h"
+#include "windows/cardarea.h"
 #include "windows/frmprogress.h"
 #include "windows/lifecycle.h"
 #include "windows/modrender.h"
@@ -82,6 +83,8 @@ frmMain::~frmMain() = default;
 
 void frmMain::BuildControls()
 {
+    Card = new CardArea(this);
+    Card->setGeometry(0, 0, kCardWidth, kCardHeight - kControlRows);
     m_strip->setGeometry(0, kCardHeight - kControlRows, kCardWidth, kControlRows);
     m_strip->setAutoFillBackground(true);
 

@@ -7,6 +7,7 @@
 #include <QPointer>
 #include <QWidget>
 
+class CardArea;
 class QAction;
 class QMenu;
 class QTimer;
@@ -42,6 +43,7 @@ public:
     zelFlatButton *zelFlatButton3; // previous card
     zelFlatButton *zelFlatButton4; // question / answer
     zelHL *zelHL1;
+    CardArea *Card; // what assistive tools read of the card face
     QTimer *Timer1;
     QMenu *mP;
     QAction *mP_n, *mP_o, *mP_fc, *mP_vac, *mP_sc, *mP_sp, *mP_ss, *mP_qh, *mP_a, *mP_e;

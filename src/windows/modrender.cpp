@@ -9,6 +9,7 @@
 #include "korva/ikorvalite.h"
 #include "settings/r_data.h"
 #include "settings/settingskeys.h"
+#include "windows/cardarea.h"
 #include "windows/frmmain.h"
 
 #include <memory>
@@ -38,6 +39,8 @@ void redraw()
         return;
     g_renderer->Draw(false);
     g_renderer->Draw(true);
+    if (frmMain *main = frmMain::Existing())
+        main->Card->SetDescription(CardDescription());
 }
 
 void setTroubleMark(const Card *card)
@@ -139,6 +142,16 @@ QString CardStatusText(bool withTroubleCount)
     if (withTroubleCount)
         text += u"; "_s + QString::number(CountTroubleCards()) + u" trouble cards"_s;
     return text;
+}
+
+QString CardDescription()
+{
+    const Card *card = current();
+    if (!card || !g_metrics)
+        return QString();
+    const bool question = g_metrics->MainText() == card->question;
+    return g_metrics->MainText() + (question ? u" (question side), "_s : u" (answer side), "_s)
+            + CardStatusText(false) + u", "_s + ChapterCaption();
 }
 
 QString ChapterCaption()

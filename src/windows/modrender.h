@@ -25,6 +25,9 @@ int StepIndex(Direction direction, int index);
 int FindTroubleCard(Direction direction);
 QString CardStatusText(bool withTroubleCount);
 QString ChapterCaption();
+// What the card face shows, for assistive tools: the main text, the side on
+// show, the card's position and its chapter.
+QString CardDescription();
 void UpdateTimesViewed(bool increment);
 
 // Makes the colour metrics and the renderer of the study window anew and

@@ -9,10 +9,12 @@
 #include "windows/frmsplash.h"
 
 #include <QContextMenuEvent>
-
+#include <QLabel>
 #include <QLocalServer>
 #include <QMenu>
 #include <QRadioButton>
+#include <QToolBar>
+#include <QToolButton>
 
 using namespace Qt::Literals::StringLiterals;
 
@@ -273,6 +275,27 @@ private Q_SLOTS:
         QVERIFY(!g_SplashUp);
     }
 
+    // Copies of the program share a key when they share a home folder, and
+    // only then, however alike the paths begin.
+    void instanceKeyCoversTheWholeHomePath_data()
+    {
+        QTest::addColumn<QString>("a");
+        QTest::addColumn<QString>("b");
+        QTest::addColumn<bool>("same");
+        const QString prefix = u"/home/a-rather-long-shared-prefix-of-forty-bytes/"_s;
+        QTest::newRow("same home") << prefix + u"Documents/Vocabrix"_s << prefix + u"Documents/Vocabrix"_s << true;
+        QTest::newRow("alike for 40 bytes") << prefix + u"anna/Vocabrix"_s << prefix + u"otto/Vocabrix"_s << false;
+        QTest::newRow("differ at the end") << u"/srv/x/Vocabrix1"_s << u"/srv/x/Vocabrix2"_s << false;
+    }
+    void instanceKeyCoversTheWholeHomePath()
+    {
+        QFETCH(QString, a);
+        QFETCH(QString, b);
+        QFETCH(bool, same);
+        QCOMPARE(instanceguard::KeyFor(a) == instanceguard::KeyFor(b), same);
+        QVERIFY(instanceguard::KeyFor(a).size() < 100); // fits a socket name
+    }
+
     void studyAndExit()
     {
         startProgram(false, true);
@@ -442,6 +465,63 @@ private Q_SLOTS:
         db.Mount(master(), false);
         QCOMPARE(db.GetText(u"flist_name_3"_s).value, mine);
         QCOMPARE(db.GetText(u"flist_name_4"_s).value, programDir() + u"/ex4.zel"_s); // left behind
+    }
+
+    // Every command of the chapter window by keyboard: Tab goes through it in
+    // reading order, each toolbar button has a key that its tooltip names.
+    void chapterWindowByKeyboard()
+    {
+        startProgram();
+        frmChapter *chapters = modMain::ChapterWindow();
+        QStringList order;
+        QWidget *w = chapters->Toolbar2->widgetForAction(chapters->Toolbar2->actions().first());
+        for (int i = 0; i < 8; ++i, w = w->nextInFocusChain()) {
+            while (!(w->focusPolicy() & Qt::TabFocus) || !w->isVisibleTo(chapters))
+                w = w->nextInFocusChain();
+            order << (qobject_cast<QToolButton *>(w) ? qobject_cast<QToolButton *>(w)->defaultAction()->objectName()
+                                                     : w->objectName());
+        }
+        QCOMPARE(order,
+                 QStringList({u"sall"_s, u"del"_s, u"lsaved"_s, u"about"_s, u"LV1"_s, u"Command5"_s, u"Command2"_s,
+                              u"Command1"_s}));
+        for (QAction *a : chapters->Toolbar2->actions()) {
+            QVERIFY2(!a->shortcut().isEmpty(), qPrintable(a->objectName()));
+            QVERIFY(a->toolTip().endsWith(u'(' + a->shortcut().toString(QKeySequence::NativeText) + u')'));
+        }
+        QVERIFY(QTest::qWaitForWindowActive(chapters));
+        m_env->prompter.fileAnswers = {std::nullopt};
+        QTest::keyClick(chapters->LV1, Qt::Key_R, Qt::ControlModifier);
+        QCOMPARE(m_env->prompter.fileDialogs.size(), size_t(1));
+        QCOMPARE(m_env->prompter.fileDialogs[0].title, u"Open File"_s); // resume progress
+        chapters->LV1->clearSelection();
+        chapters->LV1->topLevelItem(0)->setSelected(true);
+        QTest::keyClick(chapters->LV1, Qt::Key_Delete);
+        QCOMPARE(chapters->LV1->topLevelItemCount(), 3);
+    }
+
+    // A remembered chapter that cannot be listed is left out, and the window
+    // says which and why, once, under the list.
+    void chaptersLeftOutAreNamed()
+    {
+        startProgram();
+        frmChapter *chapters = modMain::ChapterWindow();
+        QVERIFY(!chapters->Notice->isVisibleTo(chapters));
+        const QString gone = m_env->path(u"gone.zel"_s), damaged = m_env->path(u"damaged.zel"_s);
+        WriteFileBytes(damaged, QByteArray(300, '\x7f'));
+        g_MasterDb->SetValue(u"flist_count"_s, QString(), 3, QString());
+        g_MasterDb->SetValue(u"flist_name_1"_s, gone, 0, QString());
+        g_MasterDb->SetValue(u"flist_name_2"_s, damaged, 0, QString());
+        g_MasterDb->SetValue(u"flist_name_3"_s, programDir() + u"/ex2.zel"_s, 0, QString());
+        chapters->LV1->clear();
+        chapters->LoadFileList();
+        QCOMPARE(chapters->LV1->topLevelItemCount(), 1);
+        QVERIFY(chapters->Notice->isVisibleTo(chapters));
+        const QString notice = chapters->Notice->text();
+        QVERIFY2(notice.contains(u"'"_s + gone + u"' (the file is gone)"_s), qPrintable(notice));
+        QVERIFY2(notice.contains(u"'"_s + damaged + u"' ("_s), qPrintable(notice));
+        QVERIFY(m_env->prompter.boxes.empty()); // no box
+        // A long title shows whole in the tooltip.
+        QVERIFY(chapters->LV1->topLevelItem(0)->toolTip(0).startsWith(chapters->LV1->topLevelItem(0)->text(0)));
     }
 
     void editorButton()

@@ -1,4 +1,7 @@
 #include "uitestsupport.h"
+#include "windows/cardarea.h"
+
+#include <QAccessible>
 
 using namespace Qt::Literals::StringLiterals;
 
@@ -129,6 +132,28 @@ private Q_SLOTS:
         QVERIFY(!g_Deck[3].isTrouble());
         QCOMPARE(corner(r_data::Corner::TopLeft), u"showing card 4 of 120; 7 trouble cards"_s);
         QCOMPARE(modrender::CountTroubleCards(), 6);
+    }
+
+    // Screen readers read the card face: its main text, the side on show and
+    // where the card stands.
+    void cardIsReadableByAssistiveTools()
+    {
+        TestEnvironment env;
+        StudyDeck({{u"der Hund"_s, u"the dog"_s}, {u"die Katze"_s, u"the cat"_s}});
+        QAccessibleInterface *face = QAccessible::queryAccessibleInterface(frmMain::Existing()->Card);
+        QVERIFY(face);
+        QCOMPARE(face->text(QAccessible::Name), u"Card"_s);
+        modrender::ShowFirstCard();
+        const QString first = u"der Hund (question side), showing card 1 of 2, from 'Kapitel'"_s;
+        QCOMPARE(face->text(QAccessible::Value), first);
+        modrender::ToggleAnswer();
+        QCOMPARE(face->text(QAccessible::Value), u"the dog (answer side), showing card 1 of 2, from 'Kapitel'"_s);
+        modrender::NextCard();
+        const QString second = u"die Katze (question side), showing card 2 of 2, from 'Kapitel'"_s;
+        QCOMPARE(face->text(QAccessible::Value), second);
+        QCOMPARE(frmMain::Existing()->Card->geometry(), QRect(0, 0, 640, 420));
+        // Clicks go through it to the window.
+        QVERIFY(frmMain::Existing()->Card->testAttribute(Qt::WA_TransparentForMouseEvents));
     }
 
     void deliberateQuirks()
