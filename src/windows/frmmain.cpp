@@ -109,7 +109,7 @@ void frmMain::BuildControls()
             place(new zelFlatButton(m_strip), u"zelFlatButton2"_s, u">>"_s, {550, 8, 76, 26});
     zelHL1 = place(new zelHL(m_strip), u"zelHL1"_s, u"Vocabrix Help"_s, {540, 39, 86, 17});
     zelHL1->move(626 - zelHL1->width(), 39);
-    zelHL1->setToolTip(u"Open the Vocabrix manual"_s);
+    zelHL1->setToolTip(u"Open the Vocabrix manual (F1)"_s);
 
     // Tab goes through the controls in reading order.
     const QList<QWidget *> order {Check1,         Check2,         zelFlatButton1, zelFlatButton3,

@@ -52,6 +52,10 @@ public:
     static constexpr int kCardWidth = 640;
     static constexpr int kCardHeight = 480;
     static constexpr int kControlRows = 60;
+    // Keys of the additions: T turns "show only trouble cards" on and off,
+    // F1 opens the manual as the help link does.
+    static constexpr int kKeyTroubleOnly = 84;
+    static constexpr int kKeyHelp = 112;
 
     // The window's load sequence: position, trouble-only box, controls on,
     // shown in front, hover help running.
@@ -110,6 +114,9 @@ protected:
 
 private:
     frmMain();
+    // The keys of the study commands, codes 13 to 88; false for any other.
+    bool HandleStudyKey(int keyCode);
+    void HandleAddedKey(int keyCode);
     void BuildControls();
     void BuildMenu();
     void ShowHoverHelp(const QString &text);

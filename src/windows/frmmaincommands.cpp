@@ -4,6 +4,7 @@
 #include "cards/progressfile.h"
 #include "cards/statistics.h"
 #include "controls/zelcheck.h"
+#include "controls/zelhl.h"
 #include "core/gcommondialog.h"
 #include "core/log.h"
 #include "core/programstate.h"
@@ -25,38 +26,61 @@ using namespace Qt::Literals::StringLiterals;
 void frmMain::HandleKey(int keyCode, int shift)
 {
     Q_UNUSED(shift); // letters count with or without Shift
-    if (g_ShuffleRunning || !m_studying || keyCode < 13 || keyCode > 88)
+    if (g_ShuffleRunning || !m_studying)
         return;
+    if (keyCode >= 13 && keyCode <= 88 && HandleStudyKey(keyCode))
+        return;
+    HandleAddedKey(keyCode);
+}
+
+bool frmMain::HandleStudyKey(int keyCode)
+{
     switch (keyCode) {
     case 13:
         modrender::ToggleAnswer();
-        break;
+        return true;
     case 32:
         ToggleTrouble();
-        break;
+        return true;
     case 37:
         modrender::PreviousCard();
-        break;
+        return true;
     case 39:
         modrender::NextCard();
-        break;
+        return true;
     case 65:
         ShowAbout();
-        break;
+        return true;
     case 70:
         ShowFind();
-        break;
+        return true;
     case 79:
         ShowOptions();
-        break;
+        return true;
     case 83:
         Shuffle();
-        break;
+        return true;
     case 86:
         ViewAllCards();
-        break;
+        return true;
     case 88:
         Exit();
+        return true;
+    default:
+        return false;
+    }
+}
+
+// Keys of the window's own additions, on codes the study keys leave free.
+void frmMain::HandleAddedKey(int keyCode)
+{
+    switch (keyCode) {
+    case kKeyTroubleOnly:
+        // The only way to the box by keyboard: Space on it marks the card.
+        Check2->Press();
+        break;
+    case kKeyHelp:
+        zelHL1->Press();
         break;
     default:
         break;

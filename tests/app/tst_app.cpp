@@ -609,6 +609,27 @@ private Q_SLOTS:
         QCOMPARE(modrender::CurrentCard, qint16(1));
     }
 
+    // The added keys: T for the box that no key reached (Space on it marks the
+    // card), F1 for the manual behind the help link.
+    void addedKeys()
+    {
+        startProgram();
+        study({0});
+        frmMain *main = frmMain::Existing();
+        const bool only = main->Check2->Checked(), trouble = g_Deck[0].isTrouble();
+        main->Check2->setFocus();
+        QTest::keyClick(main->Check2, Qt::Key_T);
+        QCOMPARE(main->Check2->Checked(), !only);
+        QCOMPARE(g_Deck[0].isTrouble(), trouble);
+        QTest::keyClick(main->Check2, Qt::Key_T, Qt::ShiftModifier);
+        QCOMPARE(main->Check2->Checked(), only);
+        qputenv("BROWSER", "testbrowser %s");
+        QTest::keyClick(main, Qt::Key_F1);
+        qunsetenv("BROWSER");
+        QCOMPARE(m_env->prompter.launches.size(), size_t(1));
+        QCOMPARE(m_env->prompter.launches[0].arguments, QStringList(modBrowser::ProductPageUrl()));
+    }
+
     void menuCommands()
     {
         startProgram();

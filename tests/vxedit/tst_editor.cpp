@@ -8,9 +8,12 @@
 #include "importdialog.h"
 #include "uitestsupport.h"
 #include "windows/frmchapter.h"
+#include "windows/screenfit.h"
 
 #include <QComboBox>
 #include <QCoreApplication>
+#include <QGuiApplication>
+#include <QScreen>
 #include <QSettings>
 #include <QTableView>
 #include <QUndoStack>
@@ -79,6 +82,28 @@ private Q_SLOTS:
         m_window.reset();
         UnloadAllForms();
         m_env.reset();
+    }
+
+    // The editor's windows fit a 1024x600 screen with their frames.
+    void windowsFitASmallScreen()
+    {
+        // It opens within the screen it is on (here, a small one).
+        QVERIFY(QGuiApplication::primaryScreen()->availableGeometry().contains(m_window->geometry()));
+        const QRect screen(0, 0, 1024, 600);
+        const QSize room(1024 - 2 * kFrameSides, 600 - kFrameTop - kFrameSides);
+        ImportDialog importer("a\tb\n"_ba, u"list.tsv"_s);
+        FindReplaceDialog finder(*m_window->Model(), *m_window->UndoStack(), m_window.get());
+        for (QWidget *w : {static_cast<QWidget *>(m_window.get()), static_cast<QWidget *>(&importer),
+                           static_cast<QWidget *>(&finder)}) {
+            FitInto(w, screen);
+            QVERIFY2(w->width() <= room.width() && w->height() <= room.height(),
+                     qPrintable(u"%1 %2x%3"_s.arg(QString::fromLatin1(w->metaObject()->className()))
+                                        .arg(w->width())
+                                        .arg(w->height())));
+            const QSize smallest = w->minimumSizeHint().expandedTo(w->minimumSize());
+            QVERIFY(smallest.width() <= room.width() && smallest.height() <= room.height());
+            QVERIFY(screen.contains(w->geometry()));
+        }
     }
 
     void editsUndoAndRedo()

@@ -1,9 +1,14 @@
 #include "uitestsupport.h"
 #include "windows/cardlistmodel.h"
+#include "windows/frmabout.h"
+#include "windows/frmchapter.h"
 #include "windows/frmfind.h"
 #include "windows/frmoptions.h"
 #include "windows/frmprogress.h"
+#include "windows/frmsetup.h"
+#include "windows/frmsplash.h"
 #include "windows/frmviewer.h"
+#include "windows/screenfit.h"
 
 #include <QAbstractItemModelTester>
 #include <QElapsedTimer>
@@ -82,6 +87,49 @@ private Q_SLOTS:
         UnloadAllForms();
         frmFind::SetCrashHandler({});
         m_env.reset();
+    }
+
+    // Every window fits a 1024x600 screen with its frame, at its opening size
+    // and at its smallest.
+    void everyWindowFitsASmallScreen_data()
+    {
+        QTest::addColumn<QString>("window");
+        for (const char16_t *name : {u"frmMain", u"frmChapter", u"frmFind", u"frmViewer", u"frmOptions", u"frmSetup",
+                                     u"frmAbout", u"frmProgress", u"frmSplash"})
+            QTest::newRow(QString::fromUtf16(name).toUtf8().constData()) << QString::fromUtf16(name);
+    }
+    void everyWindowFitsASmallScreen()
+    {
+        QFETCH(QString, window);
+        std::unique_ptr<QWidget> owned;
+        QWidget *w = nullptr;
+        if (window == u"frmMain"_s)
+            w = frmMain::Existing();
+        else if (window == u"frmFind"_s)
+            w = frmFind::Instance();
+        else if (window == u"frmViewer"_s)
+            w = frmViewer::Instance();
+        else if (window == u"frmOptions"_s)
+            w = frmOptions::Instance();
+        else if (window == u"frmChapter"_s)
+            owned = std::make_unique<frmChapter>();
+        else if (window == u"frmSetup"_s)
+            owned = std::make_unique<frmSetup>();
+        else if (window == u"frmAbout"_s)
+            owned = std::make_unique<frmAbout>();
+        else if (window == u"frmProgress"_s)
+            owned = std::make_unique<frmProgress>();
+        else
+            owned = std::make_unique<frmSplash>();
+        if (owned)
+            w = owned.get();
+        QVERIFY(w);
+        w->adjustSize();
+        const QSize room(1024 - 2 * kFrameSides, 600 - kFrameTop - kFrameSides);
+        QVERIFY2(w->width() <= room.width() && w->height() <= room.height(),
+                 qPrintable(u"%1x%2"_s.arg(w->width()).arg(w->height())));
+        const QSize smallest = w->minimumSizeHint().expandedTo(w->minimumSize());
+        QVERIFY(smallest.width() <= room.width() && smallest.height() <= room.height());
     }
 
     void search_data()

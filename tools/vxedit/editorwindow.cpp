@@ -11,6 +11,7 @@
 #include "editcommands.h"
 #include "findreplace.h"
 #include "korva/cp1252.h"
+#include "windows/screenfit.h"
 
 #include <QAction>
 #include <QCloseEvent>
@@ -150,6 +151,7 @@ EditorWindow::EditorWindow(QWidget *parent)
 
     resize(900, 640);
     restoreGeometry(QSettings().value(u"geometry"_s).toByteArray());
+    FitOnScreen(this);
     setAcceptDrops(true);
     NewChapter();
 }

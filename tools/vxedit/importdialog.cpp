@@ -1,6 +1,7 @@
 #include "importdialog.h"
 
 #include "chapterrules.h"
+#include "windows/screenfit.h"
 
 #include <QCheckBox>
 #include <QComboBox>
@@ -98,6 +99,7 @@ ImportDialog::ImportDialog(const QByteArray &content, const QString &path, QWidg
     layout->addWidget(summary);
     layout->addWidget(buttons);
     resize(760, 520);
+    FitOnScreen(this);
 
     for (QComboBox *box : {delimiter})
         connect(box, &QComboBox::currentIndexChanged, this, &ImportDialog::Reparse);
