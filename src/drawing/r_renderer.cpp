@@ -6,6 +6,7 @@
 #include "drawing/windowsurface.h"
 #include "settings/r_data.h"
 
+#include <QFontMetrics>
 #include <QTimer>
 
 using namespace Qt::Literals::StringLiterals;
@@ -175,6 +176,15 @@ int r_renderer::FitFontSize(const QString &text, const QRect &target, LogicalFon
         }
     }
     return int(font.size);
+}
+
+int r_renderer::CornerTextWidth(const QString &text)
+{
+    LogicalFont font;
+    font.name = u"Tahoma"_s;
+    font.bold = true; // as the corners come after a main text
+    font.size = 8;
+    return QFontMetrics(font.toQFont()).horizontalAdvance(text);
 }
 
 void r_renderer::Present()

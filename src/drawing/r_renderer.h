@@ -43,6 +43,8 @@ public:
     // The main text's size in points: the largest from 8 to 17 whose width
     // stays below the rectangle's, and one less than the first that reaches it.
     int FitFontSize(const QString &text, const QRect &target, LogicalFont &font);
+    // How wide a corner text is drawn on a card with its main text.
+    static int CornerTextWidth(const QString &text);
 
     cMemDC *Surface() const { return m_surface.get(); }
     // The window shows the frame as well as presenting can show it: further

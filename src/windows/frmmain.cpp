@@ -117,13 +117,10 @@ void frmMain::BuildControls()
     for (qsizetype i = 1; i < order.size(); ++i)
         setTabOrder(order[i - 1], order[i]);
 
+    const QStringList &texts = HoverHelpTexts();
     const std::pair<zelControl *, QString> help[] = {
-            {Check1, u"Sets whether you had trouble with this card or not"_s},
-            {Check2, u"Toggles whether or not to show only trouble cards"_s},
-            {zelFlatButton1, u"Show Menu"_s},
-            {zelFlatButton2, u"Next Card"_s},
-            {zelFlatButton3, u"Previous Card"_s},
-            {zelFlatButton4, u"Toggle Question and Answer"_s},
+            {Check1, texts[0]},         {Check2, texts[1]},         {zelFlatButton1, texts[2]},
+            {zelFlatButton2, texts[3]}, {zelFlatButton3, texts[4]}, {zelFlatButton4, texts[5]},
     };
     for (const auto &[control, text] : help) {
         const QString helpText = text;

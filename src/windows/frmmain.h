@@ -5,6 +5,7 @@
 #include "windows/forms.h"
 
 #include <QPointer>
+#include <QStringList>
 #include <QWidget>
 
 class CardArea;
@@ -66,6 +67,10 @@ public:
     // The deck is on show: keys and commands act from now on.
     void SetStudying(bool studying) { m_studying = studying; }
     bool Studying() const { return m_studying; }
+
+    // What the help line says over Check1, Check2 and the four buttons, in
+    // that order, and when the mouse has left them.
+    static const QStringList &HoverHelpTexts();
 
     void EnableStudyControls(bool enabled);
     void StartHoverTimer();

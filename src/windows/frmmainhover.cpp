@@ -17,6 +17,20 @@ namespace {
 const QString kIdleHelp = u"Roll mouse over controls to see descriptions"_s;
 } // namespace
 
+const QStringList &frmMain::HoverHelpTexts()
+{
+    static const QStringList texts {
+            u"Sets whether you had trouble with this card or not"_s,
+            u"Toggles whether or not to show only trouble cards"_s,
+            u"Show Menu"_s,
+            u"Next Card"_s,
+            u"Previous Card"_s,
+            u"Toggle Question and Answer"_s,
+            kIdleHelp,
+    };
+    return texts;
+}
+
 void frmMain::StartHoverTimer()
 {
     if (!g_ShowMouseHover)

@@ -144,6 +144,16 @@ QString CardStatusText(bool withTroubleCount)
     return text;
 }
 
+bool ChapterCaptionFits(const QString &chapter)
+{
+    int help = 0;
+    for (const QString &line : frmMain::HoverHelpTexts())
+        help = qMax(help, r_renderer::CornerTextWidth(line));
+    // The corners stand 2 pixels in from either side; keep a space between.
+    const int room = frmMain::kCardWidth - 4 - help - r_renderer::CornerTextWidth(u"  "_s);
+    return r_renderer::CornerTextWidth(u"from '"_s + chapter + u"'"_s) <= room;
+}
+
 QString CardDescription()
 {
     const Card *card = current();

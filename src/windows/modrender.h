@@ -25,6 +25,9 @@ int StepIndex(Direction direction, int index);
 int FindTroubleCard(Direction direction);
 QString CardStatusText(bool withTroubleCount);
 QString ChapterCaption();
+// Whether a chapter's caption ("from '...'") fits the bottom of the card
+// beside the longest help line; a longer one runs into it.
+bool ChapterCaptionFits(const QString &chapter);
 // What the card face shows, for assistive tools: the main text, the side on
 // show, the card's position and its chapter.
 QString CardDescription();

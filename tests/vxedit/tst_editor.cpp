@@ -13,6 +13,7 @@
 #include <QComboBox>
 #include <QCoreApplication>
 #include <QGuiApplication>
+#include <QLabel>
 #include <QScreen>
 #include <QSettings>
 #include <QTableView>
@@ -104,6 +105,23 @@ private Q_SLOTS:
             QVERIFY(smallest.width() <= room.width() && smallest.height() <= room.height());
             QVERIFY(screen.contains(w->geometry()));
         }
+    }
+
+    void titleTooLongForTheCardIsNoted_data()
+    {
+        QTest::addColumn<QString>("title");
+        QTest::addColumn<QString>("note");
+        QTest::newRow("short") << u"German 1: Greetings"_s << QString();
+        QTest::newRow("runs into the help line") << QString(60, u'W') << u"Long: the card shows it"_s;
+        QTest::newRow("over the byte limit") << QString(200, u'a') << u"bytes"_s;
+    }
+    void titleTooLongForTheCardIsNoted()
+    {
+        QFETCH(QString, title);
+        QFETCH(QString, note);
+        QTest::keyClicks(m_window->TitleEdit(), title);
+        const QString shown = m_window->TitleNote()->text();
+        QVERIFY2(note.isEmpty() ? shown.isEmpty() : shown.contains(note), qPrintable(shown));
     }
 
     void editsUndoAndRedo()

@@ -156,6 +156,49 @@ private Q_SLOTS:
         QVERIFY(frmMain::Existing()->Card->testAttribute(Qt::WA_TransparentForMouseEvents));
     }
 
+    // The caption check agrees with the card itself: a caption that fits
+    // leaves a gap to the longest help line, one that does not runs into it.
+    void chapterCaptionFitsBesideTheHelpLine_data()
+    {
+        QTest::addColumn<QString>("chapter");
+        QTest::addColumn<bool>("fits");
+        QTest::newRow("example chapter") << u"German 3: Travel and Getting Around"_s << true;
+        QTest::newRow("far too long") << QString(70, u'W') << false;
+    }
+    void chapterCaptionFitsBesideTheHelpLine()
+    {
+        QFETCH(QString, chapter);
+        QFETCH(bool, fits);
+        QCOMPARE(modrender::ChapterCaptionFits(chapter), fits);
+        TestEnvironment env;
+        StudyDeck({{u"a"_s, u"b"_s}, {u"c"_s, u"d"_s}});
+        g_Deck[0].chapter = chapter;
+        modrender::ShowFirstCard();
+        r_data *metrics = modrender::Metrics();
+        metrics->SetColor(u"backcolor_a"_s, 0);
+        metrics->SetColor(u"backcolor_b"_s, 0);
+        metrics->SetColor(u"bl_text_forecolor"_s, 0x0000FF); // red help line
+        metrics->SetColor(u"br_text_forecolor"_s, 0xFF0000); // blue caption
+        QString longest;
+        for (const QString &line : frmMain::HoverHelpTexts())
+            if (r_renderer::CornerTextWidth(line) > r_renderer::CornerTextWidth(longest))
+                longest = line;
+        metrics->SetCornerText(r_data::Corner::BottomLeft, longest);
+        modrender::Renderer()->Draw(true);
+        const QImage &face = modrender::Renderer()->Surface()->Image();
+        int helpRight = -1, captionLeft = face.width();
+        for (int y = face.height() * 3 / 4; y < face.height(); ++y)
+            for (int x = 0; x < face.width(); ++x) {
+                const QRgb p = face.pixel(x, y);
+                if (qRed(p) > 128 && qBlue(p) < 64)
+                    helpRight = qMax(helpRight, x);
+                if (qBlue(p) > 128 && qRed(p) < 64)
+                    captionLeft = qMin(captionLeft, x);
+            }
+        QVERIFY(helpRight >= 0 && captionLeft < face.width());
+        QCOMPARE(captionLeft > helpRight, fits);
+    }
+
     void deliberateQuirks()
     {
         TestEnvironment env;

@@ -11,6 +11,7 @@
 #include "editcommands.h"
 #include "findreplace.h"
 #include "korva/cp1252.h"
+#include "windows/modrender.h"
 #include "windows/screenfit.h"
 
 #include <QAction>
@@ -37,6 +38,10 @@
 using namespace Qt::Literals::StringLiterals;
 
 namespace {
+
+const QString kTitleTooLong =
+        u"Long: the card shows it over the help line at its bottom. The chapter window shows "
+        "it whole."_s;
 
 // Editors in the table tell the window about every keystroke, so the card's
 // limits show while it is typed.
@@ -110,9 +115,14 @@ EditorWindow::EditorWindow(QWidget *parent)
         if (m_title->text() != title)
             m_title->setText(title);
         const QString problem = chapterrules::CheckTitle(title);
-        m_titleBytes->setText(problem.isEmpty() ? QString()
-                                                : u"<span style='color:#c01010'>%1</span>"_s.arg(
-                                                        problem.toHtmlEscaped()));
+        if (!problem.isEmpty())
+            m_titleBytes->setText(
+                    u"<span style='color:#c01010'>%1</span>"_s.arg(problem.toHtmlEscaped()));
+        else if (!modrender::ChapterCaptionFits(title))
+            m_titleBytes->setText(
+                    u"<span style='color:#a06000'>%1</span>"_s.arg(kTitleTooLong.toHtmlEscaped()));
+        else
+            m_titleBytes->clear();
     });
     connect(m_model, &ChapterModel::cardsChanged, this, [this] {
         UpdateStatus();

@@ -50,6 +50,8 @@ public:
     QUndoStack *UndoStack() const { return m_undo; }
     QTableView *Table() const { return m_table; }
     QLineEdit *TitleEdit() const { return m_title; }
+    // What the window says of the title: too many bytes, or too long to show.
+    QLabel *TitleNote() const { return m_titleBytes; }
     CardPreview *Preview() const { return m_preview; }
     QString LimitText() const;
     // What the card being typed says of its limits (bytes left or a
