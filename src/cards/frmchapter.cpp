@@ -313,7 +313,7 @@ void frmChapter::LoadSelected()
                "database "
                "files and you may need to reinstall the program if this error persists."_s,
                MsgIcon::Critical, MsgButtons::OK);
-        modMain::DestroySystem(0, false);
+        modMain::DestroySystem(0, false, modMain::kExitFailure);
         return;
     }
     timer.Stop();

@@ -88,7 +88,7 @@ void masterMountFailed()
                    + MasterPath() + u"' and try again."_s,
            MsgIcon::Critical, MsgButtons::OK);
     g_MasterDb.reset();
-    DestroySystem(-1, false);
+    DestroySystem(-1, false, kExitFailure);
 }
 
 void seedFirstUse(bool showSplash)
@@ -192,7 +192,7 @@ void LoadSystem(bool showSplash)
                    u"A previous instance was detected. Exit that instance before starting a new one."_s,
                    MsgIcon::Exclamation, MsgButtons::OK);
             g_SplashUp = false;
-            DestroySystem(-1, false);
+            DestroySystem(-1, false, kExitFailure);
             return;
         }
         Log(u" .. no previously running instance has been found./n"_s);
@@ -252,7 +252,7 @@ void LoadSystem(bool showSplash)
     Log(u"ZEL.Loader exited/n"_s);
 }
 
-void DestroySystem(qint16 code, bool keepRunning)
+void DestroySystem(qint16 code, bool keepRunning, int exitStatus)
 {
     g_ShuttingDown = true;
     if (g_ShuffleRunning) {
@@ -314,7 +314,8 @@ void DestroySystem(qint16 code, bool keepRunning)
         // The process ends when its last window is gone: the event loop stops
         // once the unloaded windows are deleted.
         g_ProcessReleased = true;
-        QCoreApplication::exit(0);
+        g_ExitStatus = exitStatus;
+        QCoreApplication::exit(exitStatus);
     }
 }
 

@@ -18,7 +18,10 @@ void LoadSystem(bool showSplash);
 // Takes the system down. Code 0 is a normal end or a new session, -1 an
 // abandoned start-up (which touches no card data, renderer or positions);
 // keepRunning keeps the study window and the process for a new session.
-void DestroySystem(qint16 code, bool keepRunning);
+// exitStatus is what the process ends with when it is let go.
+inline constexpr int kExitNormal = 0;
+inline constexpr int kExitFailure = 1;
+void DestroySystem(qint16 code, bool keepRunning, int exitStatus = kExitNormal);
 void StartNewSession();
 
 QString RunModeName();
