@@ -23,6 +23,7 @@
 
 #include <QCoreApplication>
 #include <QFile>
+#include <QFileInfo>
 #include <QGuiApplication>
 #include <QPointer>
 #include <QScreen>
@@ -447,6 +448,10 @@ void RequestMasterReset()
 
 void WriteUpdaterFile()
 {
+    // Installed for every user, the program's folder is not the user's to
+    // write: the file is left as it is, without a box at every start.
+    if (!QFileInfo(modFolders::ProgramDirectory()).isWritable())
+        return;
     const QString path =
             modFolders::ProgramDirectory() + u'/' + QString::fromUtf16(version::kTitle) + u".upd"_s;
     if (QFile::exists(path))
