@@ -11,10 +11,13 @@ FUZZ_TARGETS := fuzz_korva fuzz_progress fuzz_cardtext
 
 PREFIX ?= /usr/local
 
-.PHONY: run test build debug deps bench fuzz install clean
+.PHONY: run test build debug deps package-deps bench fuzz install deb package-check screenshots clean
 
 deps:
 	@bash scripts/install-deps.sh
+
+package-deps: deps
+	@bash scripts/install-deps.sh --package
 
 $(RELEASE_DIR)/CMakeCache.txt:
 	cmake -S . -B $(RELEASE_DIR) -DCMAKE_BUILD_TYPE=Release -DVOCABRIX_TESTS=OFF
@@ -28,15 +31,36 @@ build: deps $(RELEASE_DIR)/CMakeCache.txt
 run: build
 	./$(RELEASE_DIR)/vocabrix
 
-# Installs the release build under PREFIX (programs in lib/vocabrix, links in bin).
-install: build
-	cmake --install $(RELEASE_DIR) --prefix $(PREFIX)
+# Installs the release build under PREFIX (DESTDIR is honoured): the programs
+# with the examples and the manual in lib/vocabrix, links in bin, the rest in
+# share. It builds what is missing but installs no packages: `make run` does.
+install: $(RELEASE_DIR)/CMakeCache.txt
+	cmake --build $(RELEASE_DIR) -j $(JOBS)
+	DESTDIR="$(DESTDIR)" cmake --install $(RELEASE_DIR) --prefix $(PREFIX)
+
+# The Debian package of the release build, in build/release.
+deb: package-deps $(RELEASE_DIR)/CMakeCache.txt
+	cmake --build $(RELEASE_DIR) -j $(JOBS)
+	rm -f $(RELEASE_DIR)/vocabrix_*.deb
+	cd $(RELEASE_DIR) && cpack -G DEB
+
+# Lintian and the desktop's validators on the package, and the end-to-end
+# test run against the programs unpacked from it.
+package-check: debug deb
+	bash scripts/check-package.sh $(RELEASE_DIR)/vocabrix_*.deb $(DEBUG_DIR)
+
+# The metainfo's screenshots, from the pictures the tests took of the real
+# windows (run `make test` first); they are published under the project
+# page's screenshots/.
+screenshots: package-deps
+	bash scripts/update-screenshots.sh $(DEBUG_DIR)/screens packaging/screenshots
 
 debug: deps $(DEBUG_DIR)/CMakeCache.txt
 	cmake --build $(DEBUG_DIR) -j $(JOBS)
 
 test: debug
 	cd $(DEBUG_DIR) && QT_QPA_PLATFORM=offscreen ctest --output-on-failure -j $(JOBS)
+	@$(MAKE) --no-print-directory package-check
 
 bench: deps $(RELEASE_DIR)/CMakeCache.txt
 	cmake -S . -B $(RELEASE_DIR) -DVOCABRIX_BENCH=ON

@@ -1,6 +1,7 @@
 #!/usr/bin/env bash
 # Brings what a fresh Debian 12 (or Ubuntu) machine lacks to build, run and test
-# Vocabrix. Packages already present are skipped; nothing is installed when
+# Vocabrix (and, with --package, to build and check its Debian package).
+# Packages already present are skipped; nothing is installed when
 # everything is there, so `make run` and `make test` stay quick after the first time.
 set -euo pipefail
 
@@ -15,10 +16,16 @@ packages=(
     fonts-dejavu-core
 )
 
-# `make fuzz` needs clang and its fuzzer runtime as well.
-if [[ "${1:-}" == "--fuzz" ]]; then
-    packages+=(clang libclang-rt-dev)
-fi
+case "${1:-}" in
+    # `make fuzz` needs clang and its fuzzer runtime as well.
+    --fuzz) packages+=(clang libclang-rt-dev) ;;
+    # `make deb` and the package check (part of `make test`): the package's
+    # dependencies from its binaries, the checkers of what it installs, and
+    # pngquant for `make screenshots`.
+    --package)
+        packages+=(dpkg-dev lintian appstream desktop-file-utils shared-mime-info libglib2.0-bin
+                   libxml2-utils man-db groff-base pngquant) ;;
+esac
 
 missing=()
 for p in "${packages[@]}"; do

@@ -1,6 +1,7 @@
 #include "app/modmain.h"
 #include "controls/zelaccessible.h"
 #include "core/programstate.h"
+#include "core/version.h"
 #include "drawing/logicalfont.h"
 #include "drawing/programicon.h"
 #include "windows/qtplatform.h"
@@ -8,8 +9,50 @@
 #include <QApplication>
 #include <QIcon>
 
+#include <cstdio>
+#include <cstring>
+
+namespace {
+
+const char kHelp[] = "usage: vocabrix [show_console]\n"
+                     "       vocabrix --help | --version\n"
+                     "\n"
+                     "Study vocabulary with flash cards. Chapters are chosen in the program's\n"
+                     "window; chapter files are made with vxedit.\n"
+                     "\n"
+                     "  show_console  also log the run mode at start-up (found anywhere on the\n"
+                     "                command line, in any case)\n"
+                     "  -h, --help    print this help and exit\n"
+                     "  --version     print the version and exit\n"
+                     "\n"
+                     "Settings and the chapter list: ~/Documents/Vocabrix/sys.zel\n";
+
+// --help and --version are answered on the terminal before any window exists,
+// so they need no display. Every other argument is the program's own business
+// (Qt's options, the show_console switch) and is otherwise ignored.
+bool answeredOnTerminal(int argc, char *argv[])
+{
+    for (int i = 1; i < argc; ++i) {
+        if (std::strcmp(argv[i], "--help") == 0 || std::strcmp(argv[i], "-h") == 0) {
+            std::fputs(kHelp, stdout);
+            return true;
+        }
+        if (std::strcmp(argv[i], "--version") == 0) {
+            std::printf("vocabrix %d.%d.%d\n", version::kMajor, version::kMinor,
+                        version::kRevision);
+            return true;
+        }
+    }
+    return false;
+}
+
+} // namespace
+
 int main(int argc, char *argv[])
 {
+    if (answeredOnTerminal(argc, argv))
+        return 0;
+
     QApplication app(argc, argv);
     QApplication::setApplicationName(QStringLiteral("Vocabrix"));
     QApplication::setWindowIcon(ProgramIcon());
@@ -25,7 +68,8 @@ int main(int argc, char *argv[])
     modMain::InstallLifecycle();
 
     modMain::StartProgram();
+    // A start-up abandoned before the event loop runs has already set the status.
     if (g_ProcessReleased)
-        return 0;
+        return g_ExitStatus;
     return app.exec();
 }

@@ -24,6 +24,7 @@
 
 #include <QCoreApplication>
 #include <QFile>
+#include <QFileInfo>
 #include <QGuiApplication>
 #include <QPointer>
 #include <QScreen>
@@ -61,7 +62,7 @@ void masterMountFailed()
                    + MasterPath() + u"' and try again."_s,
            MsgIcon::Critical, MsgButtons::OK);
     g_MasterDb.reset();
-    DestroySystem(-1, false);
+    DestroySystem(-1, false, kExitFailure);
 }
 
 void seedFirstUse(bool showSplash)
@@ -165,7 +166,7 @@ void LoadSystem(bool showSplash)
                    u"A previous instance was detected. Exit that instance before starting a new one."_s,
                    MsgIcon::Exclamation, MsgButtons::OK);
             g_SplashUp = false;
-            DestroySystem(-1, false);
+            DestroySystem(-1, false, kExitFailure);
             return;
         }
         Log(u" .. no previously running instance has been found./n"_s);
@@ -225,7 +226,7 @@ void LoadSystem(bool showSplash)
     Log(u"ZEL.Loader exited/n"_s);
 }
 
-void DestroySystem(qint16 code, bool keepRunning)
+void DestroySystem(qint16 code, bool keepRunning, int exitStatus)
 {
     g_ShuttingDown = true;
     if (g_ShuffleRunning) {
@@ -287,7 +288,8 @@ void DestroySystem(qint16 code, bool keepRunning)
         // The process ends when its last window is gone: the event loop stops
         // once the unloaded windows are deleted.
         g_ProcessReleased = true;
-        QCoreApplication::exit(0);
+        g_ExitStatus = exitStatus;
+        QCoreApplication::exit(exitStatus);
     }
 }
 
@@ -297,9 +299,9 @@ namespace {
 class Spine final : public ProgramLifecycle
 {
 public:
-    void DestroySystem(qint16 code, bool keepRunning) override
+    void DestroySystem(qint16 code, bool keepRunning, int exitStatus) override
     {
-        modMain::DestroySystem(code, keepRunning);
+        modMain::DestroySystem(code, keepRunning, exitStatus);
     }
     void StartNewSession() override { modMain::StartNewSession(); }
 };
@@ -354,6 +356,10 @@ qint32 DetectWindowsVersion(qint32 &major, qint32 &minor, qint32 &build)
 
 void WriteUpdaterFile()
 {
+    // Installed for every user, the program's folder is not the user's to
+    // write: the file is left as it is, without a box at every start.
+    if (!QFileInfo(modFolders::ProgramDirectory()).isWritable())
+        return;
     const QString path =
             modFolders::ProgramDirectory() + u'/' + QString::fromUtf16(version::kTitle) + u".upd"_s;
     if (QFile::exists(path))

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "windows/lifecycle.h"
 #include "windows/windowplacement.h"
 
 #include <QString>
@@ -19,7 +20,8 @@ void LoadSystem(bool showSplash);
 // Takes the system down. Code 0 is a normal end or a new session, -1 an
 // abandoned start-up (which touches no card data, renderer or positions);
 // keepRunning keeps the study window and the process for a new session.
-void DestroySystem(qint16 code, bool keepRunning);
+// exitStatus is what the process ends with when it is let go.
+void DestroySystem(qint16 code, bool keepRunning, int exitStatus = kExitNormal);
 void StartNewSession();
 // Lets the windows below reach DestroySystem and StartNewSession.
 void InstallLifecycle();

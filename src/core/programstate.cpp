@@ -22,6 +22,7 @@ bool g_TroubleByDefault = false;
 bool g_TroubleDefaultCurrent = false;
 bool g_SuppressRefresh = false;
 bool g_ProcessReleased = false;
+int g_ExitStatus = 0;
 
 namespace modrender {
 qint16 CurrentCard = 0;
@@ -48,6 +49,7 @@ void ResetProgramState()
     g_TroubleDefaultCurrent = false;
     g_SuppressRefresh = false;
     g_ProcessReleased = false;
+    g_ExitStatus = 0;
     modrender::CurrentCard = 0;
     modrender::AlphaLevel = 90;
     modrender::AlphaEffects = false;

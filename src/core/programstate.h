@@ -31,6 +31,7 @@ extern bool g_TroubleByDefault;      // saved at shutdown; may be latched for th
 extern bool g_TroubleDefaultCurrent; // in force during this run
 extern bool g_SuppressRefresh;       // keeps card renderers from starting their present timer
 extern bool g_ProcessReleased;       // shutdown has let the process go
+extern int g_ExitStatus; // the process's status once let go: 0, or 1 after a failed start or load
 
 // The card manager's state: the index of the card on show and the alpha
 // options of the card window.

@@ -352,7 +352,7 @@ void frmChapter::LoadSelected()
                "database "
                "files and you may need to reinstall the program if this error persists."_s,
                MsgIcon::Critical, MsgButtons::OK);
-        lifecycle().DestroySystem(0, false);
+        lifecycle().DestroySystem(0, false, kExitFailure);
         return;
     }
     timer.Stop();

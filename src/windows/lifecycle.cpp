@@ -5,7 +5,7 @@ namespace {
 class NoLifecycle final : public ProgramLifecycle
 {
 public:
-    void DestroySystem(qint16, bool) override {}
+    void DestroySystem(qint16, bool, int) override {}
     void StartNewSession() override {}
 };
 

@@ -5,11 +5,15 @@
 // The start-up spine sits above every window, yet windows end the program
 // (the chapter window's Quit, the study window's close) and start new
 // sessions. They reach the spine through this interface, which it installs.
+// What the process ends with when shutdown lets it go.
+inline constexpr int kExitNormal = 0;
+inline constexpr int kExitFailure = 1; // start-up abandoned, or the chapters not loaded
+
 class ProgramLifecycle
 {
 public:
     virtual ~ProgramLifecycle() = default;
-    virtual void DestroySystem(qint16 code, bool keepRunning) = 0;
+    virtual void DestroySystem(qint16 code, bool keepRunning, int exitStatus = kExitNormal) = 0;
     virtual void StartNewSession() = 0;
 };
 

@@ -251,6 +251,7 @@ private Q_SLOTS:
         QCOMPARE(ReadFileBytes(master()), damaged); // nothing written
         QVERIFY(!g_MasterDb);
         QVERIFY(g_ProcessReleased);
+        QCOMPARE(g_ExitStatus, 1);
         QVERIFY(forms::Open().isEmpty());
     }
 
@@ -272,6 +273,7 @@ private Q_SLOTS:
         QVERIFY(lines.contains(u"korvamain has exited .. NOT writing current data to disk/n"_s));
         QVERIFY(!lines.contains(u" .. renderer dead/n"_s)); // code -1 skips the card data
         QVERIFY(g_ProcessReleased);
+        QCOMPARE(g_ExitStatus, 1);
         QVERIFY(!g_SplashUp);
     }
 
@@ -324,6 +326,7 @@ private Q_SLOTS:
         main->HandleKey(88, 0); // X
         FlushDeletes();
         QVERIFY(g_ProcessReleased);
+        QCOMPARE(g_ExitStatus, 0);
         QVERIFY(!frmMain::Existing());
         const QStringList shutdown {
                 u"KORVA system going down on code 0/n"_s,
@@ -426,6 +429,7 @@ private Q_SLOTS:
         QCOMPARE(m_env->prompter.boxTitles(), QStringList({u"FileLoader"_s, u"Database Loader Failure"_s}));
         QCOMPARE(m_env->prompter.boxes[0].text, u"No files were selected to be loaded. The program will exit."_s);
         QVERIFY(g_ProcessReleased);
+        QCOMPARE(g_ExitStatus, 1);
         QVERIFY(!frmMain::Existing());
     }
 
@@ -539,6 +543,7 @@ private Q_SLOTS:
         QCOMPARE(m_env->prompter.launches.size(), size_t(1));
         QCOMPARE(m_env->prompter.launches[0].program, programDir() + u'/' + ExecutableFileName(u"vxedit"_s));
         QVERIFY(g_ProcessReleased); // the program closes for the editor
+        QCOMPARE(g_ExitStatus, 0);
     }
 
     void progressSavedAndResumed()

@@ -1,6 +1,11 @@
-// Starts the real program in a real X server (Xvfb), drives it with xdotool
-// through first use, chapter choice, a few study keys and exit, then checks
-// the settings file it left and keeps a screenshot of the study window.
+// Starts the real programs. In a real X server (Xvfb), driven with xdotool:
+// first use, chapter choice, a few study keys and exit, then the settings file
+// it left, with screenshots of the chapter and study windows. Without any
+// display: the command lines that must not need one.
+//
+// The programs are those of the build and, when VOCABRIX_PACKAGE_ROOT names a
+// folder the Debian package was unpacked into, the unpacked ones as well,
+// started through their links in usr/bin.
 #include "korva/ikorvalite.h"
 
 #include <QDir>
@@ -8,6 +13,9 @@
 #include <QFile>
 #include <QGuiApplication>
 #include <QImage>
+#include <QJsonArray>
+#include <QJsonDocument>
+#include <QJsonObject>
 #include <QPixmap>
 #include <QProcess>
 #include <QScreen>
@@ -36,7 +44,42 @@ QString run(const QString &program, const QStringList &args, const QString &disp
     return QString::fromUtf8(p.readAllStandardOutput()).trimmed();
 }
 
+// Where the programs under test are started from, and the folder they should
+// find their own files in.
+struct Installation
+{
+    QString name;
+    QString binDir;
+    QString programDir; // canonical, as the program sees itself
+};
+
+QList<Installation> installations()
+{
+    const QString built = QFileInfo(QStringLiteral(VOCABRIX_BINARY)).canonicalPath();
+    QList<Installation> list {{u"build"_s, built, built}};
+    const QString root = qEnvironmentVariable("VOCABRIX_PACKAGE_ROOT");
+    if (!root.isEmpty())
+        list.append({u"package"_s, root + u"/usr/bin"_s, QFileInfo(root + u"/usr/lib/vocabrix"_s).canonicalFilePath()});
+    return list;
+}
+
+// A home of its own for a started program, so nothing of the machine's user
+// is read or changed.
+QProcessEnvironment homeEnvironment(const QString &home)
+{
+    QProcessEnvironment env = QProcessEnvironment::systemEnvironment();
+    env.insert(u"HOME"_s, home);
+    env.insert(u"XDG_CONFIG_HOME"_s, home + u"/.config"_s);
+    env.insert(u"XDG_DATA_HOME"_s, home + u"/.local/share"_s);
+    env.insert(u"XDG_CACHE_HOME"_s, home + u"/.cache"_s);
+    env.remove(u"XDG_CONFIG_DIRS"_s);
+    env.insert(u"ASAN_OPTIONS"_s, u"detect_leaks=0"_s);
+    return env;
+}
+
 } // namespace
+
+Q_DECLARE_METATYPE(Installation)
 
 class EndToEndTest : public QObject
 {
@@ -85,14 +128,22 @@ class EndToEndTest : public QObject
         return {};
     }
 
-    void screenshot(const QString &path)
+    // For a failure message: whether the program still runs.
+    static QString state(const QProcess &program)
+    {
+        return program.state() == QProcess::NotRunning ? u"the program ended with status %1"_s.arg(program.exitCode())
+                                                       : u"the program is still running"_s;
+    }
+
+    // A picture of one window (given by its X id) as the user sees it.
+    void screenshot(const QString &path, const QString &window)
     {
         QProcess grab;
         QProcessEnvironment env = QProcessEnvironment::systemEnvironment();
         env.insert(u"DISPLAY"_s, m_display);
         env.insert(u"QT_QPA_PLATFORM"_s, u"xcb"_s);
         grab.setProcessEnvironment(env);
-        grab.start(QCoreApplication::applicationFilePath(), {u"--grab"_s, path});
+        grab.start(QCoreApplication::applicationFilePath(), {u"--grab"_s, path, window});
         QVERIFY(grab.waitForFinished(30000));
         QCOMPARE(grab.exitCode(), 0);
     }
@@ -103,23 +154,16 @@ private Q_SLOTS:
         const QString xvfb = findTool(u"Xvfb"_s);
         m_xdotool = findTool(u"xdotool"_s);
         QVERIFY2(!xvfb.isEmpty() && !m_xdotool.isEmpty(), "Xvfb and xdotool are needed (scripts/install-deps.sh)");
-        for (int n = 91; n < 140 && m_display.isEmpty(); ++n) {
-            if (QFile::exists(u"/tmp/.X11-unix/X%1"_s.arg(n)) || QFile::exists(u"/tmp/.X%1-lock"_s.arg(n)))
-                continue;
-            m_xvfb.start(xvfb, {u":%1"_s.arg(n), u"-screen"_s, u"0"_s, u"1024x768x24"_s, u"-nolisten"_s, u"tcp"_s});
-            m_xvfb.waitForStarted();
-            QElapsedTimer t;
-            t.start();
-            while (t.elapsed() < 10000 && !QFile::exists(u"/tmp/.X11-unix/X%1"_s.arg(n))
-                   && m_xvfb.state() == QProcess::Running)
-                QThread::msleep(50);
-            if (QFile::exists(u"/tmp/.X11-unix/X%1"_s.arg(n))) {
-                m_display = u":%1"_s.arg(n);
-            } else {
-                m_xvfb.kill();
-                m_xvfb.waitForFinished();
-            }
-        }
+        // The server picks a free display itself and says which: no race with
+        // another test's server starting at the same moment.
+        m_xvfb.start(xvfb, {u"-displayfd"_s, u"1"_s, u"-screen"_s, u"0"_s, u"1024x768x24"_s, u"-nolisten"_s, u"tcp"_s});
+        QElapsedTimer t;
+        t.start();
+        while (t.elapsed() < 10000 && !m_xvfb.canReadLine() && m_xvfb.state() != QProcess::NotRunning)
+            m_xvfb.waitForReadyRead(100);
+        const QByteArray number = m_xvfb.readLine().trimmed();
+        if (!number.isEmpty())
+            m_display = u':' + QString::fromLatin1(number);
         QVERIFY2(!m_display.isEmpty(), "no X display could be started");
     }
 
@@ -129,27 +173,38 @@ private Q_SLOTS:
         m_xvfb.waitForFinished(5000);
     }
 
+    void firstUseStudyAndExit_data()
+    {
+        QTest::addColumn<Installation>("installation");
+        for (const Installation &i : installations())
+            QTest::newRow(qPrintable(i.name)) << i;
+    }
+
     void firstUseStudyAndExit()
     {
+        QFETCH(Installation, installation);
         QTemporaryDir home;
         QProcess program;
-        QProcessEnvironment env = QProcessEnvironment::systemEnvironment();
-        for (const QString &v : {u"XDG_CONFIG_HOME"_s, u"XDG_DATA_HOME"_s, u"XDG_CONFIG_DIRS"_s, u"QT_QPA_PLATFORM"_s})
-            env.remove(v);
-        env.insert(u"HOME"_s, home.path());
+        QProcessEnvironment env = homeEnvironment(home.path());
+        env.remove(u"QT_QPA_PLATFORM"_s);
         env.insert(u"DISPLAY"_s, m_display);
-        env.insert(u"ASAN_OPTIONS"_s, u"detect_leaks=0"_s);
         program.setProcessEnvironment(env);
         program.setProcessChannelMode(QProcess::ForwardedChannels);
-        program.start(QStringLiteral(VOCABRIX_BINARY), {});
+        program.start(installation.binDir + u"/vocabrix"_s, {});
         QVERIFY(program.waitForStarted());
 
         // First use: the setup asks; trouble marking off, then Finished.
         const QString setup = waitForWindow(u"Vocabrix 2007 Initial Setup"_s);
-        QVERIFY2(!setup.isEmpty(), "the setup window did not appear");
+        QVERIFY2(!setup.isEmpty(), qPrintable(u"the setup window did not appear; "_s + state(program)));
         const QString chapters =
                 keysUntil(setup, {u"space"_s, u"Down"_s, u"Return"_s}, u"Vocabrix - Choose Chapters"_s);
         QVERIFY2(!chapters.isEmpty(), "the chapter window did not appear");
+
+        const QString shots = QStringLiteral(SCREENS_DIR);
+        const QString prefix = shots + u'/' + installation.name + u'-';
+        QDir().mkpath(shots);
+        QThread::msleep(800); // the splash goes, the list is painted
+        screenshot(prefix + u"chapter-window.png"_s, chapters);
 
         // The chapter window offers the four examples: study them all.
         const QString study = keysUntil(chapters, {u"ctrl+a"_s, u"Return"_s}, u"Vocabrix"_s);
@@ -157,12 +212,10 @@ private Q_SLOTS:
         keys(study, {u"Right"_s, u"Right"_s, u"Return"_s, u"space"_s, u"Return"_s, u"Right"_s});
         QThread::msleep(800); // the card fades in
 
-        const QString shots = QStringLiteral(SCREENS_DIR);
-        QDir().mkpath(shots);
-        screenshot(shots + u"/e2e-study-window.png"_s);
-        const QImage shot(shots + u"/e2e-study-window.png"_s);
+        screenshot(prefix + u"study-window.png"_s, study);
+        const QImage shot(prefix + u"study-window.png"_s);
         QVERIFY(!shot.isNull());
-        // The card face is in the middle of the screen: some of it blue.
+        // The card face is in the middle of the window: some of it blue.
         int blue = 0;
         for (int x = 0; x < shot.width(); x += 8) {
             const QRgb p = shot.pixel(x, shot.height() / 2);
@@ -176,11 +229,10 @@ private Q_SLOTS:
         QCOMPARE(program.exitCode(), 0);
 
         // What it left in its home folder.
+        const QString master = home.path() + u"/Documents/Vocabrix/sys.zel"_s;
         ikorvalite db;
-        QVERIFY(db.Mount(home.path() + u"/Documents/Vocabrix/sys.zel"_s, false));
+        QVERIFY(db.Mount(master, false));
         auto number = [&](const QString &key) { return db.GetNumber(key, 12345).value; };
-        QCOMPARE(number(u"flist_count"_s), 4);
-        QVERIFY(db.GetText(u"flist_name_1"_s).value.endsWith(u"/ex1.zel"_s));
         QCOMPARE(number(u"trouble_by_default"_s), 0);
         QCOMPARE(number(u"show_mouse_hover"_s), -1);
         QCOMPARE(db.GetNote(u"trouble_by_default"_s), u"options"_s);
@@ -194,15 +246,129 @@ private Q_SLOTS:
             QCOMPARE(db.GetNote(key), u"metrics"_s);
             QCOMPARE(number(key) % 15, 0); // twips
         }
+
+        // The chapter list, as the editor beside the program reads it: the
+        // examples in the program's own folder, all of them there.
+        QProcess dump;
+        dump.setProcessEnvironment(homeEnvironment(home.path()));
+        dump.start(installation.binDir + u"/vxedit"_s, {u"dump"_s, master});
+        QVERIFY(dump.waitForFinished(20000));
+        QCOMPARE(dump.exitCode(), 0);
+        QMap<QString, QJsonValue> stored;
+        for (const QJsonValue &e : QJsonDocument::fromJson(dump.readAllStandardOutput())[u"entries"_s].toArray()) {
+            const QJsonObject entry = e.toObject();
+            stored.insert(entry[u"key"_s].toString(),
+                          entry[u"is_text"_s].toInt() ? entry[u"text"_s] : entry[u"number"_s]);
+        }
+        QCOMPARE(stored.value(u"flist_count"_s).toInt(), 4);
+        for (int n = 1; n <= 4; ++n) {
+            const QString chapter = stored.value(u"flist_name_%1"_s.arg(n)).toString();
+            QCOMPARE(chapter, installation.programDir + u"/ex%1.zel"_s.arg(n));
+            QVERIFY2(QFileInfo(chapter).isFile(), qPrintable(chapter));
+        }
+    }
+
+    // A start-up abandoned before the event loop runs still ends the process
+    // with its failure status: here the settings file is damaged, and both of
+    // the program's boxes about it are answered.
+    void abandonedStartEndsWithOne()
+    {
+        QTemporaryDir home;
+        const QString master = home.path() + u"/Documents/Vocabrix/sys.zel"_s;
+        QVERIFY(QDir().mkpath(QFileInfo(master).path()));
+        QFile damaged(master);
+        QVERIFY(damaged.open(QIODevice::WriteOnly));
+        damaged.write(QByteArray(300, '\x5A'));
+        damaged.close();
+
+        QProcess program;
+        QProcessEnvironment env = homeEnvironment(home.path());
+        env.remove(u"QT_QPA_PLATFORM"_s);
+        env.insert(u"DISPLAY"_s, m_display);
+        program.setProcessEnvironment(env);
+        program.start(QStringLiteral(VOCABRIX_BINARY), {});
+        QVERIFY(program.waitForStarted());
+
+        const QString first = waitForWindow(u"High Priority Message Handler"_s);
+        QVERIFY2(!first.isEmpty(), "the first box did not appear");
+        const QString second = keysUntil(first, {u"Return"_s}, u"KORVA File System Critical Error"_s);
+        QVERIFY2(!second.isEmpty(), "the second box did not appear");
+        for (int attempt = 0; attempt < 3 && program.state() != QProcess::NotRunning; ++attempt) {
+            keys(second, {u"Return"_s});
+            program.waitForFinished(5000);
+        }
+        QCOMPARE(program.state(), QProcess::NotRunning);
+        QCOMPARE(program.exitStatus(), QProcess::NormalExit);
+        QCOMPARE(program.exitCode(), 1);
+        QFile after(master);
+        QVERIFY(after.open(QIODevice::ReadOnly));
+        QCOMPARE(after.readAll(), QByteArray(300, '\x5A')); // left as it was
+    }
+
+    // What the programs answer on a terminal, with no display to open a
+    // window on (a window would abort them).
+    void commandLine_data()
+    {
+        QTest::addColumn<QString>("program");
+        QTest::addColumn<QStringList>("arguments");
+        QTest::addColumn<int>("exitCode");
+        QTest::addColumn<QString>("out");
+        QTest::addColumn<QString>("err");
+        const QString version = QStringLiteral(VOCABRIX_VERSION);
+        for (const Installation &i : installations()) {
+            auto row = [&](const char *name) {
+                return &QTest::newRow(qPrintable(i.name + u": "_s + QString::fromLatin1(name)));
+            };
+            const QString vocabrix = i.binDir + u"/vocabrix"_s, vxedit = i.binDir + u"/vxedit"_s;
+            *row("vocabrix --version") << vocabrix << QStringList {u"--version"_s} << 0
+                                       << u"vocabrix "_s + version + u'\n' << QString();
+            *row("vocabrix --help after its own switch") << vocabrix << QStringList {u"SHOW_CONSOLE"_s, u"--help"_s}
+                                                         << 0 << u"usage: vocabrix"_s << QString();
+            *row("vocabrix -h") << vocabrix << QStringList {u"-h"_s} << 0 << u"usage: vocabrix"_s << QString();
+            *row("vxedit --version") << vxedit << QStringList {u"--version"_s} << 0 << u"vxedit "_s + version + u'\n'
+                                     << QString();
+            *row("vxedit unknown verb") << vxedit << QStringList {u"frobnicate"_s, u"x.zel"_s} << 2 << QString()
+                                        << u"vxedit: unknown command frobnicate\nusage: vxedit"_s;
+            *row("vxedit unknown option") << vxedit << QStringList {u"--frobnicate"_s} << 2 << QString()
+                                          << u"vxedit: unknown option --frobnicate\nusage: vxedit"_s;
+        }
+    }
+
+    void commandLine()
+    {
+        QFETCH(QString, program);
+        QFETCH(QStringList, arguments);
+        QFETCH(int, exitCode);
+        QFETCH(QString, out);
+        QFETCH(QString, err);
+        QTemporaryDir home;
+        QProcessEnvironment env = homeEnvironment(home.path());
+        env.remove(u"DISPLAY"_s);
+        env.remove(u"WAYLAND_DISPLAY"_s);
+        env.insert(u"QT_QPA_PLATFORM"_s, u"xcb"_s);
+        QProcess p;
+        p.setProcessEnvironment(env);
+        p.start(program, arguments);
+        QVERIFY(p.waitForFinished(20000));
+        const QString stdoutText = QString::fromUtf8(p.readAllStandardOutput());
+        const QString stderrText = QString::fromUtf8(p.readAllStandardError());
+        QCOMPARE(p.exitStatus(), QProcess::NormalExit);
+        QVERIFY2(p.exitCode() == exitCode, qPrintable(stderrText));
+        QVERIFY2(out.endsWith(u'\n') ? stdoutText == out : stdoutText.startsWith(out), qPrintable(stdoutText));
+        QVERIFY2(stderrText.startsWith(err), qPrintable(stderrText));
+        if (err.isEmpty())
+            QCOMPARE(stderrText, QString());
+        QVERIFY(QDir(home.path()).isEmpty()); // nothing started that writes
     }
 };
 
 int main(int argc, char *argv[])
 {
-    if (argc == 3 && qstrcmp(argv[1], "--grab") == 0) {
+    if (argc == 4 && qstrcmp(argv[1], "--grab") == 0) {
         QGuiApplication app(argc, argv);
-        const QPixmap screen = QGuiApplication::primaryScreen()->grabWindow(0);
-        return screen.save(QString::fromLocal8Bit(argv[2])) ? 0 : 1;
+        const WId window = QByteArray(argv[3]).toULongLong();
+        const QPixmap shot = QGuiApplication::primaryScreen()->grabWindow(window);
+        return !shot.isNull() && shot.save(QString::fromLocal8Bit(argv[2])) ? 0 : 1;
     }
     QCoreApplication app(argc, argv);
     EndToEndTest test;

@@ -259,6 +259,8 @@ private Q_SLOTS:
         QTest::newRow("unknown option") << QStringList({u"dump"_s, u"--frobnicate"_s, u"x"_s});
         QTest::newRow("two files") << QStringList({u"dump"_s, u"x"_s, u"y"_s});
         QTest::newRow("missing value") << QStringList({u"import"_s, u"a.tsv"_s, u"-o"_s});
+        QTest::newRow("unknown command") << QStringList({u"frobnicate"_s, u"a.zel"_s});
+        QTest::newRow("unknown option first") << QStringList({u"--frobnicate"_s});
     }
     void usage()
     {
@@ -266,6 +268,33 @@ private Q_SLOTS:
         const RunResult r = run(args);
         QCOMPARE(r.status, 2);
         QVERIFY(r.err.contains(u"usage: vxedit"_s));
+    }
+
+    // A mistyped verb must reach the command line (a window needs a display);
+    // a file, even a missing one, goes to the window, which says what is wrong.
+    void windowOrCommandLine_data()
+    {
+        QTest::addColumn<QStringList>("args");
+        QTest::addColumn<bool>("commandLine");
+        QTest::newRow("nothing") << QStringList() << false;
+        QTest::newRow("chapter file") << QStringList({u"words.zel"_s}) << false;
+        QTest::newRow("path without suffix") << QStringList({u"cards/words"_s}) << false;
+        QTest::newRow("existing file without suffix") << QStringList({u"notes"_s}) << false;
+        QTest::newRow("verb") << QStringList({u"export"_s, u"words.zel"_s}) << true;
+        QTest::newRow("mistyped verb") << QStringList({u"exprot"_s, u"words.zel"_s}) << true;
+        QTest::newRow("option") << QStringList({u"--version"_s}) << true;
+    }
+    void windowOrCommandLine()
+    {
+        QFETCH(QStringList, args);
+        QFETCH(bool, commandLine);
+        QTemporaryDir dir;
+        WriteFileBytes(dir.filePath(u"notes"_s), "a\tb\n");
+        const QString before = QDir::currentPath();
+        QDir::setCurrent(dir.path());
+        const bool result = commandline::IsCommandLine(args);
+        QDir::setCurrent(before);
+        QCOMPARE(result, commandLine);
     }
 
     void missingFileIsNotCreated()

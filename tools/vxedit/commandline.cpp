@@ -21,9 +21,13 @@ namespace {
 // being read whole.
 constexpr qint64 kMaxSourceSize = 64 * 1024 * 1024;
 
-const QString kUsage = u"usage: vxedit dump FILE\n"
+const QString kUsage = u"usage: vxedit [FILE.zel]\n"
+                       "       vxedit dump FILE\n"
                        "       vxedit import SOURCE.tsv|SOURCE.csv -o OUT.zel [--title TITLE]\n"
-                       "       vxedit export FILE.zel [-o OUT.tsv|OUT.csv]\n"_s;
+                       "       vxedit export FILE.zel [-o OUT.tsv|OUT.csv]\n"
+                       "       vxedit --help | --version\n"_s;
+
+const QStringList kVerbs {u"dump"_s, u"import"_s, u"export"_s};
 
 class Session
 {
@@ -175,8 +179,17 @@ int Session::exportCards(const QString &path, const QString &target)
 
 bool IsCommandLine(const QStringList &args)
 {
-    static const QStringList verbs {u"dump"_s, u"import"_s, u"export"_s, u"--help"_s, u"-h"_s};
-    return !args.isEmpty() && verbs.contains(args.first());
+    if (args.isEmpty())
+        return false;
+    // A file for the window is one that exists, or anything that looks like a
+    // path or a file name (the window then says what is wrong with it). The
+    // rest is a verb, known or mistyped, and is answered without a display.
+    const QString &first = args.first();
+    if (kVerbs.contains(first) || first.startsWith(u'-'))
+        return true;
+    const QFileInfo info(first);
+    return !(info.exists() || first.contains(u'/') || first.contains(u'\\')
+             || !info.suffix().isEmpty());
 }
 
 int Run(const QStringList &args, QIODevice &out, QIODevice &err)
@@ -189,6 +202,13 @@ int Run(const QStringList &args, QIODevice &out, QIODevice &err)
         out.write(kUsage.toUtf8());
         return 0;
     }
+    if (verb == u"--version"_s) {
+        out.write("vxedit " VXEDIT_VERSION "\n");
+        return 0;
+    }
+    if (!kVerbs.contains(verb))
+        return session.usage((verb.startsWith(u'-') ? u"unknown option "_s : u"unknown command "_s)
+                             + verb);
 
     // Options after the verb: -o PATH, --title TEXT; one positional file.
     QString file, output, title;
@@ -221,12 +241,9 @@ int Run(const QStringList &args, QIODevice &out, QIODevice &err)
             return session.usage(u"import needs -o OUT.zel"_s);
         return session.import(file, output, title);
     }
-    if (verb == u"export"_s) {
-        if (!title.isEmpty())
-            return session.usage(u"export takes no title"_s);
-        return session.exportCards(file, output);
-    }
-    return session.usage(u"unknown command "_s + verb);
+    if (!title.isEmpty())
+        return session.usage(u"export takes no title"_s);
+    return session.exportCards(file, output);
 }
 
 } // namespace commandline

@@ -8,12 +8,15 @@ class QIODevice;
 //   vxedit dump FILE                               a KORVA file as JSON
 //   vxedit import SRC -o OUT.zel [--title TITLE]   a chapter from TSV or CSV
 //   vxedit export FILE.zel [-o OUT.tsv|OUT.csv]    a chapter's cards as text
+//   vxedit --help | --version
 // Refused input gives exit status 1 and one line on err naming the file (and
-// line); nothing is written then. Usage errors give 2.
+// line); nothing is written then. Usage errors (an unknown verb or option
+// among them) give 2.
 namespace commandline {
 
 // True when the arguments (without the program name) ask for a verb rather
-// than the editor's window.
+// than the editor's window: anything but nothing or a file to open, so that a
+// mistyped verb gets the usage rather than a window.
 bool IsCommandLine(const QStringList &args);
 
 int Run(const QStringList &args, QIODevice &out, QIODevice &err);
