@@ -25,6 +25,7 @@ protected:
     void Paint(cMemDC &dc, const QRect &client) override;
     bool RaisesHoverEvents() const override { return false; }
     int PreferredWidth() const override;
+    void PropertyChanged() override { Redraw(); }
 
 private:
     LogicalFont CaptionFont() const;

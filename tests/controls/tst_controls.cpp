@@ -33,6 +33,39 @@ bool hasTextIn(const zelControl &c, QRgb background, QRgb text)
     return false;
 }
 
+// The three controls' property handling, whichever control it is.
+void initProperties(zelControl &c)
+{
+    if (auto *b = qobject_cast<zelFlatButton *>(&c))
+        b->InitProperties();
+    else if (auto *k = qobject_cast<zelCheck *>(&c))
+        k->InitProperties();
+    else
+        qobject_cast<zelHL *>(&c)->InitProperties();
+}
+
+void readProperties(zelControl &c, const PropertyBag &bag)
+{
+    if (auto *b = qobject_cast<zelFlatButton *>(&c))
+        b->ReadProperties(bag);
+    else if (auto *k = qobject_cast<zelCheck *>(&c))
+        k->ReadProperties(bag);
+    else
+        qobject_cast<zelHL *>(&c)->ReadProperties(bag);
+}
+
+PropertyBag writeProperties(const zelControl &c)
+{
+    PropertyBag bag;
+    if (auto *b = qobject_cast<const zelFlatButton *>(&c))
+        b->WriteProperties(bag);
+    else if (auto *k = qobject_cast<const zelCheck *>(&c))
+        k->WriteProperties(bag);
+    else
+        qobject_cast<const zelHL *>(&c)->WriteProperties(bag);
+    return bag;
+}
+
 template<typename Control> void place(Control &c, const QString &name, QSize size)
 {
     c.setObjectName(name);
@@ -317,93 +350,99 @@ private Q_SLOTS:
         QCOMPARE(link.cursor().shape(), Qt::ArrowCursor);
     }
 
-    void linkWidthFollowsCaption()
+    void linkRedrawsAtEverySet()
     {
         zelHL link;
         place(link, u"zelHL1"_s, QSize(10, 18));
-        link.SetCaption(u"short"_s);
+        link.SetCaption(u"www"_s);
         const int shortWidth = link.width();
+        link.SetBackcolor(0x00FF00);
+        QCOMPARE(pixel(link, 0, 0), rgb(0x00FF00));
+        link.SetForecolor(0x0000FF);
+        QVERIFY(hasTextIn(link, rgb(0x00FF00), rgb(0x0000FF)));
+        link.HandleMouseMove(1, 1);
+        link.SetForecolorMouse(0xFF0000);
+        QVERIFY(hasTextIn(link, rgb(0x00FF00), rgb(0xFF0000)));
+        link.SetEnabled(false); // a quarter of the fore colour over the back colour
+        QVERIFY(hasTextIn(link, rgb(0x00FF00), rgb(0x00BF40)));
         link.SetCaption(u"a much longer caption for the link"_s);
         QVERIFY(link.width() > shortWidth + 50);
         QCOMPARE(link.height(), 18);
         QCOMPARE(link.surface().image().width(), link.width());
+        link.SetCaption(QString());
+        QCOMPARE(link.width(), 0);
     }
 
-    void propertyDefaultsAndRoundTrip()
+    void propertyDefaults_data()
     {
-        // A new control: the defaults, its name as caption, and nothing to store.
-        zelFlatButton fresh;
-        fresh.setObjectName(u"zelFlatButton3"_s);
-        fresh.InitProperties();
-        QCOMPARE(QList<quint32>({fresh.Backcolor(), fresh.Forecolor(), fresh.BackcolorMouse(), fresh.ForecolorMouse(),
-                                 fresh.BackcolorDisabled(), fresh.ForecolorDisabled()}),
-                 QList<quint32>({0xFF0000u, 0u, 33023u, 0u, 0u, 0x808080u}));
-        QCOMPARE(fresh.Caption(), u"zelFlatButton3"_s);
-        PropertyBag bag;
-        fresh.WriteProperties(bag);
-        QVERIFY(bag.values().isEmpty());
-
-        // Every key written, and read back the same.
-        fresh.SetBackcolor(1);
-        fresh.SetForecolorDisabled(6);
-        fresh.SetBackcolorMouse(3);
-        fresh.SetCaption(u">>"_s);
-        fresh.SetEnabled(false);
-        fresh.WriteProperties(bag);
-        QCOMPARE(bag.values().keys(), QStringList({u"bc"_s, u"bcm"_s, u"c"_s, u"e"_s, u"fcd"_s}));
-        zelFlatButton back;
-        back.ReadProperties(bag);
-        QCOMPARE(QList<quint32>({back.Backcolor(), back.BackcolorMouse(), back.ForecolorDisabled()}),
-                 QList<quint32>({1u, 3u, 6u}));
-        QCOMPARE(back.Caption(), u">>"_s);
-        QVERIFY(!back.Enabled());
-
-        zelCheck c;
-        c.setObjectName(u"Check2"_s);
-        c.ReadProperties(PropertyBag()); // missing keys read as the defaults
-        QCOMPARE(c.Caption(), u"Check2"_s);
-        QVERIFY(!c.Checked());
-        c.SetChecked(true);
-        PropertyBag checkBag;
-        c.WriteProperties(checkBag);
-        zelCheck checkBack;
-        checkBack.ReadProperties(checkBag);
-        QVERIFY(checkBack.Checked());
+        QTest::addColumn<QString>("kind");
+        QTest::addColumn<QList<quint32>>("colours"); // bc, fc, fcm, then bcm, bcd, fcd of the button
+        QTest::addColumn<QStringList>("keys");
+        QTest::newRow("flat button") << u"zelFlatButton"_s << QList<quint32> {0xFF0000, 0, 0, 33023, 0, 0x808080}
+                                     << QStringList({u"bc"_s, u"bcd"_s, u"bcm"_s, u"c"_s, u"e"_s, u"fc"_s, u"fcd"_s,
+                                                     u"fcm"_s});
+        QTest::newRow("check box") << u"zelCheck"_s << QList<quint32> {0xFF0000, 0, 0}
+                                   << QStringList({u"bc"_s, u"c"_s, u"chk"_s, u"e"_s, u"fc"_s, u"fcm"_s});
+        QTest::newRow("link") << u"zelHL"_s << QList<quint32> {0xFF0000, 0, 0}
+                              << QStringList({u"bc"_s, u"c"_s, u"e"_s, u"fc"_s, u"fcm"_s});
     }
-
-    // Not a check: the controls in their states, for people to look at.
-    void renderControlsForReview()
+    // A new control, one read from an empty bag, and one read back from what
+    // a changed one wrote.
+    void propertyDefaults()
     {
-        QImage sheet(360, 150, QImage::Format_RGB32);
-        sheet.fill(Qt::black);
-        QPainter p(&sheet);
-        int y = 10;
-        for (int state = 0; state < 3; ++state) {
-            zelFlatButton b;
-            place(b, u"b"_s, QSize(100, 26));
-            b.SetCaption(state == 0 ? u"Menu"_s : state == 1 ? u">>"_s : u"<<"_s);
-            b.SetBackcolor(0);
-            b.SetForecolor(0xFFFFFF);
-            b.SetBackcolorMouse(0xDE5549);
-            b.SetForecolorMouse(0xFFFFFF);
-            b.SetEnabled(state != 2);
-            b.HandleMouseMove(state == 1 ? 5 : -1, 5);
-            p.drawImage(10, y, b.surface().image());
+        QFETCH(QString, kind);
+        QFETCH(QList<quint32>, colours);
+        QFETCH(QStringList, keys);
+        auto make = [&] {
+            std::unique_ptr<zelControl> c;
+            if (kind == u"zelFlatButton"_s)
+                c = std::make_unique<zelFlatButton>();
+            else if (kind == u"zelCheck"_s)
+                c = std::make_unique<zelCheck>();
+            else
+                c = std::make_unique<zelHL>();
+            c->setObjectName(kind + u'1');
+            return c;
+        };
+        auto state = [](const zelControl &c) {
+            QVariantList out {c.Backcolor(), c.Forecolor(), c.ForecolorMouse()};
+            if (auto *b = qobject_cast<const zelFlatButton *>(&c))
+                out << b->BackcolorMouse() << b->BackcolorDisabled() << b->ForecolorDisabled();
+            out << c.Caption() << c.Enabled() << c.Hovering();
+            if (auto *k = qobject_cast<const zelCheck *>(&c))
+                out << k->Checked();
+            return out;
+        };
+        auto changeAll = [](zelControl &c) {
+            c.SetBackcolor(1), c.SetForecolor(2), c.SetForecolorMouse(3), c.SetCaption(u"x"_s), c.SetEnabled(false);
+            if (auto *b = qobject_cast<zelFlatButton *>(&c))
+                b->SetBackcolorMouse(4), b->SetBackcolorDisabled(5), b->SetForecolorDisabled(6);
+            if (auto *k = qobject_cast<zelCheck *>(&c))
+                k->SetChecked(true);
+            c.HandleMouseMove(0, 0);
+        };
+        QVariantList defaults;
+        for (quint32 colour : colours)
+            defaults << colour;
+        defaults << kind + u'1' << true << false;
+        if (kind == u"zelCheck"_s)
+            defaults << false;
 
-            zelCheck c;
-            place(c, u"c"_s, QSize(220, 22));
-            c.SetBackcolor(0);
-            c.SetForecolor(0xFFFFFF);
-            c.SetForecolorMouse(0x00FFFF);
-            c.SetCaption(u"I had trouble with this card"_s);
-            c.SetChecked(state != 0);
-            c.SetEnabled(state != 2);
-            c.HandleMouseMove(state == 1 ? 5 : -1, 5);
-            p.drawImage(125, y + 2, c.surface().image());
-            y += 40;
-        }
-        p.end();
-        QVERIFY(SaveScreenshot(sheet, u"controls.png"_s));
+        auto control = make();
+        initProperties(*control);
+        QCOMPARE(state(*control), defaults);
+        QVERIFY(writeProperties(*control).values().isEmpty());
+        changeAll(*control);
+        readProperties(*control, PropertyBag());
+        QCOMPARE(state(*control), defaults);
+        changeAll(*control);
+        const PropertyBag bag = writeProperties(*control);
+        QCOMPARE(bag.values().keys(), keys);
+        auto back = make();
+        readProperties(*back, bag);
+        QVariantList expected = state(*control);
+        expected[colours.size() + 2] = false; // the hover flag is not stored
+        QCOMPARE(state(*back), expected);
     }
 
 private:
