@@ -100,6 +100,7 @@ private Q_SLOTS:
         QTest::newRow("questions only") << u"house"_s << true << false << false << QList<int> {};
         QTest::newRow("both columns, listed once") << u"mouse"_s << true << true << false << QList<int> {4, 5};
         QTest::newRow("neither column") << u"haus"_s << false << false << false << QList<int> {};
+        QTest::newRow("one card") << u"GRAS"_s << true << false << false << QList<int> {6};
     }
     void search()
     {
@@ -118,6 +119,8 @@ private Q_SLOTS:
 
         QCOMPARE(find->Text2->text(), typed.trimmed()); // written back
         QCOMPARE(listedOrdinals(), ordinals);
+        QCOMPARE(frmViewer::Instance()->LoadingText(),
+                 ordinals.size() == 1 ? u"1 card found"_s : u"%1 cards found"_s.arg(ordinals.size()));
         const QString caption = frmViewer::Instance()->windowTitle();
         QVERIFY2(QRegularExpression(
                          u"^Item Viewer - \\[found %1 items in \\d+\\.\\d{7} seconds\\]$"_s.arg(ordinals.size()))
@@ -159,6 +162,7 @@ private Q_SLOTS:
         find->Search();
         QCOMPARE(listedOrdinals(), QList<int>({1, 2, 3, 4, 5, 6, 7})); // the empty slot too
         QCOMPARE(frmViewer::Instance()->windowTitle(), u"Item Viewer"_s);
+        QCOMPARE(frmViewer::Instance()->LoadingText(), u"6 cards"_s); // the empty slot is no card
         frmMain::Existing()->ViewAllCards();
         QCOMPARE(listedOrdinals().size(), 7);
     }
@@ -180,17 +184,21 @@ private Q_SLOTS:
         QFETCH(QString, typed);
         QFETCH(int, current);
         frmFind *find = frmFind::Instance();
+        find->show();
+        find->ts->setCurrentIndex(1);
         QCOMPARE(find->Label1->text(), u"(1 - 6)"_s);
         const qint16 viewsBefore = g_Deck[current].timesViewed;
         find->Text1->setText(typed);
-        find->Command3->click();
+        QTest::keyClick(find->Text1, Qt::Key_Return); // Return in the field jumps once
         QCOMPARE(int(modrender::CurrentCard), current);
+        QCOMPARE(g_Deck[current].timesViewed, qint16(viewsBefore + (current != 0 ? 1 : 0)));
+        QTest::mouseClick(find->Command3, Qt::LeftButton);
+        QCOMPARE(int(modrender::CurrentCard), current);
+        QCOMPARE(g_Deck[current].timesViewed, qint16(viewsBefore + (current != 0 ? 2 : 0)));
         QVERIFY(m_env->prompter.boxes.empty());
-        if (current != 0) {
-            QCOMPARE(g_Deck[current].timesViewed, qint16(viewsBefore + 1));
+        if (current != 0)
             QCOMPARE(modrender::Metrics()->CornerText(r_data::Corner::TopLeft),
                      u"showing card %1 of 6"_s.arg(current + 1));
-        }
     }
 
     void rowClickShowsTheCard()
@@ -203,10 +211,28 @@ private Q_SLOTS:
         // A jump: the status line has no trouble count.
         QCOMPARE(modrender::Metrics()->CornerText(r_data::Corner::TopLeft), u"showing card 5 of 6"_s);
         QCOMPARE(modrender::Metrics()->MainText(), u"Mousepad"_s);
-        // The list shows the new count at once.
-        QCOMPARE(viewer->Cards()->index(4, CardListModel::TimesViewed).data().toInt(), 1);
+        // The row keeps what it held when the list was filled.
+        QCOMPARE(viewer->Cards()->index(4, CardListModel::TimesViewed).data().toInt(), 0);
         QTest::keyClick(viewer, Qt::Key_Escape); // Escape closes it
         QVERIFY(!forms::IsOpen(viewer));
+    }
+
+    void rowsKeepWhatWasFound()
+    {
+        frmFind *find = frmFind::Instance();
+        find->Text2->setText(u"haus"_s);
+        find->Search();
+        const QString caption = frmViewer::Instance()->windowTitle();
+        std::reverse(g_Deck.cards().begin(), g_Deck.cards().end() - 1); // as a shuffle might
+        g_Deck[0].timesViewed = 9;
+        CardListModel *model = frmViewer::Instance()->Cards();
+        QCOMPARE(listedOrdinals(), QList<int>({1, 2, 3}));
+        QCOMPARE(model->index(0, CardListModel::Question).data().toString(), u"das Haus"_s);
+        QCOMPARE(model->index(1, CardListModel::Answer).data().toString(), u"homework"_s);
+        QCOMPARE(model->index(0, CardListModel::TimesViewed).data().toInt(), 1);
+        QCOMPARE(model->index(2, CardListModel::Chapter).data().toString(), u"Kapitel"_s);
+        QVERIFY(isBold(0, CardListModel::Question));
+        QCOMPARE(frmViewer::Instance()->windowTitle(), caption);
     }
 
     void rowCheckBoxIsTheTroubleMark()
@@ -229,8 +255,8 @@ private Q_SLOTS:
     {
         CardListModel cards(g_Deck);
         QAbstractItemModelTester testCards(&cards, QAbstractItemModelTester::FailureReportingMode::QtTest);
-        cards.SetRows({{0, true, false}, {3, false, true}});
-        cards.AddRow({5, true, true});
+        cards.SetRows({cards.RowFor(0, true, false), cards.RowFor(3, false, true)});
+        cards.AddRow(cards.RowFor(5, true, true));
         cards.setData(cards.index(1, 0), Qt::Checked, Qt::CheckStateRole);
         cards.Clear();
 
@@ -321,33 +347,45 @@ private Q_SLOTS:
     void troubleDefaultLatch_data()
     {
         QTest::addColumn<MsgResult>("answer");
+        QTest::addColumn<bool>("byKey");
         QTest::addColumn<bool>("current");
         QTest::addColumn<bool>("saved");
-        QTest::addColumn<bool>("boxShows");
         QTest::addColumn<QString>("caption");
-        QTest::newRow("yes: now") << MsgResult::Yes << true << true << true << u"Make cards trouble by default"_s;
-        QTest::newRow("no: next run") << MsgResult::No << false << true << false
+        const QString plain = u"Make cards trouble by default"_s;
+        QTest::newRow("yes: now") << MsgResult::Yes << false << true << true << plain;
+        QTest::newRow("no: next run") << MsgResult::No << false << false << true
                                       << u"Make cards trouble by default (latched: True)"_s;
-        QTest::newRow("cancel") << MsgResult::Cancel << false << false << false << u"Make cards trouble by default"_s;
+        QTest::newRow("cancel") << MsgResult::Cancel << false << false << false << plain;
+        QTest::newRow("yes by the keyboard") << MsgResult::Yes << true << true << true << plain;
     }
     void troubleDefaultLatch()
     {
         QFETCH(MsgResult, answer);
+        QFETCH(bool, byKey);
         QFETCH(bool, current);
         QFETCH(bool, saved);
-        QFETCH(bool, boxShows);
         QFETCH(QString, caption);
         frmOptions *options = frmOptions::Instance();
+        options->show();
+        options->SelectTab(1);
         QVERIFY(!options->Check3->isChecked());
         m_env->prompter.answers = {answer};
-        options->Check3->click();
+        if (byKey)
+            QTest::keyClick(options->Check3, Qt::Key_Space);
+        else
+            QTest::mouseClick(options->Check3, Qt::LeftButton, {}, QPoint(8, options->Check3->height() / 2));
         QCOMPARE(m_env->prompter.boxTitles(), QStringList(u"Persistency"_s));
+        QCOMPARE(m_env->prompter.boxes[0].text,
+                 u"You can enforce this change immediately or at the program's next run. If you enforce it "
+                 "immediately, then all cards' trouble status will be reset."_s);
+        QCOMPARE(m_env->prompter.boxes[0].icon, MsgIcon::Question);
         QCOMPARE(m_env->prompter.boxes[0].buttons, MsgButtons::YesNoCancel);
         QCOMPARE(g_TroubleDefaultCurrent, current);
         QCOMPARE(g_TroubleByDefault, saved);
         QCOMPARE(options->Check3->isChecked(), current); // shows the value in force
         QCOMPARE(options->Check3->text(), caption);
-        QCOMPARE(frmMain::Existing()->Check2->Checked(), boxShows);
+        QCOMPARE(frmMain::Existing()->Check2->Checked(), current);
+        QCOMPARE(frmMain::Existing()->Check1->Checked(), current); // the card on show again
         for (const Card &card : g_Deck.cards())
             QCOMPARE(card.isTrouble(), current); // every slot, the empty one too
     }
@@ -355,18 +393,25 @@ private Q_SLOTS:
     void latchSurvivesReopenAndUnlatches()
     {
         frmOptions *options = frmOptions::Instance();
+        options->show();
+        options->SelectTab(1);
+        const QPoint onTheBox(8, options->Check3->height() / 2);
         m_env->prompter.answers = {MsgResult::No};
-        options->Check3->click();
+        QTest::mouseClick(options->Check3, Qt::LeftButton, {}, onTheBox);
         forms::Unload(options);
         FlushDeletes();
         options = frmOptions::Instance();
+        options->show();
+        options->SelectTab(1);
         QCOMPARE(options->Check3->text(), u"Make cards trouble by default (latched: True)"_s);
         QVERIFY(!options->Check3->isChecked());
-        // Setting the box back to the value in force: no question, no latch.
+        QVERIFY(g_TroubleByDefault);
+        // Pressed, then let go off the box: no change, and the latch goes.
         m_env->prompter.boxes.clear();
-        options->Check3->setChecked(true);
-        options->Check3->click(); // off, equal to the value in force
+        QTest::mousePress(options->Check3, Qt::LeftButton, {}, onTheBox);
+        QTest::mouseRelease(options->Check3, Qt::LeftButton, {}, QPoint(-40, onTheBox.y()));
         QVERIFY(m_env->prompter.boxes.empty());
+        QVERIFY(!options->Check3->isChecked());
         QVERIFY(!g_TroubleByDefault);
         QCOMPARE(options->Check3->text(), u"Make cards trouble by default"_s);
     }
