@@ -239,6 +239,15 @@ private Q_SLOTS:
         env.log->clear();
         modFolders::SetHomeDirectory();
         QCOMPARE(env.logLines().last(), u" [exists]/n"_s);
+
+        // A plain file of that name is found as well, and left as it is.
+        QVERIFY(QDir(expected).removeRecursively());
+        WriteFileBytes(expected, "not a folder");
+        env.log->clear();
+        modFolders::SetHomeDirectory();
+        QCOMPARE(env.logLines().last(), u" [exists]/n"_s);
+        QCOMPARE(env.log->lines.back().level, kLogContinuation);
+        QCOMPARE(ReadFileBytes(expected), QByteArray("not a folder"));
     }
 
     void browserSplit_data()
