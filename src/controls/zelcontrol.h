@@ -60,6 +60,12 @@ public:
     // disabled, else the control's own step and Click.
     void Press();
 
+    // The design-time properties: a new control's defaults, and reading and
+    // writing them by their short keys (a value at its default is not stored).
+    virtual void InitProperties() = 0;
+    virtual void ReadProperties(const PropertyBag &bag) = 0;
+    virtual void WriteProperties(PropertyBag &bag) const = 0;
+
     const WindowSurface &surface() const { return m_surface; }
 
 Q_SIGNALS:

@@ -3,8 +3,8 @@
 #include "drawing/logicalfont.h"
 #include "drawing/r_renderer.h"
 #include "drawing/windowsurface.h"
-#include "settings/r_data.h"
 #include "screens.h"
+#include "settings/r_data.h"
 #include "testsupport.h"
 
 #include <QGuiApplication>
@@ -14,17 +14,6 @@
 using namespace Qt::Literals::StringLiterals;
 
 namespace {
-
-// 0x00BBGGRR as stored; qRgb for comparisons with image pixels.
-QRgb rgb(quint32 ole)
-{
-    return qRgb(int(ole & 0xFF), int((ole >> 8) & 0xFF), int((ole >> 16) & 0xFF));
-}
-
-int distance(QRgb a, QRgb b)
-{
-    return qMax(qAbs(qRed(a) - qRed(b)), qMax(qAbs(qGreen(a) - qGreen(b)), qAbs(qBlue(a) - qBlue(b))));
-}
 
 // The bounding box of the pixels that satisfy a test.
 QRect boxOf(const QImage &image, const std::function<bool(QRgb)> &test)

@@ -8,17 +8,6 @@ using namespace Qt::Literals::StringLiterals;
 
 namespace {
 
-// 0x00BBGGRR as stored; qRgb for comparisons with image pixels.
-QRgb rgb(quint32 ole)
-{
-    return qRgb(int(ole & 0xFF), int((ole >> 8) & 0xFF), int((ole >> 16) & 0xFF));
-}
-
-int distance(QRgb a, QRgb b)
-{
-    return qMax(qAbs(qRed(a) - qRed(b)), qMax(qAbs(qGreen(a) - qGreen(b)), qAbs(qBlue(a) - qBlue(b))));
-}
-
 // The contrast ratio of two colours as people see them (1 to 21).
 double contrast(QRgb a, QRgb b)
 {
@@ -394,6 +383,7 @@ private Q_SLOTS:
         QEvent leave(QEvent::Leave);
         QCoreApplication::sendEvent(main->zelFlatButton3, &leave);
         QVERIFY(main->Timer1->isActive());
+        main->Timer1->setInterval(1);
         QTRY_COMPARE(corner(r_data::Corner::BottomLeft), idle);
 
         g_ShowMouseHover = false; // no help, and the ticks leave the line alone
