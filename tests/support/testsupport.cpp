@@ -93,6 +93,9 @@ TestEnvironment::TestEnvironment(bool withWatcher)
     qputenv("XDG_CONFIG_HOME", (home + u"/.config"_s).toUtf8());
     qputenv("XDG_DATA_HOME", (home + u"/.local/share"_s).toUtf8());
     QDir(home).mkpath(u"Documents"_s);
+    // Code that reaches for the home folder's settings file finds it here,
+    // never beside the test or at the root.
+    g_BaseDirectory = home;
     SetPrompter(&prompter);
     SetPauser(&pauser);
     if (withWatcher) {

@@ -129,8 +129,9 @@ public:
 };
 
 // Everything a test of the program's logic needs: program-wide state reset,
-// a temporary home (HOME, XDG folders and the documents folder in it), a
-// fake prompter, instant pauses and a recording watcher as g_Watcher.
+// a temporary home (HOME, XDG folders, the documents folder and
+// g_BaseDirectory in it), a fake prompter, instant pauses and a recording
+// watcher as g_Watcher.
 // Undone when it goes out of scope.
 class TestEnvironment
 {

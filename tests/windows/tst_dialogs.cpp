@@ -2,11 +2,10 @@
 #include "windows/cardlistmodel.h"
 #include "windows/frmfind.h"
 #include "windows/frmoptions.h"
-#include "windows/frmprogress.h"
 #include "windows/frmviewer.h"
 
 #include <QAbstractItemModelTester>
-#include <QElapsedTimer>
+#include <QGroupBox>
 #include <QLabel>
 #include <QListWidget>
 #include <QRegularExpression>
@@ -136,8 +135,11 @@ private Q_SLOTS:
     void matchesAreBold()
     {
         frmFind *find = frmFind::Instance();
+        find->show();
         find->Text2->setText(u"mouse"_s);
-        find->Search();
+        QTest::keyClick(find->Text2, Qt::Key_Return); // Find is the default button
+        QVERIFY(SaveScreenshot(find->grab().toImage(), u"find.png"_s));
+        QVERIFY(SaveScreenshot(frmViewer::Instance()->grab().toImage(), u"viewer.png"_s));
         // "Mousepad" / "mouse pad" matched in both columns; "die Maus" only in its answer.
         QCOMPARE(listedOrdinals(), QList<int>({4, 5}));
         QVERIFY(!isBold(0, CardListModel::Question));
@@ -318,6 +320,7 @@ private Q_SLOTS:
         g_ShowMouseHover = false;
         m_env->log->clear();
         frmOptions *options = frmOptions::Instance();
+        options->show();
         QCOMPARE(options->Slider1->value(), 77);
         QVERIFY(options->Check1->isChecked());
         QVERIFY(options->Slider1->isEnabled());
@@ -325,23 +328,29 @@ private Q_SLOTS:
         QVERIFY(m_env->logLines().contains(u" .. frmOptions renderer loaded/n"_s));
         QCOMPARE(options->LV->count(), 12);
         QCOMPARE(options->LV->item(2)->text(), u"main text shadow"_s);
+        QVERIFY(options->Picture1[0]->isVisible() && !options->Picture1[1]->isVisible());
+        QVERIFY(SaveScreenshot(options->grab().toImage(), u"options-colors.png"_s));
 
-        options->Check1->click(); // alpha off: its controls greyed
+        QTest::mouseClick(options->ts, Qt::LeftButton, {}, options->ts->tabRect(1).center());
+        QVERIFY(!options->Picture1[0]->isVisible() && options->Picture1[1]->isVisible());
+        auto click = [](QWidget *box) { QTest::mouseClick(box, Qt::LeftButton, {}, QPoint(8, box->height() / 2)); };
+        click(options->Check1); // alpha off: its controls greyed
         QVERIFY(!modrender::AlphaEffects);
-        QVERIFY(!options->Slider1->isEnabled());
-        options->Slider1->setValue(200);
-        QCOMPARE(int(modrender::AlphaLevel), 200);
-        options->Check2->click();
+        QVERIFY(!options->Slider1->isEnabled() && !options->Frame1->isEnabled());
+        click(options->Check1);
+        QTest::keyClick(options->Slider1, Qt::Key_PageUp);
+        QCOMPARE(int(modrender::AlphaLevel), 77 + 16);
+        click(options->Check2);
         QVERIFY(g_ShowMouseHover);
+        QVERIFY(SaveScreenshot(options->grab().toImage(), u"options-interface.png"_s));
 
-        options->SelectTab(1);
-        QVERIFY(!options->Picture1[0]->isVisible() || !options->isVisible());
         m_env->log->clear();
-        options->Command2->click();
+        QTest::keyClick(options, Qt::Key_Escape); // closes, like Close
         FlushDeletes();
         QVERIFY(!frmOptions::Existing());
         QCOMPARE(m_env->logLines().first(), u" .. frmOptions renderer halted/n"_s);
         QVERIFY(g_MasterDb->GetNumber(u"frmOptions.left"_s, 0).found);
+        QVERIFY(modrender::AlphaEffects && g_ShowMouseHover); // the switches stay changed
     }
 
     void troubleDefaultLatch_data()
@@ -497,30 +506,6 @@ private Q_SLOTS:
         QVERIFY(textIn({w - 62, h - 14, 60, 14}));          // bottom right
         QVERIFY(textIn({w / 2 - 50, h / 2 - 10, 100, 20})); // the main text
         QVERIFY(options->Timer1->isActive());
-    }
-
-    // Not checks: the dialogs with the example words, for people to look at.
-    void screenshotsForReview()
-    {
-        frmOptions *options = frmOptions::Instance();
-        options->show();
-        options->LV->setCurrentRow(1);
-        options->RedrawPreview();
-        QVERIFY(SaveScreenshot(options->grab().toImage(), u"options-colors.png"_s));
-        options->SelectTab(1);
-        QVERIFY(SaveScreenshot(options->grab().toImage(), u"options-interface.png"_s));
-        frmFind *find = frmFind::Instance();
-        find->show();
-        find->Text2->setText(u"haus"_s);
-        find->Search();
-        QVERIFY(SaveScreenshot(find->grab().toImage(), u"find.png"_s));
-        QVERIFY(SaveScreenshot(frmViewer::Instance()->grab().toImage(), u"viewer.png"_s));
-        frmProgress progress;
-        progress.SetCaption(u"Randomizer Progress"_s);
-        progress.SetRange(0, 200);
-        progress.SetValue(120);
-        progress.show();
-        QVERIFY(SaveScreenshot(progress.grab().toImage(), u"progress.png"_s));
     }
 };
 

@@ -1,5 +1,6 @@
 #include "cards/shuffler.h"
 #include "uitestsupport.h"
+#include "windows/frmprogress.h"
 
 #include <QContextMenuEvent>
 #include <QMenu>
@@ -52,7 +53,13 @@ class ReversingRandom final : public RandomSource
 public:
     explicit ReversingRandom(int cards) : m_cards(cards) {}
     void Seed(double) override {}
-    double Next() override { return (m_cards - 1 - m_draws++) / 10000.0; }
+    double Next() override
+    {
+        if (onDraw)
+            onDraw();
+        return (m_cards - 1 - m_draws++) / 10000.0;
+    }
+    std::function<void()> onDraw;
 
 private:
     int m_cards;
@@ -338,6 +345,38 @@ private Q_SLOTS:
         }
         g_ShuffleRunning = false;
         QCOMPARE(observe(env), changed(before, effect));
+    }
+
+    // While the deck is shuffled: the progress form over the study window,
+    // the card saying what happens, the controls off.
+    void shuffleShowsItsProgress()
+    {
+        TestEnvironment env;
+        ReversingRandom reversing(6);
+        SetRandomSource(&reversing);
+        StudyDeck(6);
+        frmMain *main = frmMain::Existing();
+        int draws = 0;
+        reversing.onDraw = [&] {
+            if (draws++ > 0)
+                return;
+            auto *progress = main->findChild<frmProgress *>();
+            QVERIFY(progress && progress->isVisible());
+            QCOMPARE(progress->windowTitle(), u"Randomizer Progress"_s);
+            QCOMPARE(progress->Maximum(), 12);
+            QCOMPARE(progress->Value(), 0);
+            QCOMPARE(modrender::Metrics()->MainText(), u"Randomizing .. "_s);
+            QCOMPARE(corner(r_data::Corner::TopLeft), u"Pass 1 of 2"_s);
+            QVERIFY(!main->Check1->Enabled() && !main->Check2->Enabled() && !main->zelFlatButton1->Enabled());
+            QVERIFY(g_ShuffleRunning);
+            QVERIFY(SaveScreenshot(progress->grab().toImage(), u"progress.png"_s));
+        };
+        main->Shuffle();
+        QCOMPARE(draws, 6);
+        FlushDeletes();
+        QVERIFY(!main->findChild<frmProgress *>());
+        QVERIFY(main->Check1->Enabled() && main->zelFlatButton4->Enabled());
+        QVERIFY(!g_ShuffleRunning);
     }
 
     void quickHelpText()
