@@ -311,13 +311,13 @@ private Q_SLOTS:
         WriteFileBytes(master(), damaged);
         modMain::StartProgram();
         FlushDeletes();
-        QCOMPARE(m_env->prompter.boxTitles(),
-                 QStringList({u"High Priority Message Handler"_s, u"KORVA File System Critical Error"_s}));
-        QCOMPARE(m_env->prompter.boxes[0].text, u"The program cannot start/n"_s);
-        QCOMPARE(m_env->prompter.boxes[1].text,
-                 u"The program's master database couldn't be opened. Check the path: \r\n'"_s + master()
-                         + u"' and try again."_s);
-        QCOMPARE(m_env->prompter.boxes[1].icon, MsgIcon::Critical);
+        QCOMPARE(m_env->prompter.seen(),
+                 QStringList(
+                         {Box(u"High Priority Message Handler"_s, u"The program cannot start/n"_s, MsgIcon::Critical),
+                          Box(u"KORVA File System Critical Error"_s,
+                              u"The program's master database couldn't be opened. Check the path: \r\n'"_s + master()
+                                      + u"' and try again."_s,
+                              MsgIcon::Critical)}));
         QCOMPARE(ReadFileBytes(master()), damaged); // nothing written
         QVERIFY(!g_MasterDb);
         QVERIFY(g_ProcessReleased);
@@ -331,10 +331,10 @@ private Q_SLOTS:
         QVERIFY(other.listen(u"vocabrix-test-"_s + QString::number(QCoreApplication::applicationPid())));
         modMain::StartProgram();
         FlushDeletes();
-        QCOMPARE(m_env->prompter.boxTitles(), QStringList(u"Previous Instance Found"_s));
-        QCOMPARE(m_env->prompter.boxes[0].text,
-                 u"A previous instance was detected. Exit that instance before starting a new one."_s);
-        QCOMPARE(m_env->prompter.boxes[0].icon, MsgIcon::Exclamation);
+        QCOMPARE(m_env->prompter.seen(),
+                 QStringList(Box(u"Previous Instance Found"_s,
+                                 u"A previous instance was detected. Exit that instance before starting a new one."_s,
+                                 MsgIcon::Exclamation)));
         QVERIFY(!QFileInfo::exists(master())); // never touched
         const QStringList lines = m_env->logLines();
         QVERIFY(lines.contains(u"Previous program instance found/n"_s));
@@ -453,33 +453,16 @@ private Q_SLOTS:
         QCOMPARE(modrender::Metrics()->CornerText(r_data::Corner::BottomRight), u"from 'German 4: Home and Family'"_s);
     }
 
-    void closeRefusedWhileShuffling()
-    {
-        startProgram();
-        study({0});
-        frmMain *main = frmMain::Existing();
-        g_ShuffleRunning = true;
-        QVERIFY(!main->close());
-        QVERIFY(main->isVisible());
-        QVERIFY(!g_ProcessReleased);
-        main->HandleKey(39, 0); // keys are ignored during a shuffle
-        QCOMPARE(modrender::CurrentCard, qint16(0));
-        g_ShuffleRunning = false;
-        QVERIFY(main->close());
-        QVERIFY(g_ProcessReleased);
-    }
-
     void nothingSelectedEndsTheProgram()
     {
         startProgram();
         study({});
-        QCOMPARE(m_env->prompter.boxTitles(), QStringList({u"FileLoader"_s, u"Database Loader Failure"_s}));
-        QCOMPARE(m_env->prompter.boxes[0].text, u"No files were selected to be loaded. The program will exit."_s);
-        QCOMPARE(m_env->prompter.boxes[0].icon, MsgIcon::Exclamation);
-        QCOMPARE(m_env->prompter.boxes[1].text,
-                 u"The specified chapters couldn't be loaded. This may result from corrupted database files and you "
-                 "may need to reinstall the program if this error persists."_s);
-        QCOMPARE(m_env->prompter.boxes[1].icon, MsgIcon::None);
+        QCOMPARE(m_env->prompter.seen(),
+                 QStringList({Box(u"FileLoader"_s, u"No files were selected to be loaded. The program will exit."_s,
+                                  MsgIcon::Exclamation),
+                              Box(u"Database Loader Failure"_s,
+                                  u"The specified chapters couldn't be loaded. This may result from corrupted database "
+                                  "files and you may need to reinstall the program if this error persists."_s)}));
         QVERIFY(g_ProcessReleased);
         QVERIFY(!frmMain::Existing());
     }
@@ -491,8 +474,9 @@ private Q_SLOTS:
         // The settings file itself is no chapter.
         m_env->prompter.fileAnswers = {master()};
         chapters->ToolbarCommand(u"sall"_s);
-        QCOMPARE(m_env->prompter.boxTitles(), QStringList(u"DB Open Error"_s));
-        QCOMPARE(m_env->prompter.boxes[0].text, u"This file invalid and cannot be opened in this mode"_s);
+        QCOMPARE(m_env->prompter.seen(),
+                 QStringList(Box(u"DB Open Error"_s, u"This file invalid and cannot be opened in this mode"_s,
+                                 MsgIcon::Exclamation)));
         QCOMPARE(m_env->prompter.fileDialogs[0].title, u"Select File"_s);
         QCOMPARE(m_env->prompter.fileDialogs[0].filter, u"Vocabrix Data File (*.zel)"_s);
         QCOMPARE(chapters->LV1->topLevelItemCount(), 4);
@@ -528,12 +512,11 @@ private Q_SLOTS:
         frmChapter *chapters = modMain::ChapterWindow();
         m_env->prompter.answers = {MsgResult::No};
         QTest::mouseClick(chapters->Command5, Qt::LeftButton);
-        QCOMPARE(m_env->prompter.boxTitles(), QStringList(u"Load Editor?"_s));
-        QCOMPARE(m_env->prompter.boxes[0].text,
-                 u"This button will cause this program to close and load the database editor. Do you want to "
-                 "continue?"_s);
-        QCOMPARE(m_env->prompter.boxes[0].icon, MsgIcon::None);
-        QCOMPARE(m_env->prompter.boxes[0].buttons, MsgButtons::YesNo);
+        const QString question = Box(u"Load Editor?"_s,
+                                     u"This button will cause this program to close and load the database editor. "
+                                     "Do you want to continue?"_s,
+                                     MsgIcon::None, MsgButtons::YesNo);
+        QCOMPARE(m_env->prompter.seen(), QStringList(question));
         QVERIFY(m_env->prompter.launches.empty());
 
         // Yes, with no editor beside the program.
@@ -542,12 +525,12 @@ private Q_SLOTS:
         m_env->prompter.answers = {MsgResult::Yes};
         QTest::mouseClick(chapters->Command5, Qt::LeftButton);
         modFolders::SetProgramDirectory(m_programDir.path());
-        QCOMPARE(m_env->prompter.boxTitles(),
-                 QStringList({u"Load Editor?"_s, u"Load Editor?"_s, u"Editor not Found"_s}));
-        QCOMPARE(m_env->prompter.boxes[2].text,
-                 u"The database editor couldn't be found. If you wish to use this tool, it is possible you may need "
-                 "to reinstall, ensuring the tool is selected for install."_s);
-        QCOMPARE(m_env->prompter.boxes[2].icon, MsgIcon::None);
+        QCOMPARE(m_env->prompter.seen(),
+                 QStringList(
+                         {question, question,
+                          Box(u"Editor not Found"_s,
+                              u"The database editor couldn't be found. If you wish to use this tool, it is "
+                              "possible you may need to reinstall, ensuring the tool is selected for install."_s)}));
         QVERIFY(!g_ProcessReleased);
 
         m_env->prompter.answers = {MsgResult::Yes};

@@ -80,13 +80,9 @@ private Q_SLOTS:
         g_SplashOutlet = &status;
         g_SplashUp = splash;
         Log(message, level, -1, highPriority);
-        QCOMPARE(env.prompter.boxes.size(), size_t(box.isEmpty() ? 0 : 1));
-        if (!box.isEmpty()) {
-            QCOMPARE(env.prompter.boxes[0].title, u"High Priority Message Handler"_s);
-            QCOMPARE(env.prompter.boxes[0].text, box);
-            QCOMPARE(env.prompter.boxes[0].icon, MsgIcon::Critical);
-            QCOMPARE(env.prompter.boxes[0].buttons, MsgButtons::OK);
-        }
+        QCOMPARE(env.prompter.seen(),
+                 box.isEmpty() ? QStringList()
+                               : QStringList(Box(u"High Priority Message Handler"_s, box, MsgIcon::Critical)));
         QCOMPARE(env.logLines(), watcher ? QStringList(message) : QStringList());
         if (watcher) {
             QCOMPARE(env.log->lines[0].level, level);
@@ -116,12 +112,11 @@ private Q_SLOTS:
         TestEnvironment env;
         g_BaseDirectory = env.home();
         RegisterWatcher();
-        QCOMPARE(env.prompter.boxTitles(), QStringList(u"DEBUG Mode Mismatch"_s));
-        QCOMPARE(env.prompter.boxes[0].text,
-                 u"This program is in DEBUG mode, but the external debugger couldn't be found. "
-                 "Check "
-                 "to ensure the file is present in the current directory."_s);
-        QCOMPARE(env.prompter.boxes[0].icon, MsgIcon::Exclamation);
+        QCOMPARE(env.prompter.seen(),
+                 QStringList(Box(u"DEBUG Mode Mismatch"_s,
+                                 u"This program is in DEBUG mode, but the external debugger couldn't be found. Check "
+                                 "to ensure the file is present in the current directory."_s,
+                                 MsgIcon::Exclamation)));
 
         const QString debugger = env.path(ExecutableFileName(u"zeldebug"_s));
         WriteFileBytes(debugger, "#!/bin/sh\n");

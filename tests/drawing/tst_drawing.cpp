@@ -263,20 +263,6 @@ private Q_SLOTS:
             QVERIFY(distance(card.picture().pixel(160, 5), qRgb(37, 43, 111)) <= 1);
     }
 
-    void rowsBelowTheSeparatorAreNeverPainted()
-    {
-        TestEnvironment env;
-        CardWindow card(200, 200, 60);
-        card.metrics.SetColor(u"backcolor_a"_s, 0xFFFFFF);
-        card.metrics.SetColor(u"backcolor_b"_s, 0xFFFFFF);
-        card.metrics.SetMainText(u"x"_s);
-        card.renderer.Draw(true);
-        const QImage &surface = card.renderer.Surface()->Image();
-        QCOMPARE(surface.pixel(0, 140), qRgb(255, 255, 255)); // the separator
-        QCOMPARE(surface.pixel(0, 141), qRgb(0, 0, 0));       // as the surface was made
-        QCOMPARE(surface.pixel(199, 199), qRgb(0, 0, 0));
-    }
-
     void mainTextShadowSitsUpAndLeft()
     {
         TestEnvironment env;
@@ -349,39 +335,37 @@ private Q_SLOTS:
         QCOMPARE(card.picture(), card.renderer.Surface()->Image());
     }
 
-    void presentsOnlyWhatItShould()
+    // What a frame paints: nothing without a main text; with one, the body
+    // and its separator (not the rows below), and the corners whose flag is
+    // set. A frame without the main text is copied plainly, never blended.
+    void framePaintsOnlyItsParts()
     {
         TestEnvironment env;
         g_OsAlpha = true;
         modrender::AlphaEffects = true;
         modrender::AlphaLevel = 10;
-        CardWindow card(160, 80, 0);
-        card.metrics.SetCornerText(r_data::Corner::TopLeft, u"corner"_s);
-        // An empty main text paints and presents nothing, corners or not.
-        card.renderer.Draw(true);
-        card.renderer.Draw(false);
-        QCOMPARE(card.picture().pixel(80, 40), kMarker);
-        // Without the main text the frame is copied plainly, never blended.
-        card.metrics.SetMainText(u"main"_s);
-        card.renderer.Draw(false);
-        QCOMPARE(card.picture(), card.renderer.Surface()->Image());
-    }
-
-    void cornersShowWhenTheirFlagIsSet()
-    {
-        TestEnvironment env;
-        CardWindow card(300, 100, 0);
-        card.metrics.SetColor(u"backcolor_b"_s, 0);
-        card.metrics.SetMainText(u" "_s);
+        CardWindow card(300, 200, 60);
+        card.metrics.SetColor(u"backcolor_a"_s, 0x0000FF);
+        card.metrics.SetColor(u"backcolor_b"_s, 0x0000FF);
         card.metrics.SetCornerText(r_data::Corner::TopLeft, u"WWWW"_s);
         card.metrics.SetCornerText(r_data::Corner::BottomRight, u"WWWW"_s);
         card.metrics.SetCornerShown(r_data::Corner::BottomRight, false);
+        card.renderer.Draw(true);
         card.renderer.Draw(false);
+        QCOMPARE(card.picture().pixel(150, 100), kMarker);
+
+        card.metrics.SetMainText(u" "_s);
+        card.renderer.Draw(false);
+        const QImage &surface = card.renderer.Surface()->Image();
+        QCOMPARE(card.picture(), surface);
+        QCOMPARE(surface.pixel(0, 140), qRgb(255, 0, 0)); // the separator
+        QCOMPARE(surface.pixel(0, 141), qRgb(0, 0, 0));   // as the surface was made
+        QCOMPARE(surface.pixel(299, 199), qRgb(0, 0, 0));
         auto white = [](QRgb p) { return qGreen(p) > 128; };
-        const QRect topLeft = boxOf(card.picture().copy(0, 0, 150, 50), white);
+        const QRect topLeft = boxOf(surface.copy(0, 0, 150, 50), white);
         QVERIFY(!topLeft.isEmpty());
         QVERIFY(topLeft.left() >= 2 && topLeft.left() <= 4); // 2 pixels in from the edge
-        QVERIFY(boxOf(card.picture().copy(150, 50, 150, 50), white).isEmpty());
+        QVERIFY(boxOf(surface.copy(150, 90, 150, 50), white).isEmpty());
     }
 
     void refreshTimerPresentsTheMainRenderer()

@@ -54,7 +54,13 @@ public:
     int ShowModal(QObject *window) override;
 
     QStringList boxTitles() const;
+    // Every box so far, each as Box() writes it.
+    QStringList seen() const;
 };
+
+// A message box as "title | text | icon | buttons", so a test compares all of it.
+QString Box(const QString &title, const QString &text, MsgIcon icon = MsgIcon::None,
+            MsgButtons buttons = MsgButtons::OK);
 
 // The log lines a recording watcher received; it outlives the watcher, which
 // shutdown releases.

@@ -174,11 +174,12 @@ private Q_SLOTS:
         QCOMPARE(m_window->SaveAs(), saved);
         QCOMPARE(QFileInfo::exists(target), saved);
         if (!saved) {
-            QCOMPARE(m_env->prompter.boxTitles(), QStringList(u"Chapter Not Saved"_s));
-            QCOMPARE(m_env->prompter.boxes[0].text,
-                     u"Card 2 can't be saved: the card takes 129 bytes, more than the 128 of a "
-                     "chapter record "
-                     "(question, answer and note may have 116 bytes together). Nothing was written."_s);
+            QCOMPARE(m_env->prompter.seen(),
+                     QStringList(Box(u"Chapter Not Saved"_s,
+                                     u"Card 2 can't be saved: the card takes 129 bytes, more than the 128 of a chapter "
+                                     "record (question, answer and note may have 116 bytes together). Nothing was "
+                                     "written."_s,
+                                     MsgIcon::Exclamation)));
             QCOMPARE(m_window->Table()->currentIndex().row(), 1); // the card is shown
             QVERIFY(m_window->isWindowModified());
         } else {
@@ -201,10 +202,11 @@ private Q_SLOTS:
         QVERIFY(model.index(0, ChapterModel::Question).data(Qt::DecorationRole).isValid()); // marked
         const QByteArray before = ReadFileBytes(path(u"open.zel"_s));
         QVERIFY(!m_window->Save());
-        QCOMPARE(m_env->prompter.boxes[0].text,
-                 u"Card 1 can't be saved: the note holds '→' (U+2192), which a chapter file cannot "
-                 "store. "
-                 "Nothing was written."_s);
+        QCOMPARE(m_env->prompter.seen(),
+                 QStringList(Box(u"Chapter Not Saved"_s,
+                                 u"Card 1 can't be saved: the note holds '→' (U+2192), which a chapter file cannot "
+                                 "store. Nothing was written."_s,
+                                 MsgIcon::Exclamation)));
         QCOMPARE(ReadFileBytes(path(u"open.zel"_s)), before);
     }
 
@@ -242,9 +244,12 @@ private Q_SLOTS:
         WriteFileBytes(path(u"sys.zel"_s), settings);
         m_env->prompter.answers = {MsgResult::No};
         QVERIFY(!m_window->OpenFile(path(u"sys.zel"_s)));
-        QCOMPARE(m_env->prompter.boxTitles(), QStringList(u"Not a Chapter"_s));
-        QVERIFY(m_env->prompter.boxes[0].text.contains(
-                u"its description is 'KORVA Database File; KORVA Lite version'"_s));
+        QCOMPARE(m_env->prompter.seen(),
+                 QStringList(Box(u"Not a Chapter"_s,
+                                 u"The file '%1' is a Vocabrix data file, but not a chapter (its description is 'KORVA "
+                                 "Database File; KORVA Lite version'), so it can't be edited here.\n\nOpen it "
+                                 "read-only to look inside?"_s.arg(path(u"sys.zel"_s)),
+                                 MsgIcon::Question, MsgButtons::YesNo)));
         QCOMPARE(m_window->Model()->rowCount(), 0);
 
         m_env->prompter.answers = {MsgResult::Yes};
@@ -267,7 +272,10 @@ private Q_SLOTS:
         model.setData(model.index(0, 0), u"changed"_s, Qt::EditRole);
         m_env->prompter.answers = {MsgResult::Cancel};
         QVERIFY(!m_window->MaybeSave());
-        QCOMPARE(m_env->prompter.boxTitles(), QStringList(u"Save Changes?"_s));
+        QCOMPARE(m_env->prompter.seen(),
+                 QStringList(Box(u"Save Changes?"_s,
+                                 u"The chapter 'open.zel' has changes that are not saved. Save them before going on?"_s,
+                                 MsgIcon::Question, MsgButtons::YesNoCancel)));
         m_env->prompter.answers = {MsgResult::No};
         QVERIFY(m_window->MaybeSave());
         m_env->prompter.answers = {MsgResult::Yes};

@@ -138,45 +138,30 @@ private Q_SLOTS:
         qunsetenv("BROWSER");
     }
 
-    void stepping_data()
+    void navigation_data()
     {
-        QTest::addColumn<int>("from");
-        QTest::addColumn<bool>("forward");
-        QTest::addColumn<int>("to");
-        // A deck of 10 cards spans 0..10, the empty slot included.
-        QTest::newRow("next") << 3 << true << 4;
-        QTest::newRow("next on the upper bound wraps") << 10 << true << 0;
-        QTest::newRow("next onto the empty slot") << 9 << true << 10;
-        QTest::newRow("previous") << 5 << false << 4;
-        QTest::newRow("previous on the lower bound wraps") << 0 << false << 10;
-    }
-    void stepping()
-    {
-        QFETCH(int, from);
-        QFETCH(bool, forward);
-        QFETCH(int, to);
-        TestEnvironment env;
-        StudyDeck(10, {});
-        QCOMPARE(modrender::StepIndex(forward ? modrender::Direction::Forward : modrender::Direction::Backward, from),
-                 to);
-    }
-
-    void troubleOnlyNavigation_data()
-    {
+        QTest::addColumn<bool>("troubleOnly");
         QTest::addColumn<QList<int>>("trouble");
         QTest::addColumn<int>("current");
         QTest::addColumn<bool>("forward");
         QTest::addColumn<int>("shown");
         QTest::addColumn<bool>("box");
-        QTest::newRow("next wraps to the nearest") << QList<int> {2, 9} << 9 << true << 2 << false;
-        QTest::newRow("previous searches back") << QList<int> {2, 9} << 9 << false << 2 << false;
-        QTest::newRow("next forward") << QList<int> {2, 5, 9} << 2 << true << 5 << false;
-        QTest::newRow("previous wraps round the end") << QList<int> {8} << 1 << false << 8 << false;
-        QTest::newRow("only the current one") << QList<int> {4} << 4 << true << 4 << false;
-        QTest::newRow("none at all") << QList<int> {} << 6 << true << 1 << true;
+        // A deck of 10 cards spans 0..10, the empty slot included.
+        QTest::newRow("next") << false << QList<int> {} << 3 << true << 4 << false;
+        QTest::newRow("next on the upper bound wraps") << false << QList<int> {} << 10 << true << 0 << false;
+        QTest::newRow("next onto the empty slot") << false << QList<int> {} << 9 << true << 10 << false;
+        QTest::newRow("previous") << false << QList<int> {} << 5 << false << 4 << false;
+        QTest::newRow("previous on the lower bound wraps") << false << QList<int> {} << 0 << false << 10 << false;
+        QTest::newRow("trouble: next wraps to the nearest") << true << QList<int> {2, 9} << 9 << true << 2 << false;
+        QTest::newRow("trouble: previous searches back") << true << QList<int> {2, 9} << 9 << false << 2 << false;
+        QTest::newRow("trouble: next forward") << true << QList<int> {2, 5, 9} << 2 << true << 5 << false;
+        QTest::newRow("trouble: previous round the end") << true << QList<int> {8} << 1 << false << 8 << false;
+        QTest::newRow("trouble: only the current one") << true << QList<int> {4} << 4 << true << 4 << false;
+        QTest::newRow("trouble: none at all") << true << QList<int> {} << 6 << true << 1 << true;
     }
-    void troubleOnlyNavigation()
+    void navigation()
     {
+        QFETCH(bool, troubleOnly);
         QFETCH(QList<int>, trouble);
         QFETCH(int, current);
         QFETCH(bool, forward);
@@ -185,21 +170,20 @@ private Q_SLOTS:
         TestEnvironment env;
         StudyDeck(10, trouble);
         frmMain *main = frmMain::Existing();
-        main->Check2->SetChecked(true);
+        main->Check2->SetChecked(troubleOnly);
         modrender::CurrentCard = qint16(current);
         const qint16 viewsBefore = g_Deck[shown].timesViewed;
         forward ? modrender::NextCard() : modrender::PreviousCard();
         QCOMPARE(int(modrender::CurrentCard), shown);
         QCOMPARE(g_Deck[shown].timesViewed, qint16(viewsBefore + 1)); // a view even when it stays
-        QCOMPARE(modrender::Metrics()->MainText(), u"q%1"_s.arg(shown));
-        QCOMPARE(main->Check2->Checked(), !box); // no trouble card: trouble-only mode is left
-        QCOMPARE(main->Check1->Checked(), !box);
-        QCOMPARE(env.prompter.boxTitles(), box ? QStringList(u"Card Manager"_s) : QStringList());
-        if (box) {
-            QCOMPARE(env.prompter.boxes[0].text,
-                     u"No trouble cards have been located. The first card will now be displayed"_s);
-            QCOMPARE(env.prompter.boxes[0].icon, MsgIcon::Information);
-        }
+        QCOMPARE(modrender::Metrics()->MainText(), g_Deck[shown].question);
+        QCOMPARE(main->Check2->Checked(), troubleOnly && !box); // no trouble card: trouble-only mode is left
+        QCOMPARE(main->Check1->Checked(), troubleOnly && !box);
+        QCOMPARE(env.prompter.seen(),
+                 box ? QStringList(Box(u"Card Manager"_s,
+                                       u"No trouble cards have been located. The first card will now be displayed"_s,
+                                       MsgIcon::Information))
+                     : QStringList());
     }
 
     void cardTexts()
@@ -302,6 +286,8 @@ private Q_SLOTS:
         QTest::newRow("menu Quick Help") << u"menu mP_qh"_s << u"boxes=Quick_Help"_s;
         QTest::newRow("menu About") << u"menu mP_a"_s << u"modal=frmAbout"_s;
         QTest::newRow("menu Exit") << u"menu mP_e"_s << exited;
+        QTest::newRow("closing the window") << u"close"_s << exited;
+        QTest::newRow("closing while shuffling: refused") << u"shuffling close"_s << QString();
     }
     void commands()
     {
@@ -337,6 +323,8 @@ private Q_SLOTS:
             QTest::mouseClick(main->findChild<QWidget *>(how[1]), Qt::LeftButton, {}, QPoint(3, 3));
         } else if (how[0] == u"rightclick"_s) {
             QTest::mouseClick(main, Qt::RightButton, {}, QPoint(320, 200));
+        } else if (how[0] == u"close"_s) {
+            main->close();
         } else if (how[0] == u"menukey"_s) {
             QContextMenuEvent menuKey(QContextMenuEvent::Keyboard, QPoint(), QPoint());
             QCoreApplication::sendEvent(main, &menuKey);
