@@ -399,6 +399,8 @@ private Q_SLOTS:
         QVERIFY(got[7].startsWith(u" .. flushing "_s));
         got[7] = shutdown[7];
         QCOMPARE(got, shutdown);
+        for (const LogRecord::Line &line : m_env->log->lines)
+            QCOMPARE(line.level, kLogProgress);
 
         // What the next start finds.
         QCOMPARE(storedNumber(master(), u"alpha_level"_s).value, 120);
@@ -443,6 +445,8 @@ private Q_SLOTS:
         QVERIFY(lines.contains(u"Windows OS version detected: 0.0 build 0/n"_s));
         QVERIFY(!lines.contains(u" .. no previously running instance has been found./n"_s));
         QVERIFY(!lines.contains(u"Process will be released after this line/n"_s));
+        for (const LogRecord::Line &line : m_env->log->lines)
+            QCOMPARE(line.level, kLogProgress);
         QVERIFY(!modMain::SplashWindow());
         QVERIFY(modMain::ChapterWindow() && modMain::ChapterWindow()->isVisible());
         QCOMPARE(g_Deck.UBound(), 0); // flushed

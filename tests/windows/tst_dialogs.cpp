@@ -234,12 +234,14 @@ private Q_SLOTS:
         const QString caption = frmViewer::Instance()->windowTitle();
         std::reverse(g_Deck.cards().begin(), g_Deck.cards().end() - 1); // as a shuffle might
         g_Deck[0].timesViewed = 9;
+        g_Deck[0].trouble = kCardTrue;
         CardListModel *model = frmViewer::Instance()->Cards();
         QCOMPARE(listedOrdinals(), QList<int>({1, 2, 3}));
         QCOMPARE(model->index(0, CardListModel::Question).data().toString(), u"das Haus"_s);
         QCOMPARE(model->index(1, CardListModel::Answer).data().toString(), u"homework"_s);
         QCOMPARE(model->index(0, CardListModel::TimesViewed).data().toInt(), 1);
         QCOMPARE(model->index(2, CardListModel::Chapter).data().toString(), u"Kapitel"_s);
+        QCOMPARE(model->index(0, CardListModel::Ordinal).data(Qt::CheckStateRole), QVariant(Qt::Unchecked));
         QVERIFY(isBold(0, CardListModel::Question));
         QCOMPARE(frmViewer::Instance()->windowTitle(), caption);
     }
