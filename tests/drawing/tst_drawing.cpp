@@ -322,17 +322,6 @@ private Q_SLOTS:
             previous = now;
         }
         QVERIFY(previous <= 2);
-
-        // Level 0: the window never changes; level 255: a plain copy.
-        card.metrics.SetColor(u"backcolor_a"_s, 0);
-        card.metrics.SetColor(u"backcolor_b"_s, 0);
-        modrender::AlphaLevel = 0;
-        const QImage before = card.picture().copy();
-        card.renderer.Draw(true);
-        QCOMPARE(card.picture(), before);
-        modrender::AlphaLevel = 255;
-        card.renderer.Present();
-        QCOMPARE(card.picture(), card.renderer.Surface()->Image());
     }
 
     // What a frame paints: nothing without a main text; with one, the body

@@ -494,11 +494,10 @@ private Q_SLOTS:
     {
         frmOptions *options = frmOptions::Instance();
         r_data *preview = options->PreviewMetrics();
-        QCOMPARE(preview->MainText(), u"maintext"_s);
-        QCOMPARE(preview->CornerText(r_data::Corner::TopLeft), u"tltext"_s);
-        QCOMPARE(preview->CornerText(r_data::Corner::TopRight), u"trtext"_s);
-        QCOMPARE(preview->CornerText(r_data::Corner::BottomLeft), u"bltext"_s);
-        QCOMPARE(preview->CornerText(r_data::Corner::BottomRight), u"brtext"_s);
+        using C = r_data::Corner;
+        QCOMPARE(QStringList({preview->MainText(), preview->CornerText(C::TopLeft), preview->CornerText(C::TopRight),
+                              preview->CornerText(C::BottomLeft), preview->CornerText(C::BottomRight)}),
+                 QStringList({u"maintext"_s, u"tltext"_s, u"trtext"_s, u"bltext"_s, u"brtext"_s}));
         options->RedrawPreview();
         const QImage &img = options->Picture2->Surface()->image();
         auto textIn = [&](QRect area) {
