@@ -10,6 +10,8 @@
 #include <QListWidget>
 #include <QRegularExpression>
 #include <QSlider>
+#include <QStyle>
+#include <QStyleOptionViewItem>
 #include <QTabBar>
 #include <QTreeView>
 
@@ -210,18 +212,35 @@ private Q_SLOTS:
                      u"showing card %1 of 6"_s.arg(current + 1));
     }
 
-    void rowClickShowsTheCard()
+    // A click on a row shows that card as a jump (no trouble count); a click
+    // on its check box only marks the card.
+    void viewerRowClicks()
     {
         frmViewer *viewer = frmViewer::Instance();
         viewer->FillItemViewer();
-        viewer->RowClicked(viewer->Cards()->index(4, CardListModel::Question));
+        CardListModel *model = viewer->Cards();
+        auto click = [&](QPoint at) { QTest::mouseClick(viewer->LV->viewport(), Qt::LeftButton, {}, at); };
+        click(viewer->LV->visualRect(model->index(4, CardListModel::Question)).center());
         QCOMPARE(int(modrender::CurrentCard), 4);
         QCOMPARE(g_Deck[4].timesViewed, qint16(1));
-        // A jump: the status line has no trouble count.
         QCOMPARE(modrender::Metrics()->CornerText(r_data::Corner::TopLeft), u"showing card 5 of 6"_s);
         QCOMPARE(modrender::Metrics()->MainText(), u"Mousepad"_s);
-        // The row keeps what it held when the list was filled.
-        QCOMPARE(viewer->Cards()->index(4, CardListModel::TimesViewed).data().toInt(), 0);
+        QCOMPARE(model->index(4, CardListModel::TimesViewed).data().toInt(), 0); // as when the list was filled
+
+        const QModelIndex box = model->index(2, CardListModel::Ordinal);
+        QStyleOptionViewItem option;
+        option.initFrom(viewer->LV);
+        option.rect = viewer->LV->visualRect(box);
+        option.features |= QStyleOptionViewItem::HasCheckIndicator;
+        const QRect indicator =
+                viewer->LV->style()->subElementRect(QStyle::SE_ItemViewItemCheckIndicator, &option, viewer->LV);
+        click(indicator.center());
+        QVERIFY(g_Deck[2].isTrouble());
+        QCOMPARE(box.data(Qt::CheckStateRole).value<Qt::CheckState>(), Qt::Checked);
+        click(indicator.center());
+        QVERIFY(!g_Deck[2].isTrouble());
+        QCOMPARE(int(modrender::CurrentCard), 4); // still the card shown before
+        QVERIFY(!model->setData(model->index(2, CardListModel::Question), u"x"_s, Qt::EditRole));
         QTest::keyClick(viewer, Qt::Key_Escape); // Escape closes it
         QVERIFY(!forms::IsOpen(viewer));
     }
@@ -244,22 +263,6 @@ private Q_SLOTS:
         QCOMPARE(model->index(0, CardListModel::Ordinal).data(Qt::CheckStateRole), QVariant(Qt::Unchecked));
         QVERIFY(isBold(0, CardListModel::Question));
         QCOMPARE(frmViewer::Instance()->windowTitle(), caption);
-    }
-
-    void rowCheckBoxIsTheTroubleMark()
-    {
-        frmViewer *viewer = frmViewer::Instance();
-        viewer->FillItemViewer();
-        CardListModel *model = viewer->Cards();
-        const QModelIndex box = model->index(2, CardListModel::Ordinal);
-        QVERIFY(model->flags(box) & Qt::ItemIsUserCheckable);
-        QVERIFY(model->setData(box, Qt::Checked, Qt::CheckStateRole));
-        QVERIFY(g_Deck[2].isTrouble());
-        QCOMPARE(box.data(Qt::CheckStateRole).value<Qt::CheckState>(), Qt::Checked);
-        QVERIFY(model->setData(box, Qt::Unchecked, Qt::CheckStateRole));
-        QVERIFY(!g_Deck[2].isTrouble());
-        QVERIFY(!model->setData(model->index(2, CardListModel::Question), u"x"_s, Qt::EditRole));
-        QCOMPARE(int(modrender::CurrentCard), 0); // marking a card does not show it
     }
 
     void modelsPassTheModelTester()
