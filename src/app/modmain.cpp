@@ -26,6 +26,7 @@
 #include <QFile>
 #include <QFileInfo>
 #include <QGuiApplication>
+#include <QLocale>
 #include <QPointer>
 #include <QScreen>
 #include <QWidget>
@@ -89,6 +90,23 @@ void seedFirstUse(bool showSplash)
 
 } // namespace
 
+QString ReleaseDate(const QLocale &locale)
+{
+    // The separator is the first character between the fields of the
+    // locale's short date form; the C locale's form has none of its own.
+    QChar separator = u'/';
+    const QString form = locale.dateFormat(QLocale::ShortFormat);
+    if (locale.language() != QLocale::C) {
+        for (QChar c : form) {
+            if (!c.isLetter() && c != u'\'') {
+                separator = c;
+                break;
+            }
+        }
+    }
+    return u"02"_s + separator + u"09"_s + separator + u"2010"_s;
+}
+
 QString MasterPath()
 {
     return g_BaseDirectory + u'/' + settings::kMasterFileName;
@@ -146,7 +164,7 @@ void LoadSystem(bool showSplash)
         PauseWithEvents(150, true);
     Log(u"ZEL Platform v3.44 Startup/n"_s);
     Log(u"last platform revision date is 16Jan2010/n"_s);
-    Log(u"Program release date: 02/09/2010/n"_s);
+    Log(u"Program release date: "_s + ReleaseDate(QLocale()) + u"/n"_s);
     Log(u"Bringing up the system ../n"_s);
     // There is no configuration-variable subsystem: these four lines are all
     // of that step.
@@ -336,20 +354,24 @@ QString RunModeName()
 
 qint32 DetectWindowsVersion(qint32 &major, qint32 &minor, qint32 &build)
 {
-    const std::optional<OsVersion> v = QueryOsVersion();
-    if (v) {
-        if (g_OsVersionCode == 0)
-            g_OsVersionCode = v->code();
-        major = v->major;
-        minor = v->minor;
-        build = v->build;
-        if (major >= 5) {
-            g_OsAlpha = true;
-            g_OsGradient = true;
-        } else if (major == 4 && minor >= 10) {
-            g_OsAlpha = false;
-            g_OsGradient = true;
+    // Only the first call reads the version; later ones (a new session) get
+    // an empty record, 0.0 build 0, which leaves the flags as they are.
+    OsVersion v;
+    if (g_OsVersionCode == 0) {
+        if (const std::optional<OsVersion> read = QueryOsVersion()) {
+            v = *read;
+            g_OsVersionCode = v.code();
         }
+    }
+    major = v.major;
+    minor = v.minor;
+    build = v.build;
+    if (major >= 5) {
+        g_OsAlpha = true;
+        g_OsGradient = true;
+    } else if (major == 4 && minor >= 10) {
+        g_OsAlpha = false;
+        g_OsGradient = true;
     }
     return g_OsVersionCode;
 }

@@ -5,6 +5,8 @@
 
 #include <QString>
 
+class QLocale;
+
 class frmChapter;
 class frmSplash;
 
@@ -27,6 +29,9 @@ void StartNewSession();
 void InstallLifecycle();
 
 QString RunModeName();
+// The program's release date, 9 February 2010, as mm/dd/yyyy with the
+// locale's date separator.
+QString ReleaseDate(const QLocale &locale);
 qint32 DetectWindowsVersion(qint32 &major, qint32 &minor, qint32 &build);
 
 void WriteUpdaterFile();

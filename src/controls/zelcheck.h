@@ -16,9 +16,9 @@ public:
     // On while the mouse is over the control.
     bool HoverStyle() const { return m_hoverStyle; }
 
-    void InitProperties();
-    void ReadProperties(const PropertyBag &bag);
-    void WriteProperties(PropertyBag &bag) const;
+    void InitProperties() override;
+    void ReadProperties(const PropertyBag &bag) override;
+    void WriteProperties(PropertyBag &bag) const override;
 
 protected:
     void Paint(cMemDC &dc, const QRect &client) override;

@@ -31,7 +31,7 @@ void zelControl::Redraw()
         return;
     m_redrawing = true;
     const int preferred = PreferredWidth();
-    if (preferred > 0 && preferred != width())
+    if (preferred >= 0 && preferred != width())
         resize(preferred, height());
     m_surface.Resize(size());
     cMemDC dc;
@@ -48,11 +48,13 @@ void zelControl::HandleMouseMove(int x, int y)
         if (RaisesHoverEvents())
             Q_EMIT MouseOut();
         m_hover = false;
+        m_tracking = false;
         setCursor(Qt::ArrowCursor);
     } else {
         if (RaisesHoverEvents())
             Q_EMIT MouseOver();
         m_hover = true;
+        m_tracking = true;
         setCursor(m_enabled ? Qt::PointingHandCursor : Qt::ArrowCursor);
     }
     Redraw();
@@ -105,8 +107,9 @@ void zelControl::mouseMoveEvent(QMouseEvent *event)
 void zelControl::leaveEvent(QEvent *event)
 {
     QWidget::leaveEvent(event);
-    // The first move outside: the pointer has left.
-    if (m_hover)
+    // The first move outside: the pointer has left, also when a click has
+    // just cleared the hover flag.
+    if (m_tracking)
         HandleMouseMove(-1, -1);
 }
 

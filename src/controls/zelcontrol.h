@@ -14,7 +14,8 @@ class PropertyBag;
 // the events Click, MouseOver, MouseOut and KeyDown.
 //
 // The control repaints on resize, on every mouse move and when its caption
-// changes; other property changes show at the next of those, as designed.
+// changes; other property changes show at the next of those, as designed
+// (the link repaints at every change).
 class zelControl : public QWidget
 {
     Q_OBJECT
@@ -23,15 +24,31 @@ public:
     explicit zelControl(QWidget *parent = nullptr);
 
     quint32 Backcolor() const { return m_backcolor; }
-    void SetBackcolor(quint32 color) { m_backcolor = color; }
+    void SetBackcolor(quint32 color)
+    {
+        m_backcolor = color;
+        PropertyChanged();
+    }
     quint32 Forecolor() const { return m_forecolor; }
-    void SetForecolor(quint32 color) { m_forecolor = color; }
+    void SetForecolor(quint32 color)
+    {
+        m_forecolor = color;
+        PropertyChanged();
+    }
     quint32 ForecolorMouse() const { return m_forecolorMouse; }
-    void SetForecolorMouse(quint32 color) { m_forecolorMouse = color; }
+    void SetForecolorMouse(quint32 color)
+    {
+        m_forecolorMouse = color;
+        PropertyChanged();
+    }
     QString Caption() const { return m_caption; }
     void SetCaption(const QString &caption);
     bool Enabled() const { return m_enabled; }
-    void SetEnabled(bool enabled) { m_enabled = enabled; }
+    void SetEnabled(bool enabled)
+    {
+        m_enabled = enabled;
+        PropertyChanged();
+    }
     bool Hovering() const { return m_hover; }
 
     // A mouse move at (x, y) in the control's coordinates. A point exactly on
@@ -42,6 +59,12 @@ public:
     // What a click does, for keyboards and assistive tools: nothing when
     // disabled, else the control's own step and Click.
     void Press();
+
+    // The design-time properties: a new control's defaults, and reading and
+    // writing them by their short keys (a value at its default is not stored).
+    virtual void InitProperties() = 0;
+    virtual void ReadProperties(const PropertyBag &bag) = 0;
+    virtual void WriteProperties(PropertyBag &bag) const = 0;
 
     const WindowSurface &surface() const { return m_surface; }
 
@@ -57,8 +80,10 @@ protected:
     virtual void OnClick() {}
     // Whether the control raises MouseOver and MouseOut (the link does not).
     virtual bool RaisesHoverEvents() const { return true; }
-    // The width the control takes for itself, or 0 to keep the one it has.
-    virtual int PreferredWidth() const { return 0; }
+    // The width the control takes for itself, or -1 to keep the one it has.
+    virtual int PreferredWidth() const { return -1; }
+    // After a colour or the enabled state was set.
+    virtual void PropertyChanged() {}
 
     void ReadCommonProperties(const PropertyBag &bag);
     void WriteCommonProperties(PropertyBag &bag) const;
@@ -84,4 +109,5 @@ private:
     WidgetSurface m_surface;
     bool m_pressed = false;
     bool m_redrawing = false;
+    bool m_tracking = false; // the pointer was last seen inside
 };

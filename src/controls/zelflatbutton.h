@@ -19,9 +19,9 @@ public:
     quint32 ForecolorDisabled() const { return m_forecolorDisabled; }
     void SetForecolorDisabled(quint32 color) { m_forecolorDisabled = color; }
 
-    void InitProperties();
-    void ReadProperties(const PropertyBag &bag);
-    void WriteProperties(PropertyBag &bag) const;
+    void InitProperties() override;
+    void ReadProperties(const PropertyBag &bag) override;
+    void WriteProperties(PropertyBag &bag) const override;
 
 protected:
     void Paint(cMemDC &dc, const QRect &client) override;

@@ -13,9 +13,9 @@ class zelHL : public zelControl
 public:
     explicit zelHL(QWidget *parent = nullptr);
 
-    void InitProperties();
-    void ReadProperties(const PropertyBag &bag);
-    void WriteProperties(PropertyBag &bag) const;
+    void InitProperties() override;
+    void ReadProperties(const PropertyBag &bag) override;
+    void WriteProperties(PropertyBag &bag) const override;
 
     // The control's own timer only repaints it; its interval is a design
     // property, 0 (off) unless set.
@@ -25,6 +25,7 @@ protected:
     void Paint(cMemDC &dc, const QRect &client) override;
     bool RaisesHoverEvents() const override { return false; }
     int PreferredWidth() const override;
+    void PropertyChanged() override { Redraw(); }
 
 private:
     LogicalFont CaptionFont() const;

@@ -31,8 +31,10 @@ void SetHomeDirectory()
 {
     g_BaseDirectory = DocumentsFolder() + u"Vocabrix"_s;
 
+    // Anything of that name counts as there, a plain file too: it is left
+    // alone, and the master database then cannot be mounted.
     QString suffix;
-    if (!QFileInfo(g_BaseDirectory).isDir()) {
+    if (!QFileInfo::exists(g_BaseDirectory)) {
         // The documents folder itself may be missing on a fresh account.
         QDir().mkpath(g_BaseDirectory);
         suffix = u" [created]/n"_s;

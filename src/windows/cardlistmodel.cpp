@@ -13,6 +13,13 @@ CardListModel::CardListModel(Deck &deck, QObject *parent)
     , m_deck(deck)
 {}
 
+CardListModel::Row CardListModel::RowFor(int index, bool matchedQuestion, bool matchedAnswer) const
+{
+    const Card &card = m_deck[index];
+    return {index,       matchedQuestion, matchedAnswer,    card.question,
+            card.answer, card.chapter,    card.timesViewed, card.isTrouble()};
+}
+
 void CardListModel::SetRows(std::vector<Row> rows)
 {
     beginResetModel();
@@ -48,27 +55,24 @@ QVariant CardListModel::data(const QModelIndex &index, int role) const
     if (!checkIndex(index, CheckIndexOption::IndexIsValid | CheckIndexOption::ParentIsInvalid))
         return {};
     const Row &row = m_rows[size_t(index.row())];
-    if (row.index < m_deck.LBound() || row.index > m_deck.UBound())
-        return {};
-    const Card &card = m_deck[row.index];
     switch (role) {
     case Qt::DisplayRole:
         switch (index.column()) {
         case Ordinal:
             return row.index + 1;
         case Question:
-            return card.question;
+            return row.question;
         case Answer:
-            return card.answer;
+            return row.answer;
         case TimesViewed:
-            return int(card.timesViewed);
+            return int(row.timesViewed);
         case Chapter:
-            return card.chapter;
+            return row.chapter;
         }
         break;
     case Qt::CheckStateRole:
         if (index.column() == Ordinal)
-            return card.isTrouble() ? Qt::Checked : Qt::Unchecked;
+            return row.trouble ? Qt::Checked : Qt::Unchecked;
         break;
     case Qt::FontRole:
         if ((index.column() == Question && row.matchedQuestion)
@@ -93,10 +97,12 @@ bool CardListModel::setData(const QModelIndex &index, const QVariant &value, int
     if (!checkIndex(index, CheckIndexOption::IndexIsValid | CheckIndexOption::ParentIsInvalid)
         || index.column() != Ordinal || role != Qt::CheckStateRole || g_ShuffleRunning)
         return false;
-    const int card = m_rows[size_t(index.row())].index;
-    if (card < m_deck.LBound() || card > m_deck.UBound())
+    // The mark goes to the card with the row's ordinal, whichever it is now.
+    Row &row = m_rows[size_t(index.row())];
+    if (row.index < m_deck.LBound() || row.index > m_deck.UBound())
         return false;
-    m_deck[card].trouble = value.value<Qt::CheckState>() == Qt::Checked ? kCardTrue : kCardFalse;
+    row.trouble = value.value<Qt::CheckState>() == Qt::Checked;
+    m_deck[row.index].trouble = row.trouble ? kCardTrue : kCardFalse;
     Q_EMIT dataChanged(index, index, {Qt::CheckStateRole});
     return true;
 }

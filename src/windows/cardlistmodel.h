@@ -9,9 +9,9 @@ class Deck;
 // The item viewer's rows: cards of the deck by index, each with whether the
 // search matched in its question and in its answer. Column 0 is the card's
 // ordinal (index + 1) with its trouble mark as a check box; then question
-// and answer (bold where matched), times viewed and chapter. The model reads
-// the deck as it is, so a card's view count is current whenever a row is
-// painted.
+// and answer (bold where matched), times viewed and chapter. A row holds the
+// card as it was when the list was filled or searched: a later shuffle or
+// view does not change what the list says.
 class CardListModel : public QAbstractTableModel
 {
     Q_OBJECT
@@ -24,9 +24,15 @@ public:
         int index; // in the deck
         bool matchedQuestion;
         bool matchedAnswer;
+        QString question, answer, chapter;
+        qint16 timesViewed = 0;
+        bool trouble = false;
     };
 
     explicit CardListModel(Deck &deck, QObject *parent = nullptr);
+
+    // A row for the card at this index of the deck, as it is now.
+    Row RowFor(int index, bool matchedQuestion, bool matchedAnswer) const;
 
     // Replaces every row at once.
     void SetRows(std::vector<Row> rows);

@@ -351,7 +351,7 @@ void frmChapter::LoadSelected()
                u"The specified chapters couldn't be loaded. This may result from corrupted "
                "database "
                "files and you may need to reinstall the program if this error persists."_s,
-               MsgIcon::Critical, MsgButtons::OK);
+               MsgIcon::None, MsgButtons::OK);
         lifecycle().DestroySystem(0, false, kExitFailure);
         return;
     }
@@ -395,7 +395,7 @@ void frmChapter::StartEditor()
     if (MsgBox(u"Load Editor?"_s,
                u"This button will cause this program to close and load the database editor. Do you "
                "want to continue?"_s,
-               MsgIcon::Question, MsgButtons::YesNo)
+               MsgIcon::None, MsgButtons::YesNo)
         != MsgResult::Yes)
         return;
     const QString editor = modFolders::ProgramDirectory() + u'/' + ExecutableFileName(u"vxedit"_s);
@@ -404,7 +404,7 @@ void frmChapter::StartEditor()
                u"The database editor couldn't be found. If you wish to use this tool, it is "
                "possible "
                "you may need to reinstall, ensuring the tool is selected for install."_s,
-               MsgIcon::Exclamation, MsgButtons::OK);
+               MsgIcon::None, MsgButtons::OK);
         return;
     }
     Quit();

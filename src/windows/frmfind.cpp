@@ -150,7 +150,7 @@ frmFind::frmFind()
     });
     connect(Slider1, &QSlider::valueChanged, Text1,
             [this](int v) { Text1->setText(QString::number(v)); });
-    connect(Text1, &QLineEdit::returnPressed, this, &frmFind::JumpToCard);
+    // Return in the card number goes to the default button (Go) alone.
     UpdateRange();
     forms::Add(this);
 }
@@ -205,7 +205,7 @@ void frmFind::Search()
         const bool q = inQuestions && card.question.contains(text, cs);
         const bool a = inAnswers && card.answer.contains(text, cs);
         if (q || a)
-            rows.push_back({i, q, a});
+            rows.push_back(viewer->Cards()->RowFor(i, q, a));
     }
     timer.Stop();
     const QString hits = QString::number(rows.size());

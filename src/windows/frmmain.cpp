@@ -7,6 +7,7 @@
 #include "core/modbrowser.h"
 #include "core/programstate.h"
 #include "drawing/cmemdc.h"
+#include "drawing/colourcontrast.h"
 #include "drawing/programicon.h"
 #include "drawing/r_renderer.h"
 #include "settings/r_data.h"
@@ -85,7 +86,8 @@ void frmMain::BuildControls()
 {
     Card = new CardArea(this);
     Card->setGeometry(0, 0, kCardWidth, kCardHeight - kControlRows);
-    m_strip->setGeometry(0, kCardHeight - kControlRows, kCardWidth, kControlRows);
+    // The card's one-pixel separator row stays in sight above the strip.
+    m_strip->setGeometry(0, kCardHeight - kControlRows + 1, kCardWidth, kControlRows - 1);
     m_strip->setAutoFillBackground(true);
 
     auto place = [this](auto *control, const QString &name, const QString &caption, QRect at) {
@@ -225,23 +227,26 @@ void frmMain::ApplyColors(quint32 backA, quint32 backB, quint32 textColor)
     QPalette p = m_strip->palette();
     p.setColor(QPalette::Window, toQColor(cMemDC::TranslateColor(backA)));
     m_strip->setPalette(p);
+    // The card's colours, as long as the captions stay readable on the strip
+    // (and on the buttons' hover colour); else black or white.
+    const quint32 text = ReadableOn(textColor, backA);
+    const quint32 tint = cMemDC::BlendColour(cMemDC::TranslateColor(backB), 0xFFFFFF, 0.6);
     for (zelFlatButton *b : {zelFlatButton1, zelFlatButton2, zelFlatButton3, zelFlatButton4}) {
         b->SetBackcolor(backA);
-        b->SetForecolor(textColor);
+        b->SetForecolor(text);
         b->SetBackcolorMouse(backB);
-        b->SetForecolorMouse(textColor);
+        b->SetForecolorMouse(ReadableOn(textColor, backB));
         b->SetBackcolorDisabled(backA);
-        b->SetForecolorDisabled(cMemDC::BlendColour(cMemDC::TranslateColor(textColor),
-                                                    cMemDC::TranslateColor(backA), 0.4));
+        b->SetForecolorDisabled(cMemDC::BlendColour(text, cMemDC::TranslateColor(backA), 0.4));
     }
     for (zelCheck *c : {Check1, Check2}) {
         c->SetBackcolor(backA);
-        c->SetForecolor(textColor);
-        c->SetForecolorMouse(cMemDC::BlendColour(cMemDC::TranslateColor(backB), 0xFFFFFF, 0.6));
+        c->SetForecolor(text);
+        c->SetForecolorMouse(ReadableOn(tint, backA));
     }
     zelHL1->SetBackcolor(backA);
-    zelHL1->SetForecolor(cMemDC::BlendColour(cMemDC::TranslateColor(backB), 0xFFFFFF, 0.6));
-    zelHL1->SetForecolorMouse(textColor);
+    zelHL1->SetForecolor(ReadableOn(tint, backA));
+    zelHL1->SetForecolorMouse(text);
     for (zelControl *c : m_strip->findChildren<zelControl *>())
         c->Redraw();
 }
@@ -256,6 +261,9 @@ void frmMain::StartCardDisplay()
 {
     if (r_renderer *renderer = modrender::Renderer())
         renderer->StartRefresh();
+    // The card face still says "Randomizing": show the card now in its place.
+    if (m_studying && !g_ShuttingDown)
+        modrender::ShowCardAgain();
 }
 
 void frmMain::ShowCardTexts(const QString &text, const QString &pass)

@@ -103,14 +103,8 @@ void frmMain::ShowMenuAt(const QPoint &globalPosition)
 
 void frmMain::Shuffle()
 {
-    if (!m_studying)
-        return;
-    const bool fits = g_Deck.UBound() - g_Deck.LBound() <= kMaxShuffleCards;
-    RunShuffleCommand(*this);
-    // A finished shuffle shows the new first card; the card face would
-    // otherwise still say "Randomizing".
-    if (fits && !g_ShuttingDown)
-        modrender::ShowFirstCard();
+    if (m_studying)
+        RunShuffleCommand(*this);
 }
 
 void frmMain::ShowSaveProgress()

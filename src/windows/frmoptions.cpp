@@ -50,6 +50,20 @@ QString TroubleDefaultCaption(bool saved, bool current)
             + u")"_s;
 }
 
+void ReleaseCheckBox::mouseReleaseEvent(QMouseEvent *event)
+{
+    QCheckBox::mouseReleaseEvent(event);
+    Q_EMIT Released();
+}
+
+void ReleaseCheckBox::keyReleaseEvent(QKeyEvent *event)
+{
+    const bool before = isChecked();
+    QCheckBox::keyReleaseEvent(event);
+    if (isChecked() != before)
+        Q_EMIT Released();
+}
+
 PreviewPanel::PreviewPanel(QWidget *parent) : QWidget(parent), m_surface(this, Qt::black)
 {
     setFixedSize(300, 190);
@@ -82,7 +96,7 @@ frmOptions::frmOptions()
     , Slider1(new QSlider(Qt::Horizontal))
     , Frame1(new QGroupBox(u"Alpha Effects"_s))
     , Check2(new QCheckBox(u"Show mouse hover descriptions"_s))
-    , Check3(new QCheckBox)
+    , Check3(new ReleaseCheckBox)
     , Check4(new QCheckBox(u"Reset all settings when Vocabrix exits"_s))
     , LV(new QListWidget)
     , Command3(new QPushButton(u"Colour..."_s))
@@ -169,7 +183,7 @@ frmOptions::frmOptions()
         Label1[1]->setText(u"Level %1 of 255"_s.arg(value));
     });
     connect(Check2, &QCheckBox::clicked, this, [this] { g_ShowMouseHover = Check2->isChecked(); });
-    connect(Check3, &QCheckBox::clicked, this, &frmOptions::TroubleDefaultReleased);
+    connect(Check3, &ReleaseCheckBox::Released, this, &frmOptions::TroubleDefaultReleased);
     connect(Check4, &QCheckBox::clicked, this, [this] {
         if (Check4->isChecked())
             MsgBox(u"Preferences"_s,

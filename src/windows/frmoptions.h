@@ -3,11 +3,11 @@
 #include "controls/widgetsurface.h"
 #include "windows/forms.h"
 
+#include <QCheckBox>
 #include <QDialog>
 
 #include <memory>
 
-class QCheckBox;
 class QGroupBox;
 class QLabel;
 class QListWidget;
@@ -17,6 +17,24 @@ class QTabBar;
 class QTimer;
 class r_data;
 class r_renderer;
+
+// A check box that reports when a mouse button is let go after a press on it,
+// wherever that happens and whether or not the box changed; and when the
+// keyboard changed it.
+class ReleaseCheckBox : public QCheckBox
+{
+    Q_OBJECT
+
+public:
+    using QCheckBox::QCheckBox;
+
+Q_SIGNALS:
+    void Released();
+
+protected:
+    void mouseReleaseEvent(QMouseEvent *event) override;
+    void keyReleaseEvent(QKeyEvent *event) override;
+};
 
 // The panel the colour preview is drawn in.
 class PreviewPanel : public QWidget
@@ -53,15 +71,15 @@ public:
     QSlider *Slider1;     // alpha level
     QGroupBox *Frame1;    // the alpha controls
     QLabel *Label1[3];
-    QCheckBox *Check2;     // hover help
-    QCheckBox *Check3;     // trouble by default
-    QCheckBox *Check4;     // reset everything at exit
-    QListWidget *LV;       // the colour names
-    QPushButton *Command3; // the colour swatch
-    QPushButton *Command4; // defaults
-    QPushButton *Command1; // apply
-    QPushButton *Command2; // close
-    QTimer *Timer1;        // redraws the preview
+    QCheckBox *Check2;       // hover help
+    ReleaseCheckBox *Check3; // trouble by default
+    QCheckBox *Check4;       // reset everything at exit
+    QListWidget *LV;         // the colour names
+    QPushButton *Command3;   // the colour swatch
+    QPushButton *Command4;   // defaults
+    QPushButton *Command1;   // apply
+    QPushButton *Command2;   // close
+    QTimer *Timer1;          // redraws the preview
     PreviewPanel *Picture2;
 
     r_data *PreviewMetrics() const { return m_preview.get(); }

@@ -34,6 +34,12 @@ void addText(std::vector<MemoryListModel::Block> &blocks, const QString &text, c
                 {what, reinterpret_cast<quintptr>(text.constData()), qint64(text.size()) * 2});
 }
 
+// "1 card", "12 cards", with what follows.
+QString cardsText(int count, const QString &tail)
+{
+    return QString::number(count) + (count == 1 ? u" card"_s : u" cards"_s) + tail;
+}
+
 } // namespace
 
 std::vector<MemoryListModel::Block> CollectMemoryBlocks()
@@ -151,12 +157,13 @@ void frmViewer::FillItemViewer()
     std::vector<CardListModel::Row> rows;
     rows.reserve(size_t(g_Deck.UBound() - g_Deck.LBound() + 1));
     for (int i = g_Deck.LBound(); i <= g_Deck.UBound(); ++i)
-        rows.push_back({i, false, false});
+        rows.push_back(m_cards->RowFor(i, false, false));
     m_cards->SetRows(std::move(rows));
     LV->setUpdatesEnabled(true);
 
     setWindowTitle(u"Item Viewer"_s);
-    m_status->setText(u"%1 cards"_s.arg(m_cards->rowCount()));
+    // The deck's empty last slot is listed but is no card.
+    m_status->setText(cardsText(g_Deck.UBound() - g_Deck.LBound(), QString()));
 }
 
 void frmViewer::ShowResults(std::vector<CardListModel::Row> rows, const QString &caption)
@@ -164,7 +171,7 @@ void frmViewer::ShowResults(std::vector<CardListModel::Row> rows, const QString 
     UseCardList();
     m_cards->SetRows(std::move(rows));
     setWindowTitle(caption);
-    m_status->setText(u"%1 cards found"_s.arg(m_cards->rowCount()));
+    m_status->setText(cardsText(m_cards->rowCount(), u" found"_s));
     Present();
 }
 

@@ -49,13 +49,15 @@ void setTroubleMark(const Card *card)
         main->Check1->SetChecked(card && card->isTrouble());
 }
 
-enum class View { First, Current, Move };
+// Again: the card now at the current place, shown afresh without counting a
+// view (after a shuffle).
+enum class View { First, Current, Move, Again };
 
 void showAsNewView(View kind)
 {
     if (kind == View::First)
         CurrentCard = qint16(g_Deck.LBound());
-    UpdateTimesViewed(true);
+    UpdateTimesViewed(kind != View::Again);
     const Card *card = current();
     if (g_metrics) {
         g_metrics->SetMainText(card ? card->question : QString());
@@ -191,6 +193,11 @@ void ShowFirstCard()
 void ShowCurrentCard()
 {
     showAsNewView(View::Current);
+}
+
+void ShowCardAgain()
+{
+    showAsNewView(View::Again);
 }
 
 void NextCard()

@@ -15,6 +15,8 @@ enum class Direction { Forward, Backward };
 
 void ShowFirstCard();
 void ShowCurrentCard();
+// Redraws the card now at CurrentCard, question side, without counting a view.
+void ShowCardAgain();
 void NextCard();
 void PreviousCard();
 void ToggleAnswer();

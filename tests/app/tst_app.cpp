@@ -171,7 +171,12 @@ private Q_SLOTS:
                 u"ZEL.Loader exited/n"_s,
         };
         QCOMPARE(m_env->logLines(), expected);
-        QCOMPARE(m_env->log->lines[0].level, kLogBanner);
+        for (size_t i = 0; i < m_env->log->lines.size(); ++i)
+            QCOMPARE(m_env->log->lines[i].level, i < 2 ? kLogBanner : i == 3 ? kLogContinuation : kLogProgress);
+        // 25 ms after each line shown on the splash, plus the two fine pauses.
+        const qsizetype splashLines =
+                expected.indexOf(u"System brought up successfully/n"_s) - expected.indexOf(u"KORVA Alive/n"_s) + 1;
+        QCOMPARE(m_env->pauser.sleptMs, 150 + 75 + 25 * splashLines);
         QCOMPARE(m_env->prompter.modalWindows, std::vector<QString> {u"frmSetup"_s});
         QVERIFY(m_env->prompter.boxes.empty());
         QCOMPARE(g_RunMode, kRunModeRelease);
@@ -200,16 +205,83 @@ private Q_SLOTS:
         QCOMPARE(updater.GetText(u"app_desc"_s).value, u"This is a vocabulary flash cards program"_s);
     }
 
-    void splashPacesEveryLine()
+    void releaseDateFollowsTheLocale_data()
     {
+        QTest::addColumn<QLocale>("locale");
+        QTest::addColumn<QString>("line");
+        QTest::newRow("dots") << QLocale(QLocale::German, QLocale::Germany) << u"Program release date: 02.09.2010/n"_s;
+        QTest::newRow("dashes") << QLocale(QLocale::Dutch, QLocale::Netherlands)
+                                << u"Program release date: 02-09-2010/n"_s;
+        QTest::newRow("slashes") << QLocale(QLocale::English, QLocale::UnitedStates)
+                                 << u"Program release date: 02/09/2010/n"_s;
+    }
+    void releaseDateFollowsTheLocale()
+    {
+        QFETCH(QLocale, locale);
+        QFETCH(QString, line);
+        QLocale::setDefault(locale);
         startProgram();
-        // 25 ms after each line shown on the splash, plus the two fine pauses.
-        qint64 splashLines = 0;
-        const QStringList lines = m_env->logLines();
-        const qsizetype from = lines.indexOf(u"KORVA Alive/n"_s);
-        const qsizetype to = lines.indexOf(u"System brought up successfully/n"_s);
-        splashLines = to - from + 1;
-        QCOMPARE(m_env->pauser.sleptMs, 150 + 75 + 25 * splashLines);
+        QLocale::setDefault(QLocale::c());
+        QVERIFY(m_env->logLines().contains(line));
+    }
+
+    void versionDetectedOnce()
+    {
+        qint32 major = -1, minor = -1, build = -1;
+        QCOMPARE(modMain::DetectWindowsVersion(major, minor, build), 501);
+        QCOMPARE(QList<qint32>({major, minor, build}), QList<qint32>({5, 1, 2600}));
+        QVERIFY(g_OsAlpha && g_OsGradient);
+        // Later calls fill nothing and leave the flags as they are.
+        g_OsAlpha = false;
+        SetOsVersionOverride(OsVersion {4, 10, 1998});
+        QCOMPARE(modMain::DetectWindowsVersion(major, minor, build), 501);
+        QCOMPARE(QList<qint32>({major, minor, build}), QList<qint32>({0, 0, 0}));
+        QVERIFY(!g_OsAlpha && g_OsGradient);
+
+        g_OsVersionCode = 0; // a first call on an older system
+        QCOMPARE(modMain::DetectWindowsVersion(major, minor, build), 410);
+        QVERIFY(!g_OsAlpha && g_OsGradient);
+        g_OsVersionCode = 0;
+        g_OsAlpha = true; // older still: the flags stay as they were
+        SetOsVersionOverride(OsVersion {4, 0, 1381});
+        QCOMPARE(modMain::DetectWindowsVersion(major, minor, build), 400);
+        QVERIFY(g_OsAlpha && g_OsGradient);
+    }
+
+    void setupWindow_data()
+    {
+        QTest::addColumn<bool>("troubleCards");
+        QTest::addColumn<bool>("hoverHelp");
+        QTest::newRow("trouble cards, hover help") << true << true;
+        QTest::newRow("no trouble cards, no hover help") << false << false;
+    }
+    void setupWindow()
+    {
+        QFETCH(bool, troubleCards);
+        QFETCH(bool, hoverHelp);
+        g_MasterDb = std::make_unique<ikorvalite>();
+        QVERIFY(g_MasterDb->Mount(m_env->path(u"sys.zel"_s), false));
+        frmSetup setup;
+        setup.show();
+        QCOMPARE(setup.windowTitle(), u"Vocabrix 2007 Initial Setup"_s);
+        QVERIFY(!setup.Option1->isChecked() && !setup.Option2->isChecked()); // nothing chosen for you
+        QVERIFY(!setup.Command1->isEnabled());
+        auto click = [](QWidget *w) { QTest::mouseClick(w, Qt::LeftButton, {}, QPoint(6, w->height() / 2)); };
+        click(setup.Check1); // the check box alone does not do
+        QVERIFY(!setup.Command1->isEnabled());
+        QVERIFY(!setup.close());
+        QTest::keyClick(&setup, Qt::Key_Escape);
+        QVERIFY(setup.isVisible());
+        click(troubleCards ? setup.Option1 : setup.Option2);
+        QVERIFY(setup.Command1->isEnabled());
+        if (setup.Check1->isChecked() != hoverHelp)
+            click(setup.Check1);
+        click(setup.Command1);
+        QVERIFY(!setup.isVisible());
+        QCOMPARE(setup.result(), int(QDialog::Accepted));
+        QCOMPARE(g_MasterDb->GetNumber(u"trouble_by_default"_s, 5).value, troubleCards ? -1 : 0);
+        QCOMPARE(g_MasterDb->GetNumber(u"show_mouse_hover"_s, 5).value, hoverHelp ? -1 : 0);
+        QCOMPARE(g_MasterDb->GetNote(u"trouble_by_default"_s), QString()); // no group
     }
 
     void secondStartSkipsFirstUse()
@@ -241,13 +313,13 @@ private Q_SLOTS:
         WriteFileBytes(master(), damaged);
         modMain::StartProgram();
         FlushDeletes();
-        QCOMPARE(m_env->prompter.boxTitles(),
-                 QStringList({u"High Priority Message Handler"_s, u"KORVA File System Critical Error"_s}));
-        QCOMPARE(m_env->prompter.boxes[0].text, u"The program cannot start/n"_s);
-        QCOMPARE(m_env->prompter.boxes[1].text,
-                 u"The program's master database couldn't be opened. Check the path: \r\n'"_s + master()
-                         + u"' and try again."_s);
-        QCOMPARE(m_env->prompter.boxes[1].icon, MsgIcon::Critical);
+        QCOMPARE(m_env->prompter.seen(),
+                 QStringList(
+                         {Box(u"High Priority Message Handler"_s, u"The program cannot start/n"_s, MsgIcon::Critical),
+                          Box(u"KORVA File System Critical Error"_s,
+                              u"The program's master database couldn't be opened. Check the path: \r\n'"_s + master()
+                                      + u"' and try again."_s,
+                              MsgIcon::Critical)}));
         QCOMPARE(ReadFileBytes(master()), damaged); // nothing written
         QVERIFY(!g_MasterDb);
         QVERIFY(g_ProcessReleased);
@@ -262,10 +334,10 @@ private Q_SLOTS:
         QVERIFY(other.listen(u"vocabrix-test-"_s + QString::number(QCoreApplication::applicationPid())));
         modMain::StartProgram();
         FlushDeletes();
-        QCOMPARE(m_env->prompter.boxTitles(), QStringList(u"Previous Instance Found"_s));
-        QCOMPARE(m_env->prompter.boxes[0].text,
-                 u"A previous instance was detected. Exit that instance before starting a new one."_s);
-        QCOMPARE(m_env->prompter.boxes[0].icon, MsgIcon::Exclamation);
+        QCOMPARE(m_env->prompter.seen(),
+                 QStringList(Box(u"Previous Instance Found"_s,
+                                 u"A previous instance was detected. Exit that instance before starting a new one."_s,
+                                 MsgIcon::Exclamation)));
         QVERIFY(!QFileInfo::exists(master())); // never touched
         const QStringList lines = m_env->logLines();
         QVERIFY(lines.contains(u"Previous program instance found/n"_s));
@@ -353,6 +425,8 @@ private Q_SLOTS:
         QVERIFY(got[7].startsWith(u" .. flushing "_s));
         got[7] = shutdown[7];
         QCOMPARE(got, shutdown);
+        for (const LogRecord::Line &line : m_env->log->lines)
+            QCOMPARE(line.level, kLogProgress);
 
         // What the next start finds.
         QCOMPARE(storedNumber(master(), u"alpha_level"_s).value, 120);
@@ -393,9 +467,12 @@ private Q_SLOTS:
         QCOMPARE(lines.mid(0, 2),
                  QStringList({u" ***************************/n"_s, u" -- Starting New Session --/n"_s}));
         QVERIFY(lines.contains(u" .. skipping frmMain unloader/n"_s));
-        QVERIFY(!lines.contains(u"Checking for already running instances ../n"_s + u"x"_s));
+        QVERIFY(lines.contains(u"Checking for already running instances ../n"_s));
+        QVERIFY(lines.contains(u"Windows OS version detected: 0.0 build 0/n"_s));
         QVERIFY(!lines.contains(u" .. no previously running instance has been found./n"_s));
         QVERIFY(!lines.contains(u"Process will be released after this line/n"_s));
+        for (const LogRecord::Line &line : m_env->log->lines)
+            QCOMPARE(line.level, kLogProgress);
         QVERIFY(!modMain::SplashWindow());
         QVERIFY(modMain::ChapterWindow() && modMain::ChapterWindow()->isVisible());
         QCOMPARE(g_Deck.UBound(), 0); // flushed
@@ -406,28 +483,16 @@ private Q_SLOTS:
         QCOMPARE(modrender::Metrics()->CornerText(r_data::Corner::BottomRight), u"from 'German 4: Home and Family'"_s);
     }
 
-    void closeRefusedWhileShuffling()
-    {
-        startProgram();
-        study({0});
-        frmMain *main = frmMain::Existing();
-        g_ShuffleRunning = true;
-        QVERIFY(!main->close());
-        QVERIFY(main->isVisible());
-        QVERIFY(!g_ProcessReleased);
-        main->HandleKey(39, 0); // keys are ignored during a shuffle
-        QCOMPARE(modrender::CurrentCard, qint16(0));
-        g_ShuffleRunning = false;
-        QVERIFY(main->close());
-        QVERIFY(g_ProcessReleased);
-    }
-
     void nothingSelectedEndsTheProgram()
     {
         startProgram();
         study({});
-        QCOMPARE(m_env->prompter.boxTitles(), QStringList({u"FileLoader"_s, u"Database Loader Failure"_s}));
-        QCOMPARE(m_env->prompter.boxes[0].text, u"No files were selected to be loaded. The program will exit."_s);
+        QCOMPARE(m_env->prompter.seen(),
+                 QStringList({Box(u"FileLoader"_s, u"No files were selected to be loaded. The program will exit."_s,
+                                  MsgIcon::Exclamation),
+                              Box(u"Database Loader Failure"_s,
+                                  u"The specified chapters couldn't be loaded. This may result from corrupted database "
+                                  "files and you may need to reinstall the program if this error persists."_s)}));
         QVERIFY(g_ProcessReleased);
         QCOMPARE(g_ExitStatus, 1);
         QVERIFY(!frmMain::Existing());
@@ -440,8 +505,9 @@ private Q_SLOTS:
         // The settings file itself is no chapter.
         m_env->prompter.fileAnswers = {master()};
         chapters->ToolbarCommand(u"sall"_s);
-        QCOMPARE(m_env->prompter.boxTitles(), QStringList(u"DB Open Error"_s));
-        QCOMPARE(m_env->prompter.boxes[0].text, u"This file invalid and cannot be opened in this mode"_s);
+        QCOMPARE(m_env->prompter.seen(),
+                 QStringList(Box(u"DB Open Error"_s, u"This file invalid and cannot be opened in this mode"_s,
+                                 MsgIcon::Exclamation)));
         QCOMPARE(m_env->prompter.fileDialogs[0].title, u"Select File"_s);
         QCOMPARE(m_env->prompter.fileDialogs[0].filter, u"Vocabrix Data File (*.zel)"_s);
         QCOMPARE(chapters->LV1->topLevelItemCount(), 4);
@@ -533,12 +599,30 @@ private Q_SLOTS:
         startProgram();
         frmChapter *chapters = modMain::ChapterWindow();
         m_env->prompter.answers = {MsgResult::No};
-        chapters->Command5->click();
-        QCOMPARE(m_env->prompter.boxTitles(), QStringList(u"Load Editor?"_s));
+        QTest::mouseClick(chapters->Command5, Qt::LeftButton);
+        const QString question = Box(u"Load Editor?"_s,
+                                     u"This button will cause this program to close and load the database editor. "
+                                     "Do you want to continue?"_s,
+                                     MsgIcon::None, MsgButtons::YesNo);
+        QCOMPARE(m_env->prompter.seen(), QStringList(question));
         QVERIFY(m_env->prompter.launches.empty());
 
+        // Yes, with no editor beside the program.
+        QTemporaryDir empty;
+        modFolders::SetProgramDirectory(empty.path());
         m_env->prompter.answers = {MsgResult::Yes};
-        chapters->Command5->click();
+        QTest::mouseClick(chapters->Command5, Qt::LeftButton);
+        modFolders::SetProgramDirectory(m_programDir.path());
+        QCOMPARE(m_env->prompter.seen(),
+                 QStringList(
+                         {question, question,
+                          Box(u"Editor not Found"_s,
+                              u"The database editor couldn't be found. If you wish to use this tool, it is "
+                              "possible you may need to reinstall, ensuring the tool is selected for install."_s)}));
+        QVERIFY(!g_ProcessReleased);
+
+        m_env->prompter.answers = {MsgResult::Yes};
+        QTest::mouseClick(chapters->Command5, Qt::LeftButton);
         FlushDeletes();
         QCOMPARE(m_env->prompter.launches.size(), size_t(1));
         QCOMPARE(m_env->prompter.launches[0].program, programDir() + u'/' + ExecutableFileName(u"vxedit"_s));
@@ -574,46 +658,6 @@ private Q_SLOTS:
         QVERIFY(m_env->logLines().contains(u" .. loaded 37 nodes/n"_s));
     }
 
-    void keysAreMatchedByCodeAlone()
-    {
-        startProgram();
-        study({0});
-        frmMain *main = frmMain::Existing();
-        const QString question = g_Deck[0].question;
-        // Outside 13..88, or a letter with no command: nothing happens.
-        for (int key : {9, 12, 89, 90, 66})
-            main->HandleKey(key, 0);
-        QCOMPARE(modrender::CurrentCard, qint16(0));
-        QCOMPARE(modrender::Metrics()->MainText(), question);
-        QVERIFY(m_env->prompter.boxes.empty() && m_env->prompter.modalWindows.size() == 1);
-        main->HandleKey(37, 0); // Left on the first card wraps to the upper bound
-        QCOMPARE(modrender::CurrentCard, qint16(37));
-        main->HandleKey(65, keycodes::kShiftMask); // "A" with Shift as without
-        QCOMPARE(m_env->prompter.modalWindows.back(), u"frmAbout"_s);
-        main->HandleKey(39, 0); // and Right from there to the lower bound
-        main->HandleKey(13, 0);
-        QCOMPARE(modrender::Metrics()->MainText(), g_Deck[0].answer);
-        const QStringList before {g_Deck[0].question, g_Deck[1].question, g_Deck[2].question};
-        main->HandleKey(83, 0); // S shuffles and shows the new first card
-        QVERIFY(QStringList({g_Deck[0].question, g_Deck[1].question, g_Deck[2].question}) != before);
-        QCOMPARE(modrender::CurrentCard, qint16(0));
-        QCOMPARE(modrender::Metrics()->MainText(), g_Deck[0].question);
-    }
-
-    void keysFromControlsReachTheWindow()
-    {
-        startProgram();
-        study({0});
-        frmMain *main = frmMain::Existing();
-        main->zelFlatButton4->setFocus();
-        QTest::keyClick(main->zelFlatButton4, Qt::Key_Right);
-        QCOMPARE(modrender::CurrentCard, qint16(1));
-        QTest::keyClick(main->Check2, Qt::Key_Left);
-        QCOMPARE(modrender::CurrentCard, qint16(0));
-        QTest::keyClick(main, Qt::Key_Right);
-        QCOMPARE(modrender::CurrentCard, qint16(1));
-    }
-
     // The added keys: T for the box that no key reached (Space on it marks the
     // card), F1 for the manual behind the help link.
     void addedKeys()
@@ -633,76 +677,6 @@ private Q_SLOTS:
         qunsetenv("BROWSER");
         QCOMPARE(m_env->prompter.launches.size(), size_t(1));
         QCOMPARE(m_env->prompter.launches[0].arguments, QStringList(modBrowser::ProductPageUrl()));
-    }
-
-    void menuCommands()
-    {
-        startProgram();
-        study({0});
-        frmMain *main = frmMain::Existing();
-        QCOMPARE(main->mP->actions().size(), 14); // ten items and four separators
-        QVERIFY(main->mP_sc->text().startsWith(u"Shuffle Cards"_s));
-
-        QContextMenuEvent menuKey(QContextMenuEvent::Keyboard, QPoint(), QPoint());
-        QCoreApplication::sendEvent(main, &menuKey); // the menu key opens the menu too
-        QVERIFY(main->mP->isVisible());
-        main->mP->hide();
-
-        main->mP_qh->trigger();
-        QCOMPARE(m_env->prompter.boxTitles(), QStringList(u"Quick Help"_s));
-        const QString help = m_env->prompter.boxes[0].text;
-        QVERIFY(help.startsWith(u"Introduction\r\n============\r\nThis program is a flash card system designed "
-                                "primarily for studying vocabulary. It supports double-sided 'cards' with the "
-                                "vocabulary word on one side and the definition and/or translation on the other "
-                                "side. The card deck can also be shuffled quickly and easily using the 'Shuffle "
-                                "Cards' feature.\r\n\r\nQuick Help\r\n==========\r\n1. Use the '<<' and '>>'"_s));
-        QVERIFY(help.endsWith(u"\r\na = Show About Box\r\nx = Exit Program\r\n"_s));
-        QCOMPARE(help.count(u"\r\n"_s), 24); // 22 lines and 2 empty ones
-
-        main->mP_a->trigger();
-        QCOMPARE(m_env->prompter.modalWindows.back(), u"frmAbout"_s);
-
-        m_env->prompter.fileAnswers = {m_env->path(u"report"_s)};
-        main->mP_ss->trigger();
-        QCOMPARE(m_env->prompter.fileDialogs.back().filter, u"*.txt (*.txt)"_s);
-        QCOMPARE(m_env->prompter.openedDocuments, QStringList(m_env->path(u"report.txt"_s)));
-
-        main->mP_sc->trigger();
-        QVERIFY(m_env->logLines().size() > 0);
-        QCOMPARE(modrender::CurrentCard, qint16(0));
-
-        qputenv("BROWSER", "testbrowser --new-window %s");
-        QTest::mouseClick(main->zelHL1, Qt::LeftButton, {}, QPoint(2, 2));
-        qunsetenv("BROWSER");
-        QCOMPARE(m_env->prompter.launches.size(), size_t(1));
-        QCOMPARE(m_env->prompter.launches[0].program, u"testbrowser"_s);
-        QCOMPARE(m_env->prompter.launches[0].arguments, QStringList({u"--new-window"_s, modBrowser::ProductPageUrl()}));
-
-        main->mP_e->trigger();
-        QVERIFY(g_ProcessReleased);
-    }
-
-    void hoverHelp()
-    {
-        startProgram(false, true);
-        study({0});
-        frmMain *main = frmMain::Existing();
-        r_data *metrics = modrender::Metrics();
-        main->zelFlatButton2->HandleMouseMove(3, 3);
-        QCOMPARE(metrics->CornerText(r_data::Corner::BottomLeft), u"Next Card"_s);
-        QVERIFY(!main->Timer1->isActive());
-        main->Check1->HandleMouseMove(3, 3);
-        QCOMPARE(metrics->CornerText(r_data::Corner::BottomLeft),
-                 u"Sets whether you had trouble with this card or not"_s);
-        main->Check1->HandleMouseMove(-3, 3);
-        QVERIFY(main->Timer1->isActive());
-        QCOMPARE(main->Timer1->interval(), 2000);
-        QTRY_COMPARE_WITH_TIMEOUT(metrics->CornerText(r_data::Corner::BottomLeft),
-                                  u"Roll mouse over controls to see descriptions"_s, 4000);
-
-        g_ShowMouseHover = false;
-        main->zelFlatButton3->HandleMouseMove(3, 3);
-        QCOMPARE(metrics->CornerText(r_data::Corner::BottomLeft), u"Roll mouse over controls to see descriptions"_s);
     }
 };
 

@@ -38,69 +38,67 @@ private Q_SLOTS:
         qunsetenv("BROWSER");
     }
 
-    void highPriorityWithoutWatcherIsABoxOnly()
+    void logOutlets_data()
     {
-        TestEnvironment env(false);
-        RecordingSplash splash;
-        g_SplashOutlet = &splash;
-        g_SplashUp = true;
-        Log(u"The program cannot start/n"_s, kLogProgress, -1, true);
-        QCOMPARE(env.prompter.boxes.size(), size_t(1));
-        const MessageBoxRequest &box = env.prompter.boxes[0];
-        QCOMPARE(box.title, u"High Priority Message Handler"_s);
-        QCOMPARE(box.text, u"The program cannot start/n"_s); // markers kept
-        QCOMPARE(box.icon, MsgIcon::Critical);
-        QCOMPARE(box.buttons, MsgButtons::OK);
-        QVERIFY(splash.texts.isEmpty());
-        QCOMPARE(env.pauser.sleptMs, 0);
-    }
-
-    void watcherGetsEveryLine()
-    {
-        TestEnvironment env;
-        Log(u"/b/cVocabrix v1/n"_s, kLogBanner);
-        Log(u"urgent/n"_s, kLogProgress, -1, true); // with a watcher, no box
-        Log(u" [exists]/n"_s, kLogContinuation);
-        QCOMPARE(env.logLines(), QStringList({u"/b/cVocabrix v1/n"_s, u"urgent/n"_s, u" [exists]/n"_s}));
-        QCOMPARE(env.log->lines[0].level, kLogBanner);
-        QCOMPARE(env.log->lines[2].level, kLogContinuation);
-        QCOMPARE(env.log->lines[1].channel, -1);
-        QVERIFY(env.prompter.boxes.empty());
-        QCOMPARE(env.pauser.eventRounds, 3); // one event round per line
-    }
-
-    void splashShowsLinesWithoutMarkers_data()
-    {
+        QTest::addColumn<bool>("watcher");
+        QTest::addColumn<bool>("splash");
+        QTest::addColumn<bool>("highPriority");
+        QTest::addColumn<qint16>("level");
         QTest::addColumn<QString>("message");
-        QTest::addColumn<QString>("shown");
-        QTest::newRow("end marker") << u"KORVA Alive/n"_s << u"KORVA Alive"_s;
-        QTest::newRow("markers in the middle") << u"a/nb/tc/n"_s << u"abc"_s;
-        QTest::newRow("no marker") << u"using home directory: 'x'"_s << u"using home directory: 'x'"_s;
-        QTest::newRow("format markers stay") << u"/b/cVocabrix/n"_s << u"/b/cVocabrix"_s;
+        QTest::addColumn<QString>("box");   // the high-priority box's text
+        QTest::addColumn<QString>("shown"); // on the splash
+        QTest::addColumn<int>("eventRounds");
+        const QString none;
+        QTest::newRow("high priority, no watcher: a box only, markers kept")
+                << false << true << true << kLogProgress << u"The program cannot start/n"_s
+                << u"The program cannot start/n"_s << none << 0;
+        QTest::newRow("high priority to the watcher: no box")
+                << true << false << true << kLogProgress << u"urgent/n"_s << none << none << 1;
+        QTest::newRow("banner to watcher and splash")
+                << true << true << false << kLogBanner << u"/b/cVocabrix/n"_s << none << u"/b/cVocabrix"_s << 2;
+        QTest::newRow("a continuation") << true << false << false << kLogContinuation << u" [exists]/n"_s << none
+                                        << none << 1;
+        QTest::newRow("markers in the middle")
+                << false << true << false << kLogProgress << u"a/nb/tc/n"_s << none << u"abc"_s << 1;
+        QTest::newRow("no marker") << false << true << false << kLogProgress << u"using home directory: 'x'"_s << none
+                                   << u"using home directory: 'x'"_s << 1;
+        QTest::newRow("nothing connected: dropped")
+                << false << false << false << kLogProgress << u"dropped/n"_s << none << none << 0;
     }
-    void splashShowsLinesWithoutMarkers()
+    void logOutlets()
     {
+        QFETCH(bool, watcher);
+        QFETCH(bool, splash);
+        QFETCH(bool, highPriority);
+        QFETCH(qint16, level);
         QFETCH(QString, message);
+        QFETCH(QString, box);
         QFETCH(QString, shown);
-        TestEnvironment env(false);
-        RecordingSplash splash;
-        g_SplashOutlet = &splash;
-        g_SplashUp = true;
-        Log(message);
-        QCOMPARE(splash.texts, QStringList(shown));
-        QCOMPARE(env.pauser.sleptMs, 25); // each line is paced
-        QCOMPARE(env.pauser.eventRounds, 1);
+        QFETCH(int, eventRounds);
+        TestEnvironment env(watcher);
+        RecordingSplash status;
+        g_SplashOutlet = &status;
+        g_SplashUp = splash;
+        Log(message, level, -1, highPriority);
+        QCOMPARE(env.prompter.seen(),
+                 box.isEmpty() ? QStringList()
+                               : QStringList(Box(u"High Priority Message Handler"_s, box, MsgIcon::Critical)));
+        QCOMPARE(env.logLines(), watcher ? QStringList(message) : QStringList());
+        if (watcher) {
+            QCOMPARE(env.log->lines[0].level, level);
+            QCOMPARE(env.log->lines[0].channel, -1);
+        }
+        QCOMPARE(status.texts, shown.isEmpty() ? QStringList() : QStringList(shown));
+        QCOMPARE(env.pauser.sleptMs, shown.isEmpty() ? 0 : 25); // each line on the splash is paced
+        QCOMPARE(env.pauser.eventRounds, eventRounds);
     }
 
-    void quietWithoutOutletsAndNoWatcherToConnect()
+    void watcherSwitchedOff()
     {
         TestEnvironment env(false);
-        Log(u"dropped/n"_s);
         ConnectWatcher(); // switched off in this build
         QVERIFY(!g_Watcher);
         QVERIFY(env.prompter.boxes.empty() && env.prompter.launches.empty());
-        QCOMPARE(env.pauser.sleptMs + env.pauser.eventRounds, 0);
-
         bool disconnected = false;
         g_Watcher = std::make_unique<RecordingWatcher>();
         static_cast<RecordingWatcher *>(g_Watcher.get())->disconnected = &disconnected;
@@ -114,12 +112,11 @@ private Q_SLOTS:
         TestEnvironment env;
         g_BaseDirectory = env.home();
         RegisterWatcher();
-        QCOMPARE(env.prompter.boxTitles(), QStringList(u"DEBUG Mode Mismatch"_s));
-        QCOMPARE(env.prompter.boxes[0].text,
-                 u"This program is in DEBUG mode, but the external debugger couldn't be found. "
-                 "Check "
-                 "to ensure the file is present in the current directory."_s);
-        QCOMPARE(env.prompter.boxes[0].icon, MsgIcon::Exclamation);
+        QCOMPARE(env.prompter.seen(),
+                 QStringList(Box(u"DEBUG Mode Mismatch"_s,
+                                 u"This program is in DEBUG mode, but the external debugger couldn't be found. Check "
+                                 "to ensure the file is present in the current directory."_s,
+                                 MsgIcon::Exclamation)));
 
         const QString debugger = env.path(ExecutableFileName(u"zeldebug"_s));
         WriteFileBytes(debugger, "#!/bin/sh\n");
@@ -137,16 +134,19 @@ private Q_SLOTS:
         QTest::addColumn<QString>("mask");
         QTest::addColumn<QString>("text");
         QTest::addColumn<double>("ms");
+        QTest::addColumn<bool>("warned");
         // The value is in seconds although the masks say "msec".
         QTest::newRow("2.5 ms") << qint64(1000000) << qint64(1000) << qint64(3500) << u"took %t msec/n"_s
-                                << u"took 0.0025000 msec/n"_s << 2.5;
+                                << u"took 0.0025000 msec/n"_s << 2.5 << false;
         QTest::newRow("two markers") << qint64(1000) << qint64(0) << qint64(1500) << u"%t|%t"_s
-                                     << u"1.5000000|1.5000000"_s << 1500.0;
+                                     << u"1.5000000|1.5000000"_s << 1500.0 << false;
         QTest::newRow("grouped thousands")
-                << qint64(10) << qint64(0) << qint64(12345) << u"%t"_s << u"1,234.5000000"_s << 1234500.0;
-        QTest::newRow("no counter") << qint64(0) << qint64(5) << qint64(9) << u"%t"_s << u"0.0000000"_s << 0.0;
+                << qint64(10) << qint64(0) << qint64(12345) << u"%t"_s << u"1,234.5000000"_s << 1234500.0 << false;
+        QTest::newRow("no counter") << qint64(0) << qint64(5) << qint64(9) << u"%t"_s << u"0.0000000"_s << 0.0 << false;
         QTest::newRow("before Stop: negative")
-                << qint64(1000) << qint64(2500) << qint64(-1) << u"%t"_s << u"-2.5000000"_s << -2500.0;
+                << qint64(1000) << qint64(2500) << qint64(-1) << u"%t"_s << u"-2.5000000"_s << -2500.0 << false;
+        QTest::newRow("no marker: warned, unchanged") << qint64(1000) << qint64(0) << qint64(5) << u"no marker here/n"_s
+                                                      << u"no marker here/n"_s << 5.0 << true;
     }
     void elapsedText()
     {
@@ -156,6 +156,7 @@ private Q_SLOTS:
         QFETCH(QString, mask);
         QFETCH(QString, text);
         QFETCH(double, ms);
+        QFETCH(bool, warned);
         TestEnvironment env;
         QLocale::setDefault(QLocale(QLocale::English, QLocale::UnitedStates));
         ManualTicks ticks;
@@ -169,15 +170,9 @@ private Q_SLOTS:
             timer.Stop();
         QCOMPARE(timer.strElapsed(mask), text);
         QCOMPARE(timer.ElapsedMs(), ms);
-        QVERIFY(env.logLines().isEmpty());
-    }
-
-    void maskWithoutMarker()
-    {
-        TestEnvironment env;
-        clsTimer timer;
-        QCOMPARE(timer.strElapsed(u"no marker here/n"_s), u"no marker here/n"_s);
-        QCOMPARE(env.logLines(), QStringList(u" .. warning: strElapsed couldn't find a '%t' in string mask/n"_s));
+        QCOMPARE(env.logLines(),
+                 warned ? QStringList(u" .. warning: strElapsed couldn't find a '%t' in string mask/n"_s)
+                        : QStringList());
     }
 
     void timerFrequencyAndAvailability()
@@ -239,54 +234,56 @@ private Q_SLOTS:
         env.log->clear();
         modFolders::SetHomeDirectory();
         QCOMPARE(env.logLines().last(), u" [exists]/n"_s);
+
+        // A plain file of that name is found as well, and left as it is.
+        QVERIFY(QDir(expected).removeRecursively());
+        WriteFileBytes(expected, "not a folder");
+        env.log->clear();
+        modFolders::SetHomeDirectory();
+        QCOMPARE(env.logLines().last(), u" [exists]/n"_s);
+        QCOMPARE(env.log->lines.back().level, kLogContinuation);
+        QCOMPARE(ReadFileBytes(expected), QByteArray("not a folder"));
     }
 
-    void browserSplit_data()
+    // Where the command comes from (the BROWSER variable, a desktop entry's
+    // Exec line, or as it stands), and how it is split into file and args.
+    void browserCommand_data()
     {
-        QTest::addColumn<QString>("command");
+        QTest::addColumn<QString>("from");
+        QTest::addColumn<QString>("value");
         QTest::addColumn<QString>("file");
         QTest::addColumn<QString>("args");
         QTest::newRow("quoted path, -url and quoted address")
-                << u"\"C:\\Program Files\\Browser\\browser.exe\" -url \"%1\"     "_s
+                << u"command"_s << u"\"C:\\Program Files\\Browser\\browser.exe\" -url \"%1\"     "_s
                 << u"\"C:\\Program Files\\Browser\\browser.exe\""_s << u"-url \"%1\""_s;
-        QTest::newRow("no address") << u"\"/usr/bin/browser\""_s << u"\"/usr/bin/browser\""_s << QString();
+        QTest::newRow("no address") << u"command"_s << u"\"/usr/bin/browser\""_s << u"\"/usr/bin/browser\""_s
+                                    << QString();
         QTest::newRow("unquoted path leaves the file empty")
-                << u"/usr/bin/browser %1"_s << QString() << u"/usr/bin/browser %1"_s;
-        QTest::newRow("empty") << QString() << QString() << QString();
+                << u"command"_s << u"/usr/bin/browser %1"_s << QString() << u"/usr/bin/browser %1"_s;
+        QTest::newRow("empty") << u"command"_s << QString() << QString() << QString();
+        QTest::newRow("BROWSER plain") << u"BROWSER"_s << u"firefox"_s << u"\"firefox\""_s << u"\"%1\""_s;
+        QTest::newRow("BROWSER with %s") << u"BROWSER"_s << u"lynx -dump %s"_s << u"\"lynx\""_s << u"-dump \"%1\""_s;
+        QTest::newRow("BROWSER list takes the first") << u"BROWSER"_s << u"w3m:lynx"_s << u"\"w3m\""_s << u"\"%1\""_s;
+        QTest::newRow("Exec %u") << u"Exec"_s << u"/usr/bin/firefox-esr %u"_s << u"\"/usr/bin/firefox-esr\""_s
+                                 << u"\"%1\""_s;
+        QTest::newRow("Exec %U and dropped codes")
+                << u"Exec"_s << u"chromium --new %U %i"_s << u"\"chromium\""_s << u"--new \"%1\""_s;
+        QTest::newRow("Exec quoted program")
+                << u"Exec"_s << u"\"/opt/My Browser/run\" %f"_s << u"\"/opt/My Browser/run\""_s << u"\"%1\""_s;
+        QTest::newRow("Exec without address") << u"Exec"_s << u"surf"_s << u"\"surf\""_s << QString();
     }
-    void browserSplit()
+    void browserCommand()
     {
-        QFETCH(QString, command);
+        QFETCH(QString, from);
+        QFETCH(QString, value);
         QFETCH(QString, file);
         QFETCH(QString, args);
+        const QString command = from == u"BROWSER"_s ? modBrowser::BrowserCommandFromBrowserVariable(value)
+                : from == u"Exec"_s                  ? modBrowser::BrowserCommandFromExecLine(value)
+                                                     : value;
         const modBrowser::SplitCommand split = modBrowser::SplitBrowserCommand(command);
         QCOMPARE(split.file, file);
         QCOMPARE(split.args, args);
-    }
-
-    void browserCommandForms_data()
-    {
-        QTest::addColumn<bool>("fromVariable");
-        QTest::addColumn<QString>("value");
-        QTest::addColumn<QString>("command");
-        QTest::newRow("BROWSER plain") << true << u"firefox"_s << u"\"firefox\" \"%1\""_s;
-        QTest::newRow("BROWSER with %s") << true << u"lynx -dump %s"_s << u"\"lynx\" -dump \"%1\""_s;
-        QTest::newRow("BROWSER list takes the first") << true << u"w3m:lynx"_s << u"\"w3m\" \"%1\""_s;
-        QTest::newRow("Exec %u") << false << u"/usr/bin/firefox-esr %u"_s << u"\"/usr/bin/firefox-esr\" \"%1\""_s;
-        QTest::newRow("Exec %U and dropped codes")
-                << false << u"chromium --new %U %i"_s << u"\"chromium\" --new \"%1\""_s;
-        QTest::newRow("Exec quoted program")
-                << false << u"\"/opt/My Browser/run\" %f"_s << u"\"/opt/My Browser/run\" \"%1\""_s;
-        QTest::newRow("Exec without address") << false << u"surf"_s << u"\"surf\""_s;
-    }
-    void browserCommandForms()
-    {
-        QFETCH(bool, fromVariable);
-        QFETCH(QString, value);
-        QFETCH(QString, command);
-        QCOMPARE(fromVariable ? modBrowser::BrowserCommandFromBrowserVariable(value)
-                              : modBrowser::BrowserCommandFromExecLine(value),
-                 command);
     }
 
     void browserFromDefaultDesktopEntry()

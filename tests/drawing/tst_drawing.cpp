@@ -17,17 +17,6 @@ using namespace Qt::Literals::StringLiterals;
 
 namespace {
 
-// 0x00BBGGRR as stored; qRgb for comparisons with image pixels.
-QRgb rgb(quint32 ole)
-{
-    return qRgb(int(ole & 0xFF), int((ole >> 8) & 0xFF), int((ole >> 16) & 0xFF));
-}
-
-int distance(QRgb a, QRgb b)
-{
-    return qMax(qAbs(qRed(a) - qRed(b)), qMax(qAbs(qGreen(a) - qGreen(b)), qAbs(qBlue(a) - qBlue(b))));
-}
-
 // The bounding box of the pixels that satisfy a test.
 QRect boxOf(const QImage &image, const std::function<bool(QRgb)> &test)
 {
@@ -259,7 +248,13 @@ private Q_SLOTS:
         SetOsVersionOverride(OsVersion {versionCode / 100, versionCode % 100, 0});
         CardWindow card(640, 480, 60);
         card.metrics.SetMainText(u"der Bahnhof"_s);
+        card.metrics.SetCornerText(r_data::Corner::TopLeft, u"showing card 3 of 37"_s);
+        card.metrics.SetCornerText(r_data::Corner::TopRight, u"Times viewed: 2"_s);
+        card.metrics.SetCornerText(r_data::Corner::BottomLeft, u"Right click anywhere for menu"_s);
+        card.metrics.SetCornerText(r_data::Corner::BottomRight, u"from 'German 3: Travel and Getting Around'"_s);
         card.renderer.Draw(true);
+        if (versionCode == 500)
+            QVERIFY(SaveScreenshot(card.picture(), u"card-640x480.png"_s));
         for (const QPoint &p : blueAt)
             QVERIFY2(distance(card.picture().pixel(p), rgb(14570825)) <= 3,
                      qPrintable(u"%1,%2"_s.arg(p.x()).arg(p.y())));
@@ -334,20 +329,6 @@ private Q_SLOTS:
         QVERIFY2(differing > large.width() * large.height() / 50, qPrintable(QString::number(differing)));
     }
 
-    void rowsBelowTheSeparatorAreNeverPainted()
-    {
-        TestEnvironment env;
-        CardWindow card(200, 200, 60);
-        card.metrics.SetColor(u"backcolor_a"_s, 0xFFFFFF);
-        card.metrics.SetColor(u"backcolor_b"_s, 0xFFFFFF);
-        card.metrics.SetMainText(u"x"_s);
-        card.renderer.Draw(true);
-        const QImage &surface = card.renderer.Surface()->Image();
-        QCOMPARE(surface.pixel(0, 140), qRgb(255, 255, 255)); // the separator
-        QCOMPARE(surface.pixel(0, 141), qRgb(0, 0, 0));       // as the surface was made
-        QCOMPARE(surface.pixel(199, 199), qRgb(0, 0, 0));
-    }
-
     void mainTextShadowSitsUpAndLeft()
     {
         TestEnvironment env;
@@ -407,17 +388,6 @@ private Q_SLOTS:
             previous = now;
         }
         QVERIFY(previous <= 2);
-
-        // Level 0: the window never changes; level 255: a plain copy.
-        card.metrics.SetColor(u"backcolor_a"_s, 0);
-        card.metrics.SetColor(u"backcolor_b"_s, 0);
-        modrender::AlphaLevel = 0;
-        const QImage before = card.picture().copy();
-        card.renderer.Draw(true);
-        QCOMPARE(card.picture(), before);
-        modrender::AlphaLevel = 255;
-        card.renderer.Present();
-        QCOMPARE(card.picture(), card.renderer.Surface()->Image());
     }
 
     // Idle costs nothing: once the window shows the frame (copied, or blended
@@ -501,39 +471,37 @@ private Q_SLOTS:
         QCOMPARE(marked.Image().copy(status), whole.Image().copy(status));
     }
 
-    void presentsOnlyWhatItShould()
+    // What a frame paints: nothing without a main text; with one, the body
+    // and its separator (not the rows below), and the corners whose flag is
+    // set. A frame without the main text is copied plainly, never blended.
+    void framePaintsOnlyItsParts()
     {
         TestEnvironment env;
         g_OsAlpha = true;
         modrender::AlphaEffects = true;
         modrender::AlphaLevel = 10;
-        CardWindow card(160, 80, 0);
-        card.metrics.SetCornerText(r_data::Corner::TopLeft, u"corner"_s);
-        // An empty main text paints and presents nothing, corners or not.
-        card.renderer.Draw(true);
-        card.renderer.Draw(false);
-        QCOMPARE(card.picture().pixel(80, 40), kMarker);
-        // Without the main text the frame is copied plainly, never blended.
-        card.metrics.SetMainText(u"main"_s);
-        card.renderer.Draw(false);
-        QCOMPARE(card.picture(), card.renderer.Surface()->Image());
-    }
-
-    void cornersShowWhenTheirFlagIsSet()
-    {
-        TestEnvironment env;
-        CardWindow card(300, 100, 0);
-        card.metrics.SetColor(u"backcolor_b"_s, 0);
-        card.metrics.SetMainText(u" "_s);
+        CardWindow card(300, 200, 60);
+        card.metrics.SetColor(u"backcolor_a"_s, 0x0000FF);
+        card.metrics.SetColor(u"backcolor_b"_s, 0x0000FF);
         card.metrics.SetCornerText(r_data::Corner::TopLeft, u"WWWW"_s);
         card.metrics.SetCornerText(r_data::Corner::BottomRight, u"WWWW"_s);
         card.metrics.SetCornerShown(r_data::Corner::BottomRight, false);
+        card.renderer.Draw(true);
         card.renderer.Draw(false);
+        QCOMPARE(card.picture().pixel(150, 100), kMarker);
+
+        card.metrics.SetMainText(u" "_s);
+        card.renderer.Draw(false);
+        const QImage &surface = card.renderer.Surface()->Image();
+        QCOMPARE(card.picture(), surface);
+        QCOMPARE(surface.pixel(0, 140), qRgb(255, 0, 0)); // the separator
+        QCOMPARE(surface.pixel(0, 141), qRgb(0, 0, 0));   // as the surface was made
+        QCOMPARE(surface.pixel(299, 199), qRgb(0, 0, 0));
         auto white = [](QRgb p) { return qGreen(p) > 128; };
-        const QRect topLeft = boxOf(card.picture().copy(0, 0, 150, 50), white);
+        const QRect topLeft = boxOf(surface.copy(0, 0, 150, 50), white);
         QVERIFY(!topLeft.isEmpty());
         QVERIFY(topLeft.left() >= 2 && topLeft.left() <= 4); // 2 pixels in from the edge
-        QVERIFY(boxOf(card.picture().copy(150, 50, 150, 50), white).isEmpty());
+        QVERIFY(boxOf(surface.copy(150, 90, 150, 50), white).isEmpty());
     }
 
     void refreshTimerPresentsTheMainRenderer()
@@ -554,23 +522,6 @@ private Q_SLOTS:
         g_SuppressRefresh = true;
         card.renderer.StartRefresh();
         QVERIFY(!card.renderer.IsRefreshing());
-    }
-
-    // Not a check: renders the card as the study window shows it, for people
-    // to look at (build/…/screens/card-640x480.png).
-    void renderCardForReview()
-    {
-        TestEnvironment env;
-        CardWindow card(640, 480, 60);
-        card.metrics.SetMainText(u"der Bahnhof"_s);
-        card.metrics.SetCornerText(r_data::Corner::TopLeft, u"showing card 3 of 37; 5 trouble cards"_s);
-        card.metrics.SetCornerText(r_data::Corner::TopRight, u"Times viewed: 2"_s);
-        card.metrics.SetCornerText(r_data::Corner::BottomLeft, u"Right click anywhere for menu"_s);
-        card.metrics.SetCornerText(r_data::Corner::BottomRight, u"from 'German 3: Travel and Getting Around'"_s);
-        card.surface.image().fill(Qt::black);
-        card.renderer.Draw(false);
-        card.renderer.Draw(true);
-        QVERIFY(SaveScreenshot(card.picture(), u"card-640x480.png"_s));
     }
 };
 

@@ -4,6 +4,15 @@
 #include <QImage>
 #include <QString>
 
+bool HasColour(const QImage &image, QRgb colour)
+{
+    for (int y = 0; y < image.height(); ++y)
+        for (int x = 0; x < image.width(); ++x)
+            if (image.pixel(x, y) == colour)
+                return true;
+    return false;
+}
+
 bool SaveScreenshot(const QImage &image, const QString &name)
 {
     const QString dir = QStringLiteral(SCREENS_DIR);

@@ -1,7 +1,26 @@
 #pragma once
 
+#include <QRgb>
+
 class QImage;
 class QString;
+
+// What the tests of pictures share.
+
+// A colour as the program stores it (0x00BBGGRR) as an image pixel.
+inline QRgb rgb(quint32 ole)
+{
+    return qRgb(int(ole & 0xFF), int((ole >> 8) & 0xFF), int((ole >> 16) & 0xFF));
+}
+
+// The largest difference of the two colours in any channel.
+inline int distance(QRgb a, QRgb b)
+{
+    return qMax(qAbs(qRed(a) - qRed(b)), qMax(qAbs(qGreen(a) - qGreen(b)), qAbs(qBlue(a) - qBlue(b))));
+}
+
+// Whether the picture has a pixel of exactly this colour.
+bool HasColour(const QImage &image, QRgb colour);
 
 // Saves a picture of a real window for people to look at (build/…/screens/);
 // false when it could not be written.

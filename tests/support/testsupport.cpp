@@ -75,6 +75,21 @@ QStringList FakePrompter::boxTitles() const
     return titles;
 }
 
+QStringList FakePrompter::seen() const
+{
+    QStringList out;
+    for (const auto &b : boxes)
+        out << Box(b.title, b.text, b.icon, b.buttons);
+    return out;
+}
+
+QString Box(const QString &title, const QString &text, MsgIcon icon, MsgButtons buttons)
+{
+    static const QStringList icons {u"no icon"_s, u"critical"_s, u"question"_s, u"exclamation"_s, u"information"_s};
+    static const QStringList buttonSets {u"OK"_s, u"OK Cancel"_s, u"Yes No"_s, u"Yes No Cancel"_s};
+    return title + u" | "_s + text + u" | "_s + icons[int(icon)] + u" | "_s + buttonSets[int(buttons)];
+}
+
 QStringList LogRecord::messages() const
 {
     QStringList out;
@@ -93,6 +108,9 @@ TestEnvironment::TestEnvironment(bool withWatcher)
     qputenv("XDG_CONFIG_HOME", (home + u"/.config"_s).toUtf8());
     qputenv("XDG_DATA_HOME", (home + u"/.local/share"_s).toUtf8());
     QDir(home).mkpath(u"Documents"_s);
+    // Code that reaches for the home folder's settings file finds it here,
+    // never beside the test or at the root.
+    g_BaseDirectory = home;
     SetPrompter(&prompter);
     SetPauser(&pauser);
     if (withWatcher) {

@@ -54,7 +54,13 @@ public:
     int ShowModal(QObject *window) override;
 
     QStringList boxTitles() const;
+    // Every box so far, each as Box() writes it.
+    QStringList seen() const;
 };
+
+// A message box as "title | text | icon | buttons", so a test compares all of it.
+QString Box(const QString &title, const QString &text, MsgIcon icon = MsgIcon::None,
+            MsgButtons buttons = MsgButtons::OK);
 
 // The log lines a recording watcher received; it outlives the watcher, which
 // shutdown releases.
@@ -129,8 +135,9 @@ public:
 };
 
 // Everything a test of the program's logic needs: program-wide state reset,
-// a temporary home (HOME, XDG folders and the documents folder in it), a
-// fake prompter, instant pauses and a recording watcher as g_Watcher.
+// a temporary home (HOME, XDG folders, the documents folder and
+// g_BaseDirectory in it), a fake prompter, instant pauses and a recording
+// watcher as g_Watcher.
 // Undone when it goes out of scope.
 class TestEnvironment
 {

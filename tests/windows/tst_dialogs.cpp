@@ -11,11 +11,13 @@
 #include "windows/screenfit.h"
 
 #include <QAbstractItemModelTester>
-#include <QElapsedTimer>
+#include <QGroupBox>
 #include <QLabel>
 #include <QListWidget>
 #include <QRegularExpression>
 #include <QSlider>
+#include <QStyle>
+#include <QStyleOptionViewItem>
 #include <QTabBar>
 #include <QTreeView>
 
@@ -138,16 +140,22 @@ private Q_SLOTS:
         QTest::addColumn<bool>("inQuestions");
         QTest::addColumn<bool>("inAnswers");
         QTest::addColumn<bool>("matchCase");
-        QTest::addColumn<QList<int>>("ordinals");
+        QTest::addColumn<bool>("byReturn");     // else by the Find button
+        QTest::addColumn<QStringList>("found"); // ordinal: where it is bold
         QTest::newRow("trimmed, any case, inside words")
-                << u"  HAUS "_s << true << true << false << QList<int> {1, 2, 3};
-        QTest::newRow("case kept") << u"Haus"_s << true << true << true << QList<int> {1, 2, 3};
-        QTest::newRow("case kept, other case") << u"haus"_s << true << true << true << QList<int> {};
-        QTest::newRow("case kept, part of words") << u"aus"_s << true << true << true << QList<int> {1, 2, 3, 4};
-        QTest::newRow("answers only") << u"house"_s << false << true << false << QList<int> {1, 3};
-        QTest::newRow("questions only") << u"house"_s << true << false << false << QList<int> {};
-        QTest::newRow("both columns, listed once") << u"mouse"_s << true << true << false << QList<int> {4, 5};
-        QTest::newRow("neither column") << u"haus"_s << false << false << false << QList<int> {};
+                << u"  HAUS "_s << true << true << false << false << QStringList {u"1:q"_s, u"2:q"_s, u"3:q"_s};
+        QTest::newRow("case kept") << u"Haus"_s << true << true << true << true
+                                   << QStringList {u"1:q"_s, u"2:q"_s, u"3:q"_s};
+        QTest::newRow("case kept, other case") << u"haus"_s << true << true << true << false << QStringList {};
+        QTest::newRow("case kept, part of words")
+                << u"aus"_s << true << true << true << false << QStringList {u"1:q"_s, u"2:q"_s, u"3:q"_s, u"4:q"_s};
+        QTest::newRow("answers only") << u"house"_s << false << true << false << false
+                                      << QStringList {u"1:a"_s, u"3:a"_s};
+        QTest::newRow("questions only") << u"house"_s << true << false << false << false << QStringList {};
+        QTest::newRow("both columns, listed once")
+                << u"mouse"_s << true << true << false << true << QStringList {u"4:a"_s, u"5:qa"_s};
+        QTest::newRow("neither column") << u"haus"_s << false << false << false << false << QStringList {};
+        QTest::newRow("one card") << u"GRAS"_s << true << false << false << false << QStringList {u"6:q"_s};
     }
     void search()
     {
@@ -155,41 +163,48 @@ private Q_SLOTS:
         QFETCH(bool, inQuestions);
         QFETCH(bool, inAnswers);
         QFETCH(bool, matchCase);
-        QFETCH(QList<int>, ordinals);
+        QFETCH(bool, byReturn);
+        QFETCH(QStringList, found);
         frmFind *find = frmFind::Instance();
+        find->show();
         find->Text2->setText(typed);
-        find->Check1->setChecked(inQuestions);
-        find->Check2->setChecked(inAnswers);
-        find->Check3->setChecked(matchCase);
+        auto set = [](QCheckBox *box, bool on) {
+            if (box->isChecked() != on)
+                QTest::mouseClick(box, Qt::LeftButton, {}, QPoint(8, box->height() / 2));
+        };
+        set(find->Check1, inQuestions);
+        set(find->Check2, inAnswers);
+        set(find->Check3, matchCase);
         m_env->log->clear();
-        QTest::mouseClick(find->Command5, Qt::LeftButton);
+        if (byReturn)
+            QTest::keyClick(find->Text2, Qt::Key_Return); // Find is the default button
+        else
+            QTest::mouseClick(find->Command5, Qt::LeftButton);
 
         QCOMPARE(find->Text2->text(), typed.trimmed()); // written back
-        QCOMPARE(listedOrdinals(), ordinals);
+        QStringList listed;
+        for (int row = 0; row < frmViewer::Instance()->Cards()->rowCount(); ++row)
+            listed << u"%1:%2%3%4"_s.arg(listedOrdinals()[row])
+                              .arg(isBold(row, CardListModel::Question) ? u"q"_s : QString(),
+                                   isBold(row, CardListModel::Answer) ? u"a"_s : QString(),
+                                   isBold(row, CardListModel::Chapter) ? u"c"_s : QString());
+        QCOMPARE(listed, found);
+        QCOMPARE(frmViewer::Instance()->LoadingText(),
+                 found.size() == 1 ? u"1 card found"_s : u"%1 cards found"_s.arg(found.size()));
         const QString caption = frmViewer::Instance()->windowTitle();
         QVERIFY2(QRegularExpression(
-                         u"^Item Viewer - \\[found %1 items in \\d+\\.\\d{7} seconds\\]$"_s.arg(ordinals.size()))
+                         u"^Item Viewer - \\[found %1 items in \\d+\\.\\d{7} seconds\\]$"_s.arg(found.size()))
                          .match(caption)
                          .hasMatch(),
                  qPrintable(caption));
         QCOMPARE(m_env->logLines().size(), 1);
-        QVERIFY(QRegularExpression(u"^ \\.\\. search took \\d+\\.\\d{7} msec to find %1 hits/n$"_s.arg(ordinals.size()))
+        QVERIFY(QRegularExpression(u"^ \\.\\. search took \\d+\\.\\d{7} msec to find %1 hits/n$"_s.arg(found.size()))
                         .match(m_env->logLines().first())
                         .hasMatch());
-    }
-
-    void matchesAreBold()
-    {
-        frmFind *find = frmFind::Instance();
-        find->Text2->setText(u"mouse"_s);
-        find->Search();
-        // "Mousepad" / "mouse pad" matched in both columns; "die Maus" only in its answer.
-        QCOMPARE(listedOrdinals(), QList<int>({4, 5}));
-        QVERIFY(!isBold(0, CardListModel::Question));
-        QVERIFY(isBold(0, CardListModel::Answer));
-        QVERIFY(isBold(1, CardListModel::Question));
-        QVERIFY(isBold(1, CardListModel::Answer));
-        QVERIFY(!isBold(1, CardListModel::Chapter));
+        if (QTest::currentDataTag() == QByteArray("both columns, listed once")) {
+            QVERIFY(SaveScreenshot(find->grab().toImage(), u"find.png"_s));
+            QVERIFY(SaveScreenshot(frmViewer::Instance()->grab().toImage(), u"viewer.png"_s));
+        }
     }
 
     void everyCardForStarOrNothing_data()
@@ -207,6 +222,7 @@ private Q_SLOTS:
         find->Search();
         QCOMPARE(listedOrdinals(), QList<int>({1, 2, 3, 4, 5, 6, 7})); // the empty slot too
         QCOMPARE(frmViewer::Instance()->windowTitle(), u"Item Viewer"_s);
+        QCOMPARE(frmViewer::Instance()->LoadingText(), u"6 cards"_s); // the empty slot is no card
         frmMain::Existing()->ViewAllCards();
         QCOMPARE(listedOrdinals().size(), 7);
     }
@@ -228,57 +244,82 @@ private Q_SLOTS:
         QFETCH(QString, typed);
         QFETCH(int, current);
         frmFind *find = frmFind::Instance();
+        find->show();
+        find->ts->setCurrentIndex(1);
         QCOMPARE(find->Label1->text(), u"(1 - 6)"_s);
         const qint16 viewsBefore = g_Deck[current].timesViewed;
         find->Text1->setText(typed);
-        find->Command3->click();
+        QTest::keyClick(find->Text1, Qt::Key_Return); // Return in the field jumps once
         QCOMPARE(int(modrender::CurrentCard), current);
+        QCOMPARE(g_Deck[current].timesViewed, qint16(viewsBefore + (current != 0 ? 1 : 0)));
+        QTest::mouseClick(find->Command3, Qt::LeftButton);
+        QCOMPARE(int(modrender::CurrentCard), current);
+        QCOMPARE(g_Deck[current].timesViewed, qint16(viewsBefore + (current != 0 ? 2 : 0)));
         QVERIFY(m_env->prompter.boxes.empty());
-        if (current != 0) {
-            QCOMPARE(g_Deck[current].timesViewed, qint16(viewsBefore + 1));
+        if (current != 0)
             QCOMPARE(modrender::Metrics()->CornerText(r_data::Corner::TopLeft),
                      u"showing card %1 of 6"_s.arg(current + 1));
-        }
     }
 
-    void rowClickShowsTheCard()
-    {
-        frmViewer *viewer = frmViewer::Instance();
-        viewer->FillItemViewer();
-        viewer->RowClicked(viewer->Cards()->index(4, CardListModel::Question));
-        QCOMPARE(int(modrender::CurrentCard), 4);
-        QCOMPARE(g_Deck[4].timesViewed, qint16(1));
-        // A jump: the status line has no trouble count.
-        QCOMPARE(modrender::Metrics()->CornerText(r_data::Corner::TopLeft), u"showing card 5 of 6"_s);
-        QCOMPARE(modrender::Metrics()->MainText(), u"Mousepad"_s);
-        // The list shows the new count at once.
-        QCOMPARE(viewer->Cards()->index(4, CardListModel::TimesViewed).data().toInt(), 1);
-        QTest::keyClick(viewer, Qt::Key_Escape); // Escape closes it
-        QVERIFY(!forms::IsOpen(viewer));
-    }
-
-    void rowCheckBoxIsTheTroubleMark()
+    // A click on a row shows that card as a jump (no trouble count); a click
+    // on its check box only marks the card.
+    void viewerRowClicks()
     {
         frmViewer *viewer = frmViewer::Instance();
         viewer->FillItemViewer();
         CardListModel *model = viewer->Cards();
+        auto click = [&](QPoint at) { QTest::mouseClick(viewer->LV->viewport(), Qt::LeftButton, {}, at); };
+        click(viewer->LV->visualRect(model->index(4, CardListModel::Question)).center());
+        QCOMPARE(int(modrender::CurrentCard), 4);
+        QCOMPARE(g_Deck[4].timesViewed, qint16(1));
+        QCOMPARE(modrender::Metrics()->CornerText(r_data::Corner::TopLeft), u"showing card 5 of 6"_s);
+        QCOMPARE(modrender::Metrics()->MainText(), u"Mousepad"_s);
+        QCOMPARE(model->index(4, CardListModel::TimesViewed).data().toInt(), 0); // as when the list was filled
+
         const QModelIndex box = model->index(2, CardListModel::Ordinal);
-        QVERIFY(model->flags(box) & Qt::ItemIsUserCheckable);
-        QVERIFY(model->setData(box, Qt::Checked, Qt::CheckStateRole));
+        QStyleOptionViewItem option;
+        option.initFrom(viewer->LV);
+        option.rect = viewer->LV->visualRect(box);
+        option.features |= QStyleOptionViewItem::HasCheckIndicator;
+        const QRect indicator =
+                viewer->LV->style()->subElementRect(QStyle::SE_ItemViewItemCheckIndicator, &option, viewer->LV);
+        click(indicator.center());
         QVERIFY(g_Deck[2].isTrouble());
         QCOMPARE(box.data(Qt::CheckStateRole).value<Qt::CheckState>(), Qt::Checked);
-        QVERIFY(model->setData(box, Qt::Unchecked, Qt::CheckStateRole));
+        click(indicator.center());
         QVERIFY(!g_Deck[2].isTrouble());
+        QCOMPARE(int(modrender::CurrentCard), 4); // still the card shown before
         QVERIFY(!model->setData(model->index(2, CardListModel::Question), u"x"_s, Qt::EditRole));
-        QCOMPARE(int(modrender::CurrentCard), 0); // marking a card does not show it
+        QTest::keyClick(viewer, Qt::Key_Escape); // Escape closes it
+        QVERIFY(!forms::IsOpen(viewer));
+    }
+
+    void rowsKeepWhatWasFound()
+    {
+        frmFind *find = frmFind::Instance();
+        find->Text2->setText(u"haus"_s);
+        find->Search();
+        const QString caption = frmViewer::Instance()->windowTitle();
+        std::reverse(g_Deck.cards().begin(), g_Deck.cards().end() - 1); // as a shuffle might
+        g_Deck[0].timesViewed = 9;
+        g_Deck[0].trouble = kCardTrue;
+        CardListModel *model = frmViewer::Instance()->Cards();
+        QCOMPARE(listedOrdinals(), QList<int>({1, 2, 3}));
+        QCOMPARE(model->index(0, CardListModel::Question).data().toString(), u"das Haus"_s);
+        QCOMPARE(model->index(1, CardListModel::Answer).data().toString(), u"homework"_s);
+        QCOMPARE(model->index(0, CardListModel::TimesViewed).data().toInt(), 1);
+        QCOMPARE(model->index(2, CardListModel::Chapter).data().toString(), u"Kapitel"_s);
+        QCOMPARE(model->index(0, CardListModel::Ordinal).data(Qt::CheckStateRole), QVariant(Qt::Unchecked));
+        QVERIFY(isBold(0, CardListModel::Question));
+        QCOMPARE(frmViewer::Instance()->windowTitle(), caption);
     }
 
     void modelsPassTheModelTester()
     {
         CardListModel cards(g_Deck);
         QAbstractItemModelTester testCards(&cards, QAbstractItemModelTester::FailureReportingMode::QtTest);
-        cards.SetRows({{0, true, false}, {3, false, true}});
-        cards.AddRow({5, true, true});
+        cards.SetRows({cards.RowFor(0, true, false), cards.RowFor(3, false, true)});
+        cards.AddRow(cards.RowFor(5, true, true));
         cards.setData(cards.index(1, 0), Qt::Checked, Qt::CheckStateRole);
         cards.Clear();
 
@@ -319,12 +360,11 @@ private Q_SLOTS:
         m_env->prompter.answers = {MsgResult::No};
         find->Search();
         QCOMPARE(crashes, 0);
-        QCOMPARE(m_env->prompter.boxes[0].text,
-                 u"Warning: this causes a very hard crash and should only be used for testing "
-                 "purposes. "
-                 "Are you sure you want to continue?"_s);
-        QCOMPARE(m_env->prompter.boxes[0].icon, MsgIcon::Exclamation);
-        QCOMPARE(m_env->prompter.boxes[0].buttons, MsgButtons::YesNo);
+        QCOMPARE(m_env->prompter.seen(),
+                 QStringList(Box(u"Vocabrix"_s,
+                                 u"Warning: this causes a very hard crash and should only be used for testing "
+                                 "purposes. Are you sure you want to continue?"_s,
+                                 MsgIcon::Exclamation, MsgButtons::YesNo)));
         m_env->prompter.answers = {MsgResult::Yes};
         m_env->log->clear();
         find->Search();
@@ -340,6 +380,7 @@ private Q_SLOTS:
         g_ShowMouseHover = false;
         m_env->log->clear();
         frmOptions *options = frmOptions::Instance();
+        options->show();
         QCOMPARE(options->Slider1->value(), 77);
         QVERIFY(options->Check1->isChecked());
         QVERIFY(options->Slider1->isEnabled());
@@ -347,55 +388,72 @@ private Q_SLOTS:
         QVERIFY(m_env->logLines().contains(u" .. frmOptions renderer loaded/n"_s));
         QCOMPARE(options->LV->count(), 12);
         QCOMPARE(options->LV->item(2)->text(), u"main text shadow"_s);
+        QVERIFY(options->Picture1[0]->isVisible() && !options->Picture1[1]->isVisible());
+        QVERIFY(SaveScreenshot(options->grab().toImage(), u"options-colors.png"_s));
 
-        options->Check1->click(); // alpha off: its controls greyed
+        QTest::mouseClick(options->ts, Qt::LeftButton, {}, options->ts->tabRect(1).center());
+        QVERIFY(!options->Picture1[0]->isVisible() && options->Picture1[1]->isVisible());
+        auto click = [](QWidget *box) { QTest::mouseClick(box, Qt::LeftButton, {}, QPoint(8, box->height() / 2)); };
+        click(options->Check1); // alpha off: its controls greyed
         QVERIFY(!modrender::AlphaEffects);
-        QVERIFY(!options->Slider1->isEnabled());
-        options->Slider1->setValue(200);
-        QCOMPARE(int(modrender::AlphaLevel), 200);
-        options->Check2->click();
+        QVERIFY(!options->Slider1->isEnabled() && !options->Frame1->isEnabled());
+        click(options->Check1);
+        QTest::keyClick(options->Slider1, Qt::Key_PageUp);
+        QCOMPARE(int(modrender::AlphaLevel), 77 + 16);
+        click(options->Check2);
         QVERIFY(g_ShowMouseHover);
+        QVERIFY(SaveScreenshot(options->grab().toImage(), u"options-interface.png"_s));
 
-        options->SelectTab(1);
-        QVERIFY(!options->Picture1[0]->isVisible() || !options->isVisible());
         m_env->log->clear();
-        options->Command2->click();
+        QTest::keyClick(options, Qt::Key_Escape); // closes, like Close
         FlushDeletes();
         QVERIFY(!frmOptions::Existing());
         QCOMPARE(m_env->logLines().first(), u" .. frmOptions renderer halted/n"_s);
         QVERIFY(g_MasterDb->GetNumber(u"frmOptions.left"_s, 0).found);
+        QVERIFY(modrender::AlphaEffects && g_ShowMouseHover); // the switches stay changed
     }
 
     void troubleDefaultLatch_data()
     {
         QTest::addColumn<MsgResult>("answer");
+        QTest::addColumn<bool>("byKey");
         QTest::addColumn<bool>("current");
         QTest::addColumn<bool>("saved");
-        QTest::addColumn<bool>("boxShows");
         QTest::addColumn<QString>("caption");
-        QTest::newRow("yes: now") << MsgResult::Yes << true << true << true << u"Make cards trouble by default"_s;
-        QTest::newRow("no: next run") << MsgResult::No << false << true << false
+        const QString plain = u"Make cards trouble by default"_s;
+        QTest::newRow("yes: now") << MsgResult::Yes << false << true << true << plain;
+        QTest::newRow("no: next run") << MsgResult::No << false << false << true
                                       << u"Make cards trouble by default (latched: True)"_s;
-        QTest::newRow("cancel") << MsgResult::Cancel << false << false << false << u"Make cards trouble by default"_s;
+        QTest::newRow("cancel") << MsgResult::Cancel << false << false << false << plain;
+        QTest::newRow("yes by the keyboard") << MsgResult::Yes << true << true << true << plain;
     }
     void troubleDefaultLatch()
     {
         QFETCH(MsgResult, answer);
+        QFETCH(bool, byKey);
         QFETCH(bool, current);
         QFETCH(bool, saved);
-        QFETCH(bool, boxShows);
         QFETCH(QString, caption);
         frmOptions *options = frmOptions::Instance();
+        options->show();
+        options->SelectTab(1);
         QVERIFY(!options->Check3->isChecked());
         m_env->prompter.answers = {answer};
-        options->Check3->click();
-        QCOMPARE(m_env->prompter.boxTitles(), QStringList(u"Persistency"_s));
-        QCOMPARE(m_env->prompter.boxes[0].buttons, MsgButtons::YesNoCancel);
+        if (byKey)
+            QTest::keyClick(options->Check3, Qt::Key_Space);
+        else
+            QTest::mouseClick(options->Check3, Qt::LeftButton, {}, QPoint(8, options->Check3->height() / 2));
+        QCOMPARE(m_env->prompter.seen(),
+                 QStringList(Box(u"Persistency"_s,
+                                 u"You can enforce this change immediately or at the program's next run. If you "
+                                 "enforce it immediately, then all cards' trouble status will be reset."_s,
+                                 MsgIcon::Question, MsgButtons::YesNoCancel)));
         QCOMPARE(g_TroubleDefaultCurrent, current);
         QCOMPARE(g_TroubleByDefault, saved);
         QCOMPARE(options->Check3->isChecked(), current); // shows the value in force
         QCOMPARE(options->Check3->text(), caption);
-        QCOMPARE(frmMain::Existing()->Check2->Checked(), boxShows);
+        QCOMPARE(frmMain::Existing()->Check2->Checked(), current);
+        QCOMPARE(frmMain::Existing()->Check1->Checked(), current); // the card on show again
         for (const Card &card : g_Deck.cards())
             QCOMPARE(card.isTrouble(), current); // every slot, the empty one too
     }
@@ -403,18 +461,25 @@ private Q_SLOTS:
     void latchSurvivesReopenAndUnlatches()
     {
         frmOptions *options = frmOptions::Instance();
+        options->show();
+        options->SelectTab(1);
+        const QPoint onTheBox(8, options->Check3->height() / 2);
         m_env->prompter.answers = {MsgResult::No};
-        options->Check3->click();
+        QTest::mouseClick(options->Check3, Qt::LeftButton, {}, onTheBox);
         forms::Unload(options);
         FlushDeletes();
         options = frmOptions::Instance();
+        options->show();
+        options->SelectTab(1);
         QCOMPARE(options->Check3->text(), u"Make cards trouble by default (latched: True)"_s);
         QVERIFY(!options->Check3->isChecked());
-        // Setting the box back to the value in force: no question, no latch.
+        QVERIFY(g_TroubleByDefault);
+        // Pressed, then let go off the box: no change, and the latch goes.
         m_env->prompter.boxes.clear();
-        options->Check3->setChecked(true);
-        options->Check3->click(); // off, equal to the value in force
+        QTest::mousePress(options->Check3, Qt::LeftButton, {}, onTheBox);
+        QTest::mouseRelease(options->Check3, Qt::LeftButton, {}, QPoint(-40, onTheBox.y()));
         QVERIFY(m_env->prompter.boxes.empty());
+        QVERIFY(!options->Check3->isChecked());
         QVERIFY(!g_TroubleByDefault);
         QCOMPARE(options->Check3->text(), u"Make cards trouble by default"_s);
     }
@@ -423,10 +488,12 @@ private Q_SLOTS:
     {
         frmOptions *options = frmOptions::Instance();
         options->Check4->click();
-        QCOMPARE(m_env->prompter.boxTitles(), QStringList(u"Preferences"_s));
-        QCOMPARE(m_env->prompter.boxes[0].icon, MsgIcon::Information);
         options->Check4->click(); // unchecking says nothing
-        QCOMPARE(m_env->prompter.boxes.size(), size_t(1));
+        QCOMPARE(m_env->prompter.seen(),
+                 QStringList(Box(u"Preferences"_s,
+                                 u"You will lose all custom settings if you continue with this option. If you are "
+                                 "unsure, uncheck the box before closing the Preferences dialog."_s,
+                                 MsgIcon::Information)));
         options->Check4->click();
         options->Command1->click();
         FlushDeletes();
@@ -479,11 +546,10 @@ private Q_SLOTS:
     {
         frmOptions *options = frmOptions::Instance();
         r_data *preview = options->PreviewMetrics();
-        QCOMPARE(preview->MainText(), u"maintext"_s);
-        QCOMPARE(preview->CornerText(r_data::Corner::TopLeft), u"tltext"_s);
-        QCOMPARE(preview->CornerText(r_data::Corner::TopRight), u"trtext"_s);
-        QCOMPARE(preview->CornerText(r_data::Corner::BottomLeft), u"bltext"_s);
-        QCOMPARE(preview->CornerText(r_data::Corner::BottomRight), u"brtext"_s);
+        using C = r_data::Corner;
+        QCOMPARE(QStringList({preview->MainText(), preview->CornerText(C::TopLeft), preview->CornerText(C::TopRight),
+                              preview->CornerText(C::BottomLeft), preview->CornerText(C::BottomRight)}),
+                 QStringList({u"maintext"_s, u"tltext"_s, u"trtext"_s, u"bltext"_s, u"brtext"_s}));
         options->RedrawPreview();
         const QImage &img = options->Picture2->Surface()->image();
         auto textIn = [&](QRect area) {
@@ -500,30 +566,6 @@ private Q_SLOTS:
         QVERIFY(textIn({w - 62, h - 14, 60, 14}));          // bottom right
         QVERIFY(textIn({w / 2 - 50, h / 2 - 10, 100, 20})); // the main text
         QVERIFY(options->Timer1->isActive());
-    }
-
-    // Not checks: the dialogs with the example words, for people to look at.
-    void screenshotsForReview()
-    {
-        frmOptions *options = frmOptions::Instance();
-        options->show();
-        options->LV->setCurrentRow(1);
-        options->RedrawPreview();
-        QVERIFY(SaveScreenshot(options->grab().toImage(), u"options-colors.png"_s));
-        options->SelectTab(1);
-        QVERIFY(SaveScreenshot(options->grab().toImage(), u"options-interface.png"_s));
-        frmFind *find = frmFind::Instance();
-        find->show();
-        find->Text2->setText(u"haus"_s);
-        find->Search();
-        QVERIFY(SaveScreenshot(find->grab().toImage(), u"find.png"_s));
-        QVERIFY(SaveScreenshot(frmViewer::Instance()->grab().toImage(), u"viewer.png"_s));
-        frmProgress progress;
-        progress.SetCaption(u"Randomizer Progress"_s);
-        progress.SetRange(0, 200);
-        progress.SetValue(120);
-        progress.show();
-        QVERIFY(SaveScreenshot(progress.grab().toImage(), u"progress.png"_s));
     }
 };
 

@@ -1,26 +1,132 @@
+#include "cards/shuffler.h"
 #include "uitestsupport.h"
 #include "windows/cardarea.h"
+#include "windows/frmprogress.h"
 
 #include <QAccessible>
+#include <QContextMenuEvent>
+#include <QMenu>
+#include <QMouseEvent>
 
 using namespace Qt::Literals::StringLiterals;
 
 namespace {
 
-// 0x00BBGGRR as stored; qRgb for comparisons with image pixels.
-QRgb rgb(quint32 ole)
+// The contrast ratio of two colours as people see them (1 to 21).
+double contrast(QRgb a, QRgb b)
 {
-    return qRgb(int(ole & 0xFF), int((ole >> 8) & 0xFF), int((ole >> 16) & 0xFF));
+    auto lum = [](QRgb c) {
+        auto lin = [](int v) {
+            const double s = v / 255.0;
+            return s <= 0.03928 ? s / 12.92 : std::pow((s + 0.055) / 1.055, 2.4);
+        };
+        return 0.2126 * lin(qRed(c)) + 0.7152 * lin(qGreen(c)) + 0.0722 * lin(qBlue(c));
+    };
+    const double la = lum(a), lb = lum(b);
+    return (qMax(la, lb) + 0.05) / (qMin(la, lb) + 0.05);
 }
 
-int distance(QRgb a, QRgb b)
+// How far the clearest pixel of a control stands out from its background
+// (the colour most of it has).
+double legibility(QWidget *control)
 {
-    return qMax(qAbs(qRed(a) - qRed(b)), qMax(qAbs(qGreen(a) - qGreen(b)), qAbs(qBlue(a) - qBlue(b))));
+    const QImage img = control->grab().toImage();
+    QHash<QRgb, int> counts;
+    for (int y = 0; y < img.height(); ++y)
+        for (int x = 0; x < img.width(); ++x)
+            ++counts[img.pixel(x, y)];
+    QRgb background = 0;
+    for (auto it = counts.cbegin(); it != counts.cend(); ++it)
+        if (it.value() > counts.value(background))
+            background = it.key();
+    double best = 1;
+    for (auto it = counts.cbegin(); it != counts.cend(); ++it)
+        best = qMax(best, contrast(it.key(), background));
+    return best;
 }
 
 QString corner(r_data::Corner c)
 {
     return modrender::Metrics()->CornerText(c);
+}
+
+// Card i of n lands in slot n - 1 - i: a shuffle that turns the deck round.
+class ReversingRandom final : public RandomSource
+{
+public:
+    explicit ReversingRandom(int cards) : m_cards(cards) {}
+    void Seed(double) override {}
+    double Next() override
+    {
+        if (onDraw)
+            onDraw();
+        return (m_cards - 1 - m_draws++) / 10000.0;
+    }
+    std::function<void()> onDraw;
+
+private:
+    int m_cards;
+    int m_draws = 0;
+};
+
+// What a person can tell of the session, as "name=value" tokens.
+QStringList observe(const TestEnvironment &env)
+{
+    frmMain *main = frmMain::Existing();
+    int views = 0, trouble = 0;
+    QStringList order, open;
+    for (const Card &c : g_Deck.cards()) {
+        views += c.timesViewed;
+        trouble += c.isTrouble() ? 1 : 0;
+        order << c.question;
+    }
+    for (QWidget *w : forms::Open())
+        if (w->isVisible())
+            open << forms::Name(w);
+    QStringList dialogs, launches;
+    for (const FileDialogRequest &d : env.prompter.fileDialogs)
+        dialogs << d.title + u':' + d.filter;
+    for (const FakePrompter::Launch &l : env.prompter.launches)
+        launches << l.program;
+    auto on = [](bool b) { return b ? u"on"_s : u"off"_s; };
+    const r_data *metrics = modrender::Metrics();
+    auto corner = [&](r_data::Corner c) { return metrics ? metrics->CornerText(c) : u"-"_s; };
+    const QStringList tokens {
+            u"card="_s + QString::number(modrender::CurrentCard),
+            u"text="_s + (metrics ? metrics->MainText() : u"-"_s),
+            u"tl="_s + corner(r_data::Corner::TopLeft),
+            u"tr="_s + corner(r_data::Corner::TopRight),
+            u"bl="_s + corner(r_data::Corner::BottomLeft),
+            u"br="_s + corner(r_data::Corner::BottomRight),
+            u"check1="_s + on(main && main->Check1->Checked()),
+            u"check2="_s + on(main && main->Check2->Checked()),
+            u"trouble="_s + QString::number(trouble),
+            u"views="_s + QString::number(views),
+            u"order="_s + order.join(u','),
+            u"open="_s + open.join(u','),
+            u"menu="_s + on(main && main->mP->isVisible()),
+            u"boxes="_s + env.prompter.boxTitles().join(u','),
+            u"dialogs="_s + dialogs.join(u','),
+            u"modal="_s + QStringList(env.prompter.modalWindows.begin(), env.prompter.modalWindows.end()).join(u','),
+            u"launches="_s + launches.join(u','),
+            u"released="_s + on(g_ProcessReleased),
+    };
+    QStringList out;
+    for (const QString &t : tokens)
+        out << QString(t).replace(u' ', u'_');
+    return out;
+}
+
+// The tokens with some of them replaced.
+QStringList changed(QStringList tokens, const QString &changes)
+{
+    for (const QString &change : changes.split(u' ', Qt::SkipEmptyParts)) {
+        const QString name = change.section(u'=', 0, 0) + u'=';
+        for (QString &t : tokens)
+            if (t.startsWith(name))
+                t = change;
+    }
+    return tokens;
 }
 
 } // namespace
@@ -33,47 +139,38 @@ private Q_SLOTS:
     void initTestCase() { InstallFontSubstitutes(); }
     void cleanup()
     {
+        if (frmMain *main = frmMain::Existing())
+            main->mP->hide();
         UnloadAllForms();
         SetMainRenderer(nullptr);
+        SetRandomSource(nullptr);
+        qunsetenv("BROWSER");
     }
 
-    void stepping_data()
+    void navigation_data()
     {
-        QTest::addColumn<int>("from");
-        QTest::addColumn<bool>("forward");
-        QTest::addColumn<int>("to");
-        // A deck of 10 cards spans 0..10, the empty slot included.
-        QTest::newRow("next") << 3 << true << 4;
-        QTest::newRow("next on the upper bound wraps") << 10 << true << 0;
-        QTest::newRow("next onto the empty slot") << 9 << true << 10;
-        QTest::newRow("previous on the lower bound wraps") << 0 << false << 10;
-    }
-    void stepping()
-    {
-        QFETCH(int, from);
-        QFETCH(bool, forward);
-        QFETCH(int, to);
-        TestEnvironment env;
-        StudyDeck(10, {});
-        QCOMPARE(modrender::StepIndex(forward ? modrender::Direction::Forward : modrender::Direction::Backward, from),
-                 to);
-    }
-
-    void troubleOnlyNavigation_data()
-    {
+        QTest::addColumn<bool>("troubleOnly");
         QTest::addColumn<QList<int>>("trouble");
         QTest::addColumn<int>("current");
         QTest::addColumn<bool>("forward");
         QTest::addColumn<int>("shown");
         QTest::addColumn<bool>("box");
-        QTest::newRow("next wraps to the nearest") << QList<int> {2, 9} << 9 << true << 2 << false;
-        QTest::newRow("previous searches back") << QList<int> {2, 9} << 9 << false << 2 << false;
-        QTest::newRow("next forward") << QList<int> {2, 5, 9} << 2 << true << 5 << false;
-        QTest::newRow("only the current one") << QList<int> {4} << 4 << true << 4 << false;
-        QTest::newRow("none at all") << QList<int> {} << 6 << true << 1 << true;
+        // A deck of 10 cards spans 0..10, the empty slot included.
+        QTest::newRow("next") << false << QList<int> {} << 3 << true << 4 << false;
+        QTest::newRow("next on the upper bound wraps") << false << QList<int> {} << 10 << true << 0 << false;
+        QTest::newRow("next onto the empty slot") << false << QList<int> {} << 9 << true << 10 << false;
+        QTest::newRow("previous") << false << QList<int> {} << 5 << false << 4 << false;
+        QTest::newRow("previous on the lower bound wraps") << false << QList<int> {} << 0 << false << 10 << false;
+        QTest::newRow("trouble: next wraps to the nearest") << true << QList<int> {2, 9} << 9 << true << 2 << false;
+        QTest::newRow("trouble: previous searches back") << true << QList<int> {2, 9} << 9 << false << 2 << false;
+        QTest::newRow("trouble: next forward") << true << QList<int> {2, 5, 9} << 2 << true << 5 << false;
+        QTest::newRow("trouble: previous round the end") << true << QList<int> {8} << 1 << false << 8 << false;
+        QTest::newRow("trouble: only the current one") << true << QList<int> {4} << 4 << true << 4 << false;
+        QTest::newRow("trouble: none at all") << true << QList<int> {} << 6 << true << 1 << true;
     }
-    void troubleOnlyNavigation()
+    void navigation()
     {
+        QFETCH(bool, troubleOnly);
         QFETCH(QList<int>, trouble);
         QFETCH(int, current);
         QFETCH(bool, forward);
@@ -82,56 +179,35 @@ private Q_SLOTS:
         TestEnvironment env;
         StudyDeck(10, trouble);
         frmMain *main = frmMain::Existing();
-        main->Check2->SetChecked(true);
+        main->Check2->SetChecked(troubleOnly);
         modrender::CurrentCard = qint16(current);
         const qint16 viewsBefore = g_Deck[shown].timesViewed;
         forward ? modrender::NextCard() : modrender::PreviousCard();
         QCOMPARE(int(modrender::CurrentCard), shown);
         QCOMPARE(g_Deck[shown].timesViewed, qint16(viewsBefore + 1)); // a view even when it stays
-        QCOMPARE(modrender::Metrics()->MainText(), u"q%1"_s.arg(shown));
-        if (box) {
-            QCOMPARE(env.prompter.boxTitles(), QStringList(u"Card Manager"_s));
-            QCOMPARE(env.prompter.boxes[0].text,
-                     u"No trouble cards have been located. The first card will now be displayed"_s);
-            QCOMPARE(env.prompter.boxes[0].icon, MsgIcon::Information);
-            QVERIFY(!main->Check2->Checked()); // trouble-only mode is left
-        } else {
-            QVERIFY(env.prompter.boxes.empty());
-            QVERIFY(main->Check2->Checked());
-            QVERIFY(main->Check1->Checked());
-        }
+        QCOMPARE(modrender::Metrics()->MainText(), g_Deck[shown].question);
+        QCOMPARE(main->Check2->Checked(), troubleOnly && !box); // no trouble card: trouble-only mode is left
+        QCOMPARE(main->Check1->Checked(), troubleOnly && !box);
+        QCOMPARE(env.prompter.seen(),
+                 box ? QStringList(Box(u"Card Manager"_s,
+                                       u"No trouble cards have been located. The first card will now be displayed"_s,
+                                       MsgIcon::Information))
+                     : QStringList());
     }
 
-    void cardTexts()
+    void firstCardAndJumps()
     {
         TestEnvironment env;
         StudyDeck(120, {1, 3, 5, 7, 9, 11, 13});
         modrender::Metrics()->SetCornerText(r_data::Corner::BottomLeft, u"Right click anywhere for menu"_s);
         modrender::ShowFirstCard();
         QCOMPARE(corner(r_data::Corner::BottomLeft), QString()); // the hint goes for good
+        QCOMPARE(corner(r_data::Corner::TopLeft), u"showing card 1 of 120; 7 trouble cards"_s);
         modrender::CurrentCard = 2;
         modrender::ShowCurrentCard(); // a jump: no trouble count
         QCOMPARE(corner(r_data::Corner::TopLeft), u"showing card 3 of 120"_s);
         QCOMPARE(corner(r_data::Corner::TopRight), u"Times viewed: 1"_s);
         QCOMPARE(corner(r_data::Corner::BottomRight), u"from 'Kapitel'"_s);
-        modrender::NextCard();
-        QCOMPARE(corner(r_data::Corner::TopLeft), u"showing card 4 of 120; 7 trouble cards"_s);
-        QVERIFY(frmMain::Existing()->Check1->Checked());
-
-        // Flipping counts no view; flipping back brings the trouble count.
-        modrender::ToggleAnswer();
-        QCOMPARE(modrender::Metrics()->MainText(), u"a3"_s);
-        QCOMPARE(corner(r_data::Corner::TopLeft), u"Showing answer to 'q3'"_s);
-        QCOMPARE(corner(r_data::Corner::TopRight), QString());
-        modrender::ToggleAnswer();
-        QCOMPARE(modrender::Metrics()->MainText(), u"q3"_s);
-        QCOMPARE(corner(r_data::Corner::TopRight), u"Times viewed: 1"_s);
-
-        // A new trouble mark leaves the count in the status line stale.
-        modrender::SetCardTrouble(false);
-        QVERIFY(!g_Deck[3].isTrouble());
-        QCOMPARE(corner(r_data::Corner::TopLeft), u"showing card 4 of 120; 7 trouble cards"_s);
-        QCOMPARE(modrender::CountTroubleCards(), 6);
     }
 
     // Screen readers read the card face: its main text, the side on show and
@@ -217,18 +293,268 @@ private Q_SLOTS:
         QCOMPARE(corner(r_data::Corner::TopRight), u"Times viewed: 32767"_s);
     }
 
-    void studyWindowForReview()
+    // Every way into the study window's commands, from the third card of six
+    // (q3 a trouble card): a key (on the window or on a control), a click, the
+    // menu. "effect" lists what differs afterwards.
+    void commands_data()
+    {
+        QTest::addColumn<QString>("route");
+        QTest::addColumn<QString>("effect");
+        const QString next = u"card=3 text=q3 check1=on views=4 tl=showing_card_4_of_6;_1_trouble_cards"_s;
+        const QString previous = u"card=1 text=q1 views=4 tl=showing_card_2_of_6;_1_trouble_cards tr=Times_viewed:_2"_s;
+        const QString answer = u"text=a2 tl=Showing_answer_to_'q2' tr="_s;
+        const QString marked = u"check1=on trouble=2"_s; // the status line's count stays as it was
+        // The card now in the third place, shown again without a view.
+        const QString reversed = u"order=q5,q4,q3,q2,q1,q0, card=2 text=q3 check1=on tr=Times_viewed:_0"_s;
+        QTest::newRow("Right: next") << u"key Right"_s << next;
+        QTest::newRow("Left: previous") << u"key Left"_s << previous;
+        QTest::newRow("Return: the answer") << u"key Return"_s << answer;
+        QTest::newRow("Return twice: the question again") << u"key Return,Return"_s << QString();
+        QTest::newRow("Space: trouble mark") << u"key Space"_s << marked;
+        QTest::newRow("S: shuffle, same place, no view") << u"key S"_s << reversed;
+        QTest::newRow("Shift+S as S") << u"key Shift+S"_s << reversed;
+        QTest::newRow("O: options") << u"key O"_s << u"open=frmMain,frmOptions"_s;
+        QTest::newRow("F: find") << u"key F"_s << u"open=frmMain,frmFind"_s;
+        QTest::newRow("V: every card") << u"key V"_s << u"open=frmMain,frmViewer"_s;
+        QTest::newRow("A: about") << u"key A"_s << u"modal=frmAbout"_s;
+        const QString exited = u"text=- tl=- tr=- bl=- br=- trouble=0 views=0 order= open= released=on"_s;
+        QTest::newRow("X: exit") << u"key X"_s << exited;
+        QTest::newRow("Y, past the range") << u"key Y"_s << QString();
+        QTest::newRow("B, no command") << u"key B"_s << QString();
+        QTest::newRow("Escape, no command") << u"key Esc"_s << QString();
+        QTest::newRow("Up, no command") << u"key Up"_s << QString();
+        QTest::newRow("Backspace, below the range") << u"key Backspace"_s << QString();
+        QTest::newRow("Right on the answer button") << u"key Right zelFlatButton4"_s << next;
+        QTest::newRow("Left on the trouble-only box") << u"key Left Check2"_s << previous;
+        QTest::newRow("Space on the link") << u"key Space zelHL1"_s << marked;
+        QTest::newRow("Right while shuffling") << u"shuffling key Right"_s << QString();
+        QTest::newRow("Right before a deck is on show") << u"idle key Right"_s << QString();
+        QTest::newRow("click >>") << u"click zelFlatButton2"_s << next;
+        QTest::newRow("click <<") << u"click zelFlatButton3"_s << previous;
+        QTest::newRow("click Answer") << u"click zelFlatButton4"_s << answer;
+        QTest::newRow("click the trouble box") << u"click Check1"_s << marked;
+        QTest::newRow("click trouble-only: no move") << u"click Check2"_s << u"check2=on"_s;
+        QTest::newRow("click Menu") << u"click zelFlatButton1"_s << u"menu=on"_s;
+        QTest::newRow("click the link") << u"click zelHL1"_s << u"launches=testbrowser"_s;
+        QTest::newRow("right click on the card") << u"rightclick"_s << u"menu=on"_s;
+        QTest::newRow("right click while shuffling") << u"shuffling rightclick"_s << QString();
+        QTest::newRow("menu key") << u"menukey"_s << u"menu=on"_s;
+        QTest::newRow("menu Options") << u"menu mP_o"_s << u"open=frmMain,frmOptions"_s;
+        QTest::newRow("menu Find Card") << u"menu mP_fc"_s << u"open=frmMain,frmFind"_s;
+        QTest::newRow("menu View All") << u"menu mP_vac"_s << u"open=frmMain,frmViewer"_s;
+        QTest::newRow("menu Shuffle") << u"menu mP_sc"_s << reversed;
+        QTest::newRow("menu Save Progress") << u"menu mP_sp"_s << u"dialogs=Save_As:Vocabrix_Save_File_(*.vxs)"_s;
+        QTest::newRow("menu Save Statistics") << u"menu mP_ss"_s << u"dialogs=Save_Statistics:*.txt_(*.txt)"_s;
+        QTest::newRow("menu Quick Help") << u"menu mP_qh"_s << u"boxes=Quick_Help"_s;
+        QTest::newRow("menu About") << u"menu mP_a"_s << u"modal=frmAbout"_s;
+        QTest::newRow("menu Exit") << u"menu mP_e"_s << exited;
+        QTest::newRow("closing the window") << u"close"_s << exited;
+        QTest::newRow("closing while shuffling: refused") << u"shuffling close"_s << QString();
+    }
+    void commands()
+    {
+        QFETCH(QString, route);
+        QFETCH(QString, effect);
+        TestEnvironment env;
+        qputenv("BROWSER", "testbrowser");
+        ReversingRandom reversing(6);
+        SetRandomSource(&reversing);
+        StudyDeck(6, {3});
+        frmMain *main = frmMain::Existing();
+        modrender::ShowFirstCard();
+        modrender::NextCard();
+        modrender::NextCard();
+        const QStringList before = observe(env);
+        QCOMPARE(before.mid(0, 10),
+                 QStringList({u"card=2"_s, u"text=q2"_s, u"tl=showing_card_3_of_6;_1_trouble_cards"_s,
+                              u"tr=Times_viewed:_1"_s, u"bl="_s, u"br=from_'Kapitel'"_s, u"check1=off"_s,
+                              u"check2=off"_s, u"trouble=1"_s, u"views=3"_s}));
+
+        QStringList how = route.split(u' ');
+        if (how.first() == u"shuffling"_s)
+            g_ShuffleRunning = true;
+        if (how.first() == u"idle"_s)
+            main->SetStudying(false);
+        if (how.first() == u"shuffling"_s || how.first() == u"idle"_s)
+            how.removeFirst();
+        if (how[0] == u"key"_s) {
+            const QKeySequence keys = QKeySequence::fromString(how[1]);
+            QWidget *target = how.size() > 2 ? main->findChild<QWidget *>(how[2]) : main;
+            QVERIFY(target);
+            for (int k = 0; k < keys.count(); ++k)
+                QTest::keyClick(target, keys[k].key(), keys[k].keyboardModifiers());
+        } else if (how[0] == u"click"_s) {
+            QTest::mouseClick(main->findChild<QWidget *>(how[1]), Qt::LeftButton, {}, QPoint(3, 3));
+        } else if (how[0] == u"rightclick"_s) {
+            QTest::mouseClick(main, Qt::RightButton, {}, QPoint(320, 200));
+        } else if (how[0] == u"close"_s) {
+            main->close();
+        } else if (how[0] == u"menukey"_s) {
+            QContextMenuEvent menuKey(QContextMenuEvent::Keyboard, QPoint(), QPoint());
+            QCoreApplication::sendEvent(main, &menuKey);
+        } else {
+            main->findChild<QAction *>(how[1])->trigger();
+        }
+        g_ShuffleRunning = false;
+        QCOMPARE(observe(env), changed(before, effect));
+    }
+
+    // While the deck is shuffled: the progress form over the study window,
+    // the card saying what happens, the controls off.
+    void shuffleShowsItsProgress()
+    {
+        TestEnvironment env;
+        ReversingRandom reversing(6);
+        SetRandomSource(&reversing);
+        StudyDeck(6);
+        frmMain *main = frmMain::Existing();
+        int draws = 0;
+        reversing.onDraw = [&] {
+            if (draws++ > 0)
+                return;
+            auto *progress = main->findChild<frmProgress *>();
+            QVERIFY(progress && progress->isVisible());
+            QCOMPARE(progress->windowTitle(), u"Randomizer Progress"_s);
+            QCOMPARE(progress->Maximum(), 12);
+            QCOMPARE(progress->Value(), 0);
+            QCOMPARE(modrender::Metrics()->MainText(), u"Randomizing .. "_s);
+            QCOMPARE(corner(r_data::Corner::TopLeft), u"Pass 1 of 2"_s);
+            QVERIFY(!main->Check1->Enabled() && !main->Check2->Enabled() && !main->zelFlatButton1->Enabled());
+            QVERIFY(g_ShuffleRunning);
+            QVERIFY(SaveScreenshot(progress->grab().toImage(), u"progress.png"_s));
+        };
+        main->Shuffle();
+        QCOMPARE(draws, 6);
+        FlushDeletes();
+        QVERIFY(!main->findChild<frmProgress *>());
+        QVERIFY(main->Check1->Enabled() && main->zelFlatButton4->Enabled());
+        QVERIFY(!g_ShuffleRunning);
+    }
+
+    void quickHelpText()
+    {
+        TestEnvironment env;
+        StudyDeck(2);
+        frmMain::Existing()->mP_qh->trigger();
+        QCOMPARE(env.prompter.boxes[0].icon, MsgIcon::Information);
+        const QString help = env.prompter.boxes[0].text;
+        QVERIFY(help.startsWith(u"Introduction\r\n============\r\nThis program is a flash card system designed "
+                                "primarily for studying vocabulary. It supports double-sided 'cards' with the "
+                                "vocabulary word on one side and the definition and/or translation on the other "
+                                "side. The card deck can also be shuffled quickly and easily using the 'Shuffle "
+                                "Cards' feature.\r\n\r\nQuick Help\r\n==========\r\n1. Use the '<<' and '>>'"_s));
+        QVERIFY(help.contains(u"\r\nReturn Key = Question/Answer Toggle\r\no = Options Dialog\r\n"_s));
+        QVERIFY(help.endsWith(u"\r\na = Show About Box\r\nx = Exit Program\r\n"_s));
+        QCOMPARE(help.count(u"\r\n"_s), 24); // 22 lines and 2 empty ones
+    }
+
+    void hoverHelp()
+    {
+        TestEnvironment env;
+        g_ShowMouseHover = true;
+        StudyDeck(4);
+        frmMain *main = frmMain::Existing();
+        const QString idle = u"Roll mouse over controls to see descriptions"_s;
+        // A real move event (QTest::mouseMove goes astray on a scaled screen).
+        QMouseEvent move(QEvent::MouseMove, QPointF(3, 3), main->zelFlatButton2->mapToGlobal(QPointF(3, 3)),
+                         Qt::NoButton, Qt::NoButton, Qt::NoModifier);
+        QCoreApplication::sendEvent(main->zelFlatButton2, &move);
+        QCOMPARE(corner(r_data::Corner::BottomLeft), u"Next Card"_s);
+        QVERIFY(!main->Timer1->isActive());
+        main->Check1->HandleMouseMove(3, 3);
+        QCOMPARE(corner(r_data::Corner::BottomLeft), u"Sets whether you had trouble with this card or not"_s);
+        main->Check1->HandleMouseMove(-3, 3);
+        QVERIFY(main->Timer1->isActive());
+        QCOMPARE(main->Timer1->interval(), 2000);
+        main->Timer1->setInterval(1);
+        QTRY_COMPARE(corner(r_data::Corner::BottomLeft), idle);
+        QVERIFY(main->Timer1->isActive()); // it keeps ticking
+
+        // Leaving a control right after a click on it starts the timer too.
+        main->zelFlatButton3->HandleMouseMove(3, 3);
+        QVERIFY(!main->Timer1->isActive());
+        QTest::mouseClick(main->zelFlatButton3, Qt::LeftButton, {}, QPoint(3, 3));
+        QEvent leave(QEvent::Leave);
+        QCoreApplication::sendEvent(main->zelFlatButton3, &leave);
+        QVERIFY(main->Timer1->isActive());
+        main->Timer1->setInterval(1);
+        QTRY_COMPARE(corner(r_data::Corner::BottomLeft), idle);
+
+        g_ShowMouseHover = false; // no help, and the ticks leave the line alone
+        main->zelFlatButton4->HandleMouseMove(3, 3);
+        QCOMPARE(corner(r_data::Corner::BottomLeft), idle);
+        modrender::Metrics()->SetCornerText(r_data::Corner::BottomLeft, u"x"_s);
+        QTest::qWait(20);
+        QCOMPARE(corner(r_data::Corner::BottomLeft), u"x"_s);
+    }
+
+    // The study window as a person sees it: the card, its separator row, and
+    // the controls on the strip below.
+    void composedWindow()
     {
         TestEnvironment env;
         StudyDeck(37, {2});
         modrender::CurrentCard = 2;
         modrender::ShowCurrentCard();
-        QImage shot = frmMain::Existing()->grab().toImage();
+        frmMain *main = frmMain::Existing();
+        const QImage shot = main->grab().toImage();
+        // Logical positions at whatever scale the screen has.
         const qreal ratio = shot.devicePixelRatio();
+        auto at = [&shot, ratio](int x, int y) { return shot.pixel(int(x * ratio), int(y * ratio)); };
         QCOMPARE(shot.size(), DeviceSize(QSize(640, 480), ratio));
-        // The card face above, the controls' strip below.
-        QVERIFY(distance(shot.pixel(int(320 * ratio), int(200 * ratio)), rgb(14570825)) <= 2);
+        QVERIFY(distance(at(320, 200), rgb(14570825)) <= 2); // the card's centre
+        // The separator 60 rows above the bottom runs opposite to the card.
+        QVERIFY(distance(at(1, 420), rgb(14570825)) <= 8);
+        QVERIFY(distance(at(318, 420), rgb(0)) <= 8);
+        QVERIFY(distance(at(1, 419), rgb(0)) <= 8);
+        QCOMPARE(at(300, 476), rgb(0)); // the strip below it
+        QCOMPARE(main->zelFlatButton2->mapTo(main, QPoint(0, 0)), QPoint(550, 429));
+        QCOMPARE(at(550, 429), rgb(0xFFFFFF)); // the button's border
         QVERIFY(SaveScreenshot(shot, u"study-window.png"_s));
+    }
+
+    void controlsStayLegible_data()
+    {
+        QTest::addColumn<quint32>("backA");
+        QTest::addColumn<quint32>("backB");
+        QTest::addColumn<quint32>("text");
+        QTest::addColumn<bool>("kept"); // the card's text colour is readable on the strip
+        QTest::newRow("the default blue") << 0u << 14570825u << 0xFFFFFFu << true;
+        QTest::newRow("light card, dark text") << 0u << 0xF0F0F0u << 0u << false;
+        QTest::newRow("white everywhere, black text") << 0xFFFFFFu << 0xFFFFFFu << 0u << true;
+        QTest::newRow("white everywhere, white text") << 0xFFFFFFu << 0xFFFFFFu << 0xFFFFFFu << false;
+        QTest::newRow("grey on grey") << 0x777777u << 0x888888u << 0x808080u << false;
+        QTest::newRow("navy, yellow text") << 0x400000u << 0x800000u << 0x00FFFFu << true;
+        QTest::newRow("yellow edges, white text") << 0x00FFFFu << 0x0000FFu << 0xFFFFFFu << false;
+        QTest::newRow("system colours") << 0x80000005u << 0x8000000Fu << 0x80000008u << true;
+    }
+    void controlsStayLegible()
+    {
+        QFETCH(quint32, backA);
+        QFETCH(quint32, backB);
+        QFETCH(quint32, text);
+        QFETCH(bool, kept);
+        TestEnvironment env;
+        StudyDeck(3);
+        frmMain *main = frmMain::Existing();
+        modrender::Metrics()->SetColor(u"backcolor_a"_s, backA);
+        modrender::Metrics()->SetColor(u"backcolor_b"_s, backB);
+        modrender::Metrics()->SetColor(u"main_text_forecolor"_s, text);
+        modrender::ApplySchemeToMainWindow();
+        QCOMPARE(main->zelFlatButton2->Forecolor() == cMemDC::TranslateColor(text), kept);
+        QCOMPARE(main->Check1->Forecolor() == cMemDC::TranslateColor(text), kept);
+        const QList<zelControl *> controls {main->Check1,         main->Check2,         main->zelFlatButton1,
+                                            main->zelFlatButton2, main->zelFlatButton3, main->zelFlatButton4,
+                                            main->zelHL1};
+        for (zelControl *c : controls) {
+            QVERIFY2(legibility(c) >= 4.5, qPrintable(c->objectName()));
+            c->HandleMouseMove(3, 3);
+            QVERIFY2(legibility(c) >= 4.5, qPrintable(c->objectName() + u" under the mouse"_s));
+            c->HandleMouseMove(-3, -3);
+        }
+        main->EnableStudyControls(false);
+        for (zelControl *c : controls)
+            QVERIFY2(legibility(c) >= 1.5, qPrintable(c->objectName() + u" disabled"_s));
     }
 
     void alphaOptions()
@@ -239,6 +565,7 @@ private Q_SLOTS:
         env.log->clear();
         modrender::LoadAlphaOptions();
         QCOMPARE(env.logLines(), QStringList(u" .. alpha enabled in program: No using level of 90/n"_s));
+        QCOMPARE(env.log->lines[0].level, kLogProgress);
         g_MasterDb->SetValue(u"alpha_effects"_s, QString(), -1, u"alpha_transparency"_s);
         g_MasterDb->SetValue(u"alpha_level"_s, QString(), 200, u"alpha_transparency"_s);
         modrender::LoadAlphaOptions();
