@@ -111,6 +111,7 @@ frmViewer::frmViewer()
     LV->setColumnWidth(CardListModel::TimesViewed, 100);
     connect(LV, &QTreeView::clicked, this, &frmViewer::RowClicked);
     LV->viewport()->installEventFilter(this);
+    LV->installEventFilter(this);
 
     auto *layout = new QVBoxLayout(this);
     layout->setContentsMargins(8, 8, 8, 6);
@@ -188,9 +189,6 @@ void frmViewer::ShowMemoryList()
 
 void frmViewer::RowClicked(const QModelIndex &index)
 {
-    // While a shuffle moves the cards about, the list stays a list.
-    if (!index.isValid() || LV->model() != m_cards || g_ShuffleRunning)
-        return;
     if (index.column() == CardListModel::Ordinal) {
         // A click on the check box marks the card; it does not show it.
         QStyleOptionViewItem option;
@@ -202,6 +200,14 @@ void frmViewer::RowClicked(const QModelIndex &index)
         if (box.adjusted(-2, -2, 2, 2).contains(m_pressedAt))
             return;
     }
+    ShowRow(index);
+}
+
+void frmViewer::ShowRow(const QModelIndex &index)
+{
+    // While a shuffle moves the cards about, the list stays a list.
+    if (!index.isValid() || LV->model() != m_cards || g_ShuffleRunning)
+        return;
     modrender::CurrentCard = qint16(m_cards->RowAt(index.row()).index);
     modrender::ShowCurrentCard();
 }
@@ -210,6 +216,15 @@ bool frmViewer::eventFilter(QObject *watched, QEvent *event)
 {
     if (watched == LV->viewport() && event->type() == QEvent::MouseButtonPress)
         m_pressedAt = static_cast<QMouseEvent *>(event)->position().toPoint();
+    // By keyboard: Return shows the current row's card as a click does
+    // (Space marks it, as on its check box).
+    if (watched == LV && event->type() == QEvent::KeyPress) {
+        const int key = static_cast<QKeyEvent *>(event)->key();
+        if (key == Qt::Key_Return || key == Qt::Key_Enter) {
+            ShowRow(LV->currentIndex());
+            return true;
+        }
+    }
     return QWidget::eventFilter(watched, event);
 }
 

@@ -43,6 +43,8 @@ protected:
 
 private:
     frmViewer();
+    // Shows the card of a row in the study window, as a new view.
+    void ShowRow(const QModelIndex &index);
     void Present();
     void UseCardList();
 

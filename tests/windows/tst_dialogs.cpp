@@ -290,6 +290,14 @@ private Q_SLOTS:
         QVERIFY(!g_Deck[2].isTrouble());
         QCOMPARE(int(modrender::CurrentCard), 4); // still the card shown before
         QVERIFY(!model->setData(model->index(2, CardListModel::Question), u"x"_s, Qt::EditRole));
+        // By keyboard: Space marks the current row's card, Return shows it.
+        viewer->LV->setCurrentIndex(model->index(1, CardListModel::Ordinal));
+        QTest::keyClick(viewer->LV, Qt::Key_Space);
+        QVERIFY(g_Deck[1].isTrouble());
+        QCOMPARE(int(modrender::CurrentCard), 4);
+        QTest::keyClick(viewer->LV, Qt::Key_Return);
+        QCOMPARE(int(modrender::CurrentCard), 1);
+        QCOMPARE(g_Deck[1].timesViewed, qint16(1));
         QTest::keyClick(viewer, Qt::Key_Escape); // Escape closes it
         QVERIFY(!forms::IsOpen(viewer));
     }
