@@ -150,6 +150,11 @@ frmFind::frmFind()
     });
     connect(Slider1, &QSlider::valueChanged, Text1,
             [this](int v) { Text1->setText(QString::number(v)); });
+    // Tab in reading order, page by page, then Close.
+    const QList<QWidget *> order {ts,       Text2,    Check1, Check2,  Check3,   Command2,
+                                  Command4, Command5, Text1,  Slider1, Command3, Command1};
+    for (qsizetype i = 1; i < order.size(); ++i)
+        setTabOrder(order[i - 1], order[i]);
     // Return in the card number goes to the default button (Go) alone.
     UpdateRange();
     forms::Add(this);

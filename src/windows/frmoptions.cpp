@@ -170,6 +170,11 @@ frmOptions::frmOptions()
     layout->addLayout(buttons);
     Command1->setDefault(true);
     Command2->setAutoDefault(false);
+    // Tab in reading order: the tabs, each page's controls, Close, Apply.
+    const QList<QWidget *> order {ts,     LV,     Command3, Command4, Check1,  Slider1,
+                                  Check2, Check3, Check4,   Command2, Command1};
+    for (qsizetype i = 1; i < order.size(); ++i)
+        setTabOrder(order[i - 1], order[i]);
     SelectTab(0);
 
     connect(ts, &QTabBar::tabBarClicked, this, &frmOptions::SelectTab);

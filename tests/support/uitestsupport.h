@@ -42,3 +42,7 @@ void StudyDeck(const std::vector<std::pair<QString, QString>> &cards, const QLis
 // A deck of n cards "q0".."q{n-1}" / "a0".. the same way.
 void StudyDeck(int n, const QList<int> &trouble = {});
 // Saves a picture for people to look at under the build folder's screens/.
+
+// Fails the running test unless Tab visits every control of the window that
+// is on show, in reading order (toolbar buttons may have keys instead).
+void checkTabOrder(QWidget *window);

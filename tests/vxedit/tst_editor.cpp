@@ -104,6 +104,9 @@ private Q_SLOTS:
             const QSize smallest = w->minimumSizeHint().expandedTo(w->minimumSize());
             QVERIFY(smallest.width() <= room.width() && smallest.height() <= room.height());
             QVERIFY(screen.contains(w->geometry()));
+            // And every control is reached by Tab in reading order.
+            w->show();
+            checkTabOrder(w);
         }
     }
 

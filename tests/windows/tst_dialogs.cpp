@@ -10,8 +10,13 @@
 #include "windows/frmviewer.h"
 #include "windows/screenfit.h"
 
+#include <QAbstractButton>
 #include <QAbstractItemModelTester>
+#include <QAbstractSlider>
+#include <QAction>
+#include <QComboBox>
 #include <QGroupBox>
+#include <QHeaderView>
 #include <QLabel>
 #include <QListWidget>
 #include <QRegularExpression>
@@ -19,6 +24,7 @@
 #include <QStyle>
 #include <QStyleOptionViewItem>
 #include <QTabBar>
+#include <QToolButton>
 #include <QTreeView>
 
 using namespace Qt::Literals::StringLiterals;
@@ -67,6 +73,31 @@ bool isBold(int row, int column)
     return frmViewer::Instance()->Cards()->index(row, column).data(Qt::FontRole).value<QFont>().bold();
 }
 
+// A window of the study program by its name; made here unless the program
+// keeps one of its own.
+QWidget *openWindow(const QString &window, std::unique_ptr<QWidget> &owned)
+{
+    if (window == u"frmMain"_s)
+        return frmMain::Existing();
+    if (window == u"frmFind"_s)
+        return frmFind::Instance();
+    if (window == u"frmViewer"_s)
+        return frmViewer::Instance();
+    if (window == u"frmOptions"_s)
+        return frmOptions::Instance();
+    if (window == u"frmChapter"_s)
+        owned = std::make_unique<frmChapter>();
+    else if (window == u"frmSetup"_s)
+        owned = std::make_unique<frmSetup>();
+    else if (window == u"frmAbout"_s)
+        owned = std::make_unique<frmAbout>();
+    else if (window == u"frmProgress"_s)
+        owned = std::make_unique<frmProgress>();
+    else
+        owned = std::make_unique<frmSplash>();
+    return owned.get();
+}
+
 } // namespace
 
 class DialogsTest : public QObject
@@ -93,6 +124,24 @@ private Q_SLOTS:
 
     // Every window fits a 1024x600 screen with its frame, at its opening size
     // and at its smallest.
+    // Every control of every window, on every page, is reached by keyboard.
+    void everyWindowIsCompleteByKeyboard_data() { everyWindowFitsASmallScreen_data(); }
+    void everyWindowIsCompleteByKeyboard()
+    {
+        QFETCH(QString, window);
+        std::unique_ptr<QWidget> owned;
+        QWidget *w = openWindow(window, owned);
+        w->show();
+        auto *tabs = w->findChild<QTabBar *>(u"ts"_s);
+        for (int page = 0; page < (tabs ? tabs->count() : 1); ++page) {
+            if (tabs)
+                tabs->setCurrentIndex(page);
+            checkTabOrder(w);
+            if (QTest::currentTestFailed())
+                return;
+        }
+    }
+
     void everyWindowFitsASmallScreen_data()
     {
         QTest::addColumn<QString>("window");
@@ -104,28 +153,7 @@ private Q_SLOTS:
     {
         QFETCH(QString, window);
         std::unique_ptr<QWidget> owned;
-        QWidget *w = nullptr;
-        if (window == u"frmMain"_s)
-            w = frmMain::Existing();
-        else if (window == u"frmFind"_s)
-            w = frmFind::Instance();
-        else if (window == u"frmViewer"_s)
-            w = frmViewer::Instance();
-        else if (window == u"frmOptions"_s)
-            w = frmOptions::Instance();
-        else if (window == u"frmChapter"_s)
-            owned = std::make_unique<frmChapter>();
-        else if (window == u"frmSetup"_s)
-            owned = std::make_unique<frmSetup>();
-        else if (window == u"frmAbout"_s)
-            owned = std::make_unique<frmAbout>();
-        else if (window == u"frmProgress"_s)
-            owned = std::make_unique<frmProgress>();
-        else
-            owned = std::make_unique<frmSplash>();
-        if (owned)
-            w = owned.get();
-        QVERIFY(w);
+        QWidget *w = openWindow(window, owned);
         w->adjustSize();
         const QSize room(1024 - 2 * kFrameSides, 600 - kFrameTop - kFrameSides);
         QVERIFY2(w->width() <= room.width() && w->height() <= room.height(),

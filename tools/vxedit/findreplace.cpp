@@ -117,6 +117,7 @@ FindReplaceDialog::FindReplaceDialog(ChapterModel &model, QUndoStack &undo, QWid
     replace->setAutoDefault(false);
     replaceAll->setAutoDefault(false);
     setMinimumWidth(520);
+    setTabOrder(inNote, matchCase); // as they stand, left to right
 
     connect(findNext, &QPushButton::clicked, this, &FindReplaceDialog::FindNext);
     connect(replace, &QPushButton::clicked, this, &FindReplaceDialog::ReplaceCurrent);
