@@ -13,6 +13,8 @@ packages=(
     xvfb xauth xdotool x11-apps
     # fonts, so text looks the same on every machine
     fonts-dejavu-core
+    # `make mutate` (scripts/mutate.py)
+    python3
 )
 
 # `make fuzz` needs clang and its fuzzer runtime as well.
