@@ -439,13 +439,17 @@ def build():
     return code == 0, lines
 
 
+COMPILER_ERROR = re.compile(r": (?:fatal )?error: |undefined reference|multiple definition")
+BUILD_STEP = re.compile(r"^\[\s*\d+%\] (?!Building|Linking|Built|Automatic)(.*)")
+
+
 class Tests:
     STARTED = re.compile(r"^\s*Start\s+\d+: (\S+)")
     DONE = re.compile(r"Test\s+#\d+: (\S+) \.*\s*(.*?)\s+([\d.]+) sec$")
 
     def __init__(self, jobs, regex):
         self.cmd = ["ctest", "-j", str(jobs), "--no-tests=error"] + (["-R", regex] if regex else [])
-        self.limit = None  # seconds one test may take; over it, it counts as failed
+        self.limit = 600  # seconds one test may take; over it, it counts as failed
 
     def run(self, stop_on_failure=True):
         """(passed, {test: seconds}, what failed)."""
@@ -460,13 +464,13 @@ class Tests:
                 times[name] = float(secs)
                 failed.extend([name] if status != "Passed" else [])
 
-        def too_long():
+        def give_up():  # a failure is enough: tests still running need not finish
             over = [n for n, t in running.items() if time.monotonic() - t > self.limit]
             failed.extend(f"{n} (timeout)" for n in over)
-            return bool(over)
+            return bool(failed)
 
         cmd = self.cmd + (["--stop-on-failure"] if stop_on_failure else [])
-        code, lines, killed = run(cmd, seen, too_long if self.limit else None)
+        code, lines, killed = run(cmd, seen, give_up if stop_on_failure else None)
         return code == 0 and not killed, times, failed or lines[-3:]
 
 
@@ -495,8 +499,12 @@ def report(folder, mutants, results, candidates, seed):
 
 def try_mutant(mutant, tests):
     with Fault(mutant):
-        if not build()[0]:
+        built, lines = build()
+        if not built and any(COMPILER_ERROR.search(x) for x in lines):
             return "not compilable", ""
+        if not built:  # compiled, but a step that runs the programs (example chapters) failed
+            steps = [m.group(1) for m in map(BUILD_STEP.match, lines) if m]
+            return "caught", f"by the build ({steps[-1] if steps else 'see its output'})"
         passed, _, failed = tests.run()
     return ("survived", "") if passed else ("caught", "by " + ", ".join(failed))
 
@@ -507,7 +515,8 @@ def main():
     parser.add_argument("folders", nargs="*", help="e.g. src/korva; 'all' for every code folder")
     parser.add_argument("--budget", type=int, default=40, help="faults tried per folder (40)")
     parser.add_argument("--seed", default="1", help="which faults are picked (1)")
-    parser.add_argument("--operators", default=",".join(OPERATORS), help=",".join(OPERATORS) + " (all)")
+    parser.add_argument("--operators", default=",".join(OPERATORS),
+                        help=",".join(OPERATORS) + " (all)")
     parser.add_argument("--jobs", type=int, default=2, help="tests ctest runs at once (2)")
     parser.add_argument("--tests", default="", help="regex of the ctest tests to run (all)")
     parser.add_argument("--list", action="store_true", help="list the candidates, run nothing")
@@ -517,7 +526,7 @@ def main():
     unknown = [o for o in ops if o not in OPERATORS]
     unknown += [f for f in folders if not (ROOT / f).is_dir()]
     if unknown or not folders:
-        what = f"unknown: {' '.join(unknown)}" if unknown else "which folder? (MUTATE_DIR=src/korva)"
+        what = f"unknown: {' '.join(unknown)}" if unknown else "which folder? (e.g. src/korva)"
         sys.exit(f"mutate: {what}\n  folders: all {' '.join(code_folders())}\n"
                  f"  operators: {' '.join(OPERATORS)}")
 

@@ -158,6 +158,23 @@ class Skipping(unittest.TestCase):
         self.assertEqual(len(mutate.pick(candidates, 10_000, "1")), len(candidates))
 
 
+class BuildFailures(unittest.TestCase):
+    def test_compile_errors_told_from_failing_steps(self):
+        rows = [
+            ("compiler", "src/korva/a.cpp:3:5: error: 'x' was not declared in this scope", True),
+            ("linker", "a.cpp:(.text+0x1f): undefined reference to `f()'", True),
+            ("program run by the build", "vxedit: ex1.zel: entry 7 holds a text that cannot be "
+                                         "stored; nothing was written", False),
+            ("make", "gmake[2]: *** [build.make:77: ex1.zel] Error 1", False),
+        ]
+        for name, line, compiler in rows:
+            with self.subTest(name):
+                self.assertEqual(bool(mutate.COMPILER_ERROR.search(line)), compiler)
+        step = mutate.BUILD_STEP.match("[ 85%] Making example chapter ex1.zel")
+        self.assertEqual(step.group(1), "Making example chapter ex1.zel")
+        self.assertIsNone(mutate.BUILD_STEP.match("[ 83%] Linking CXX executable ../tst_dialogs"))
+
+
 class Restoring(unittest.TestCase):
     def test_file_back_byte_for_byte(self):
         with tempfile.TemporaryDirectory() as tmp:
