@@ -530,6 +530,7 @@ def main():
         sys.exit(f"mutate: {what}\n  folders: all {' '.join(code_folders())}\n"
                  f"  operators: {' '.join(OPERATORS)}")
 
+    Fault.recover()  # before anything reads the sources
     plans = []
     for folder in folders:
         candidates = folder_mutants(folder, ops)
@@ -543,10 +544,10 @@ def main():
     if args.list:
         return
 
+    signal.signal(signal.SIGINT, signal.default_int_handler)  # also when started in the background
     for s in STOP_SIGNALS - {signal.SIGINT}:
         signal.signal(s, lambda *_: sys.exit("mutate: stopped; every source file is as it was"))
     BUILD.mkdir(parents=True, exist_ok=True)
-    Fault.recover()
     print("mutate: configuring and building build/mutate (Debug, no sanitizers)", flush=True)
     code, lines, _ = run(["cmake", "-S", str(ROOT), "-B", str(BUILD)] + CONFIGURE)
     built, lines = build() if code == 0 else (False, lines)
