@@ -11,7 +11,12 @@ FUZZ_TARGETS := fuzz_korva fuzz_progress fuzz_cardtext
 
 PREFIX ?= /usr/local
 
-.PHONY: run test build debug deps package-deps bench fuzz install deb package-check screenshots clean
+MUTATE_DIR ?=
+MUTATE_BUDGET ?= 40
+MUTATE_SEED ?= 1
+MUTATE_ARGS ?=
+
+.PHONY: run test build debug deps package-deps bench fuzz mutate install deb package-check screenshots clean
 
 deps:
 	@bash scripts/install-deps.sh
@@ -79,6 +84,12 @@ fuzz: deps
 		ASAN_OPTIONS=detect_leaks=0 ./$(FUZZ_DIR)/$$t -max_total_time=$(FUZZ_SECONDS) -rss_limit_mb=1024 \
 			$(FUZZ_DIR)/corpus/$$name fuzz/seeds/$$name || exit 1; \
 	done
+
+# Puts single faults into the code of MUTATE_DIR (folders, or `all`) and reports how
+# many the tests catch (build/mutate); MUTATE_ARGS passes more options (--help lists them).
+mutate: deps
+	python3 scripts/test_mutate.py -q
+	python3 scripts/mutate.py --budget $(MUTATE_BUDGET) --seed $(MUTATE_SEED) $(MUTATE_ARGS) $(MUTATE_DIR)
 
 clean:
 	rm -rf build

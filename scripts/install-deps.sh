@@ -14,6 +14,8 @@ packages=(
     xvfb xauth xdotool x11-apps
     # fonts, so text looks the same on every machine
     fonts-dejavu-core
+    # `make mutate` (scripts/mutate.py)
+    python3
 )
 
 case "${1:-}" in
