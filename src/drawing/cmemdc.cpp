@@ -329,9 +329,10 @@ int cMemDC::DrawText(const QString &text, int &left, int &top, int &right, int &
     p.setFont(m_createdFont);
     if (!(format & DT_NOCLIP))
         p.setClipRect(box, m_clip.isNull() ? Qt::ReplaceClip : Qt::IntersectClip);
-    QRect used = metrics.boundingRect(box, flags, text);
+    QRect used;
+    // Laying a text out costs; only an opaque background needs it before.
     if (m_backMode == OPAQUE)
-        p.fillRect(used, toQColor(m_backColor));
+        p.fillRect(metrics.boundingRect(box, flags, text), toQColor(m_backColor));
     p.setPen(toQColor(m_foreColor));
     p.drawText(box, flags, text, &used);
     return used.height();

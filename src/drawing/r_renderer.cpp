@@ -56,14 +56,27 @@ void SetMainRenderer(r_renderer *renderer)
 
 r_renderer::r_renderer(QObject *parent) : QObject(parent) {}
 
-r_renderer::~r_renderer() = default;
+r_renderer::~r_renderer()
+{
+    forgetWindow();
+}
+
+void r_renderer::forgetWindow()
+{
+    if (m_windowDC && HasWindow())
+        m_windowDC->ClearChangeWatcher(this);
+}
 
 void r_renderer::Initialize(QObject *window, WindowSurface *windowDC, r_data *metrics,
                             float refreshRate, int widthTrim, int heightTrim, qint32 reserved)
 {
     Q_UNUSED(reserved);
     Log(u"initializing renderer/n"_s);
+    m_window = window;
+    m_hasWindow = window != nullptr;
     m_windowDC = windowDC;
+    if (windowDC)
+        windowDC->SetChangeWatcher(this, [this] { Wake(); });
     m_metrics = metrics;
     m_widthTrim = widthTrim;
     m_heightTrim = heightTrim;
@@ -90,7 +103,7 @@ void r_renderer::Initialize(QObject *window, WindowSurface *windowDC, r_data *me
 
 void r_renderer::Draw(bool withMainText)
 {
-    if (!m_surface || !m_metrics)
+    if (!m_surface || !m_metrics || !HasWindow())
         return;
     cMemDC &dc = *m_surface;
     int L = m_client.left(), T = m_client.top();
@@ -100,6 +113,7 @@ void r_renderer::Draw(bool withMainText)
     if (mainText.isEmpty())
         return;          // nothing painted, nothing presented
     m_presented.reset(); // a new frame to show
+    Wake();
 
     dc.FillRect(L, B, Rt, B, 0); // an empty rectangle, kept as it always was
     B -= m_heightTrim;
@@ -189,16 +203,15 @@ int r_renderer::CornerTextWidth(const QString &text)
 
 void r_renderer::Present()
 {
-    if (!m_surface || !m_windowDC)
+    if (!m_surface || !m_windowDC || !HasWindow())
         return;
-    const PresentMode mode {modrender::AlphaEffects && g_OsAlpha, modrender::AlphaLevel};
     // Once the window shows all a presentation can show (the frame copied, or
     // blended until a blend changes no pixel), presenting it again would
-    // change nothing: the timer's ticks then cost nothing, as long as nobody
-    // painted into the window and the alpha options stay as they were.
-    if (m_presented && m_presented->settled && m_presented->mode == mode
-        && m_presented->windowRevision == m_windowDC->Revision())
+    // change nothing, as long as nobody painted into the window and the alpha
+    // options stay as they were.
+    if (IsSettled())
         return;
+    const PresentMode mode = currentMode();
     if (!mode.blend) {
         m_surface->Blit(m_windowDC, 0, 0, 0, 0, 0, 0, cMemDC::SRCCOPY);
         rememberPresented(mode, true);
@@ -217,7 +230,13 @@ void r_renderer::rememberPresented(PresentMode mode, bool settled)
 
 bool r_renderer::IsSettled() const
 {
-    return m_presented && m_presented->settled;
+    return m_presented && m_presented->settled && m_presented->mode == currentMode() && m_windowDC
+            && m_presented->windowRevision == m_windowDC->Revision();
+}
+
+r_renderer::PresentMode r_renderer::currentMode()
+{
+    return {modrender::AlphaEffects && g_OsAlpha, modrender::AlphaLevel};
 }
 
 void r_renderer::StartRefresh()
@@ -226,30 +245,49 @@ void r_renderer::StartRefresh()
         return;
     if (!m_refreshTimer) {
         m_refreshTimer = new QTimer(this);
-        // Every tick presents the study window's renderer.
-        connect(m_refreshTimer, &QTimer::timeout, this, [] {
-            if (r_renderer *main = MainRenderer())
+        // Every tick presents the study window's renderer. Once a tick can
+        // change nothing more, the timer rests until a new frame or a change
+        // to the window's picture wakes it: an idle card costs nothing.
+        connect(m_refreshTimer, &QTimer::timeout, this, [this] {
+            r_renderer *main = MainRenderer();
+            if (main)
                 main->Present();
+            if (!main || main->IsSettled())
+                m_refreshTimer->stop();
         });
     }
+    m_refreshing = true;
     m_refreshTimer->start(int(RoundHalfEven(double(m_refreshRate))));
 }
 
 void r_renderer::StopRefresh()
 {
+    m_refreshing = false;
     if (m_refreshTimer)
         m_refreshTimer->stop();
 }
 
+void r_renderer::Wake()
+{
+    if (m_refreshing && m_refreshTimer && !m_refreshTimer->isActive())
+        m_refreshTimer->start();
+}
+
 bool r_renderer::IsRefreshing() const
 {
-    return m_refreshTimer && m_refreshTimer->isActive();
+    return m_refreshing;
+}
+
+bool r_renderer::IsResting() const
+{
+    return m_refreshing && !m_refreshTimer->isActive();
 }
 
 void r_renderer::Release(bool keepMetrics)
 {
     Log(u"renderer going down/n"_s);
     StopRefresh();
+    forgetWindow();
     if (!keepMetrics)
         m_metrics = nullptr;
     m_surface.reset();

@@ -50,8 +50,17 @@ public:
     // The window shows the frame as well as presenting can show it: further
     // presentations are skipped until something changes.
     bool IsSettled() const;
+    // False once the window the renderer was bound to is gone: its picture
+    // went with it, and nothing is drawn or presented any more.
+    bool HasWindow() const { return !m_hasWindow || m_window; }
     QRect ClientRect() const { return m_client; }
+    // Refreshing: started and not stopped. Resting: refreshing, yet the timer
+    // sleeps because no tick could change anything.
     bool IsRefreshing() const;
+    bool IsResting() const;
+    // Something may have changed (a new frame, the window's picture, the
+    // alpha options): a resting timer ticks again.
+    void Wake();
 
 private:
     struct PresentMode
@@ -69,7 +78,11 @@ private:
 
     void DrawCorner(int corner, const QRect &text, const QRect &shadow);
     void rememberPresented(PresentMode mode, bool settled);
+    void forgetWindow();
+    static PresentMode currentMode();
 
+    QPointer<QObject> m_window; // the window the surface belongs to, when one was given
+    bool m_hasWindow = false;
     WindowSurface *m_windowDC = nullptr;
     QPointer<r_data> m_metrics;
     QRect m_client;
@@ -78,6 +91,7 @@ private:
     int m_widthTrim = 0;
     int m_heightTrim = 0;
     QTimer *m_refreshTimer = nullptr;
+    bool m_refreshing = false;
     std::optional<Presented> m_presented;
 };
 

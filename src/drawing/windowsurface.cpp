@@ -34,7 +34,7 @@ void WindowSurface::rebuild(const QSize &size, qreal ratio)
     const qreal oldRatio = m_ratio;
     m_size = size.isEmpty() ? QSize() : size;
     m_ratio = ratio;
-    ++m_revision;
+    changed();
     if (m_size.isEmpty()) {
         m_image = QImage();
         return;
@@ -60,9 +60,30 @@ void WindowSurface::SetBackground(const QColor &color)
 
 void WindowSurface::Changed(const QRect &rect)
 {
-    ++m_revision;
+    changed();
     if (m_repaint)
         m_repaint(rect);
+}
+
+void WindowSurface::changed()
+{
+    ++m_revision;
+    if (m_watcher)
+        m_watcher();
+}
+
+void WindowSurface::SetChangeWatcher(const void *key, std::function<void()> watcher)
+{
+    m_watcherKey = key;
+    m_watcher = std::move(watcher);
+}
+
+void WindowSurface::ClearChangeWatcher(const void *key)
+{
+    if (m_watcherKey != key)
+        return;
+    m_watcherKey = nullptr;
+    m_watcher = nullptr;
 }
 
 void WindowSurface::PaintOn(QPainter &painter, const QRect &exposed) const

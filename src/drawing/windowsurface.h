@@ -33,6 +33,10 @@ public:
 
     // How the window that shows the picture is told that part of it changed.
     void SetRepaint(std::function<void(const QRect &)> repaint) { m_repaint = std::move(repaint); }
+    // One more party told of every change (the renderer presenting into the
+    // picture); it leaves by the key it came with.
+    void SetChangeWatcher(const void *key, std::function<void()> watcher);
+    void ClearChangeWatcher(const void *key);
 
     // Grows or shrinks with the window, keeping the pixels that still fit and
     // filling new ones with the background.
@@ -60,7 +64,11 @@ public:
 private:
     void rebuild(const QSize &size, qreal ratio);
 
+    void changed();
+
     std::function<void(const QRect &)> m_repaint;
+    const void *m_watcherKey = nullptr;
+    std::function<void()> m_watcher;
     QColor m_background;
     QSize m_size;
     qreal m_ratio;

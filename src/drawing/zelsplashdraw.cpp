@@ -53,7 +53,8 @@ void zelSplashDraw::Paint(cMemDC &dc, int width, int height, QRect dirty) const
              cMemDC::DT_CENTER | cMemDC::DT_VCENTER | cMemDC::DT_SINGLELINE, kWhite, true);
     }
 
-    font.size = 10;
+    // One small size for every other line: each size is a font to load.
+    font.size = 8;
     font.bold = false;
     if (needed(QRect(0, 92, width, 20))) {
         dc.SetFont(font);
@@ -64,7 +65,6 @@ void zelSplashDraw::Paint(cMemDC &dc, int width, int height, QRect dirty) const
              0, 92, width, 112, cMemDC::DT_CENTER | cMemDC::DT_SINGLELINE, kPaleBlue, false);
     }
 
-    font.size = 8;
     dc.SetFont(font);
     if (needed(StatusRect(width, height)))
         text(dc, m_status, 14, height - 44, width - 14, height - 26,

@@ -9,6 +9,7 @@
 #include "core/pause.h"
 #include "core/programstate.h"
 #include "core/prompter.h"
+#include "drawing/paintedicon.h"
 #include "drawing/programicon.h"
 #include "korva/chapterformat.h"
 #include "korva/ikorvalite.h"
@@ -80,24 +81,22 @@ frmChapter::frmChapter(QWidget *parent)
     {
         const char16_t *key;
         const char16_t *caption;
-        QStyle::StandardPixmap icon;
+        CommandIcon icon;
         const char16_t *tip;
         QKeySequence shortcut;
     } buttons[] = {
-            {u"sall", u"Add Chapter...", QStyle::SP_FileDialogNewFolder,
-             u"Add a chapter file to the list", QKeySequence(Qt::CTRL | Qt::Key_O)},
-            {u"del", u"Remove", QStyle::SP_DialogDiscardButton,
+            {u"sall", u"Add Chapter...", CommandIcon::AddChapter, u"Add a chapter file to the list",
+             QKeySequence(Qt::CTRL | Qt::Key_O)},
+            {u"del", u"Remove", CommandIcon::RemoveChapter,
              u"Remove the selected chapters from the list (the files stay)",
              QKeySequence(Qt::Key_Delete)},
-            {u"lsaved", u"Resume Progress...", QStyle::SP_DialogOpenButton,
+            {u"lsaved", u"Resume Progress...", CommandIcon::Resume,
              u"Continue from a saved progress file", QKeySequence(Qt::CTRL | Qt::Key_R)},
-            {u"about", u"About", QStyle::SP_MessageBoxInformation, u"About Vocabrix",
-             QKeySequence(Qt::Key_F1)},
+            {u"about", u"About", CommandIcon::About, u"About Vocabrix", QKeySequence(Qt::Key_F1)},
     };
     QWidget *previous = nullptr;
     for (const auto &b : buttons) {
-        QAction *a =
-                Toolbar2->addAction(style()->standardIcon(b.icon), QString::fromUtf16(b.caption));
+        QAction *a = Toolbar2->addAction(CommandIconFor(b.icon), QString::fromUtf16(b.caption));
         const QString key = QString::fromUtf16(b.key);
         a->setObjectName(key);
         a->setShortcut(b.shortcut);

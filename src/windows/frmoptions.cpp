@@ -33,6 +33,14 @@ using namespace Qt::Literals::StringLiterals;
 
 namespace {
 
+// The card window's present timer rests while nothing can change; new alpha
+// options may change what it shows.
+void wakeCardWindow()
+{
+    if (r_renderer *main = MainRenderer())
+        main->Wake();
+}
+
 QPointer<frmOptions> g_options;
 
 QString colorName(quint32 ole)
@@ -182,10 +190,12 @@ frmOptions::frmOptions()
     connect(Check1, &QCheckBox::clicked, this, [this] {
         modrender::AlphaEffects = Check1->isChecked();
         EnableAlphaControls(Check1->isChecked());
+        wakeCardWindow();
     });
     connect(Slider1, &QSlider::valueChanged, this, [this](int value) {
         modrender::AlphaLevel = quint8(value);
         Label1[1]->setText(u"Level %1 of 255"_s.arg(value));
+        wakeCardWindow();
     });
     connect(Check2, &QCheckBox::clicked, this, [this] { g_ShowMouseHover = Check2->isChecked(); });
     connect(Check3, &ReleaseCheckBox::Released, this, &frmOptions::TroubleDefaultReleased);

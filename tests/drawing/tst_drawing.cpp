@@ -393,6 +393,26 @@ private Q_SLOTS:
     // Idle costs nothing: once the window shows the frame (copied, or blended
     // until a blend changes nothing) the timer's presentations skip all work,
     // until the frame, the window's picture or the alpha options change.
+    // A renderer that outlives its window (a timer tick after the window was
+    // deleted) touches nothing of it.
+    void rendererOutlivingItsWindowDrawsNothing()
+    {
+        TestEnvironment env;
+        r_data metrics;
+        metrics.SetMainText(u"Wort"_s);
+        r_renderer renderer;
+        auto window = std::make_unique<QObject>();
+        auto picture = std::make_unique<WindowSurface>();
+        picture->Resize(QSize(40, 20));
+        renderer.Initialize(window.get(), picture.get(), &metrics, 50.0f, 0, 0, 0);
+        QVERIFY(renderer.HasWindow());
+        window.reset();
+        picture.reset();
+        QVERIFY(!renderer.HasWindow());
+        renderer.Draw(true); // under the address sanitizer, any touch would show
+        renderer.Present();
+    }
+
     void presentingStopsWhenNothingCanChange_data()
     {
         QTest::addColumn<bool>("alpha");
@@ -439,6 +459,21 @@ private Q_SLOTS:
             card.renderer.Present();
             QCOMPARE(card.picture(), card.renderer.Surface()->Image());
         }
+
+        // The timer itself rests once nothing can change, and wakes for a new
+        // frame or a change to the window's picture.
+        SetMainRenderer(&card.renderer);
+        card.renderer.StartRefresh();
+        QTRY_VERIFY(card.renderer.IsResting());
+        QVERIFY(card.renderer.IsRefreshing());
+        card.renderer.Draw(true);
+        QVERIFY(!card.renderer.IsResting());
+        QTRY_VERIFY(card.renderer.IsResting());
+        card.surface.Changed(QRect(0, 0, 1, 1));
+        QVERIFY(!card.renderer.IsResting());
+        QTRY_VERIFY(card.renderer.IsResting());
+        card.renderer.StopRefresh();
+        QVERIFY(!card.renderer.IsRefreshing() && !card.renderer.IsResting());
     }
 
     // The splash repaints only the part that changed; the parts never overlap,
