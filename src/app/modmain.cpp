@@ -20,6 +20,7 @@
 #include "windows/frmmain.h"
 #include "windows/frmsetup.h"
 #include "windows/frmsplash.h"
+#include "windows/lastsession.h"
 #include "windows/lifecycle.h"
 #include "windows/modrender.h"
 
@@ -263,6 +264,9 @@ void DestroySystem(qint16 code, bool keepRunning, int exitStatus)
     modrender::SaveAlphaOptions();
 
     if (code == 0) {
+        // While the card on show and the deck are still there. Quietly: the
+        // shutdown's lines stay as they are.
+        lastsession::Keep();
         modrender::ReleaseRendering();
         Log(u" .. renderer dead/n"_s);
         for (QWidget *form : forms::Open())
