@@ -3,6 +3,7 @@
 #include "app/instanceguard.h"
 #include "cards/deck.h"
 #include "core/clstimer.h"
+#include "core/extrasettings.h"
 #include "core/log.h"
 #include "core/modfolders.h"
 #include "core/osversion.h"
@@ -19,6 +20,7 @@
 #include "windows/frmmain.h"
 #include "windows/frmsetup.h"
 #include "windows/frmsplash.h"
+#include "windows/lastsession.h"
 #include "windows/lifecycle.h"
 #include "windows/modrender.h"
 
@@ -136,6 +138,7 @@ void StartProgram()
     Log(u"/b/c"_s + QString::fromUtf16(version::kNotice) + u"/n"_s, kLogBanner);
     modFolders::SetHomeDirectory();
     Log(u"setting base directory to: "_s + g_BaseDirectory + u"/n"_s);
+    g_Extras.Load(); // the additions' settings, beside "sys.zel"; read quietly
     WriteUpdaterFile();
     LoadSystem(true);
 }
@@ -261,6 +264,9 @@ void DestroySystem(qint16 code, bool keepRunning, int exitStatus)
     modrender::SaveAlphaOptions();
 
     if (code == 0) {
+        // While the card on show and the deck are still there. Quietly: the
+        // shutdown's lines stay as they are.
+        lastsession::Keep();
         modrender::ReleaseRendering();
         Log(u" .. renderer dead/n"_s);
         for (QWidget *form : forms::Open())
@@ -297,8 +303,16 @@ void DestroySystem(qint16 code, bool keepRunning, int exitStatus)
     Log(u"KORVA Platform Dead/n"_s);
     Log(u"KORVA Platform release successful/n"_s);
 
-    if (g_DeleteMasterOnExit)
+    if (g_DeleteMasterOnExit) {
         QFile::remove(MasterPath());
+        // Every setting goes, the additions' too.
+        QFile::remove(ExtraSettings::Path());
+        g_Extras.Clear();
+    } else if (g_Extras.IsDirty()) {
+        // Settings whose save failed when they changed get one more try; the
+        // user was told then.
+        g_Extras.Save();
+    }
 
     if (!keepRunning) {
         Log(u"Process will be released after this line/n"_s);

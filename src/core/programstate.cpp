@@ -1,5 +1,6 @@
 #include "core/programstate.h"
 
+#include "core/extrasettings.h"
 #include "core/log.h"
 #include "core/prompter.h"
 #include "korva/ikorvalite.h"
@@ -53,6 +54,7 @@ void ResetProgramState()
     modrender::CurrentCard = 0;
     modrender::AlphaLevel = 90;
     modrender::AlphaEffects = false;
+    g_Extras.Clear();
     ConnectKorvaToProgram();
 }
 

@@ -110,6 +110,22 @@ QIcon CommandIconFor(CommandIcon command)
             p.drawPath(play);
             break;
         }
+        case CommandIcon::ResumeSession: {
+            card(p, u);
+            badge(p, u, QColor(0xD0, 0x80, 0x20));
+            p.setBrush(Qt::NoBrush);
+            p.setPen(QPen(Qt::white, 1.2 * u, Qt::SolidLine, Qt::FlatCap));
+            p.drawArc(QRectF(9.9 * u, 9.9 * u, 3.7 * u, 3.7 * u), 90 * 16, 270 * 16);
+            p.setPen(Qt::NoPen);
+            p.setBrush(Qt::white);
+            QPainterPath head;
+            head.moveTo(11.75 * u, 8.9 * u);
+            head.lineTo(13.3 * u, 9.9 * u);
+            head.lineTo(11.75 * u, 10.9 * u);
+            head.closeSubpath();
+            p.drawPath(head);
+            break;
+        }
         case CommandIcon::About:
             p.setPen(Qt::NoPen);
             p.setBrush(kBlue);

@@ -13,6 +13,7 @@ using IconPainter = std::function<void(QPainter &painter, int size)>;
 QIcon PaintedIcon(IconPainter paint);
 
 // The chapter window's commands: a card with a plus (add), with a minus
-// (remove), with a play mark (resume) and the information mark (about).
-enum class CommandIcon { AddChapter, RemoveChapter, Resume, About };
+// (remove), with a play mark (resume progress), with a turning arrow (resume
+// the last session) and the information mark (about).
+enum class CommandIcon { AddChapter, RemoveChapter, Resume, ResumeSession, About };
 QIcon CommandIconFor(CommandIcon command);

@@ -41,6 +41,7 @@ constexpr quint32 kDefaultBackB = 14570825;
 constexpr quint32 kDefaultMainShadow = 0xFF8080; // differs from the seeded colour on purpose
 constexpr quint32 kWhite = 0xFFFFFF;
 constexpr int kMainTextFormat = 37; // centre, vertical centre, single line
+constexpr int kNoteFormat = 33;     // centre, top, single line
 
 } // namespace
 
@@ -147,6 +148,8 @@ void r_renderer::Draw(bool withMainText)
         bt = text.top() + text.height();
         dc.SetForeColor(m_metrics->Color(u"main_text_forecolor"_s, kWhite));
         dc.DrawText(mainText, l, t, r, bt, kMainTextFormat);
+        if (const QString note = m_metrics->NoteText(); !note.isEmpty())
+            DrawNote(note, text, shadow, font);
     }
 
     // The bold setting is not undone for the corners.
@@ -179,9 +182,36 @@ void r_renderer::DrawCorner(int index, const QRect &text, const QRect &shadow)
     }
 }
 
-int r_renderer::FitFontSize(const QString &text, const QRect &target, LogicalFont &font)
+void r_renderer::DrawNote(const QString &note, const QRect &text, const QRect &shadow,
+                          LogicalFont font)
 {
-    for (int s = 8; s <= 17; ++s) {
+    // Under the line the main text is centred on, in the same face and
+    // colours, smaller; one line, clipped at the card's text margins.
+    cMemDC &dc = *m_surface;
+    const int lineHeight = dc.TextHeight(QString());
+    const int below = (text.height() + lineHeight) / 2;
+    const int limit = NoteSizeLimit(int(font.size));
+    FitFontSize(note, text, font, qMin(8, limit), limit);
+    dc.SetFont(font);
+    for (const auto &[rect, key, fallback] :
+         {std::tuple {shadow, u"main_text_shadow", kDefaultMainShadow},
+          std::tuple {text, u"main_text_forecolor", kWhite}}) {
+        int l = rect.left(), t = rect.top() + below, r = rect.left() + rect.width(),
+            b = rect.top() + rect.height();
+        dc.SetForeColor(m_metrics->Color(QString::fromUtf16(key), fallback));
+        dc.DrawText(note, l, t, r, b, kNoteFormat);
+    }
+}
+
+int r_renderer::NoteSizeLimit(int mainSize)
+{
+    return qMax(6, mainSize * 2 / 3);
+}
+
+int r_renderer::FitFontSize(const QString &text, const QRect &target, LogicalFont &font,
+                            int smallest, int largest)
+{
+    for (int s = smallest; s <= largest; ++s) {
         font.size = s;
         m_surface->SetFont(font);
         if (qint16(m_surface->TextWidth(text)) >= target.width()) {

@@ -42,7 +42,11 @@ public:
 
     // The main text's size in points: the largest from 8 to 17 whose width
     // stays below the rectangle's, and one less than the first that reaches it.
-    int FitFontSize(const QString &text, const QRect &target, LogicalFont &font);
+    // The note under it is fitted the same way between smaller sizes.
+    int FitFontSize(const QString &text, const QRect &target, LogicalFont &font, int smallest = 8,
+                    int largest = 17);
+    // The largest size of the note under a main text of mainSize points.
+    static int NoteSizeLimit(int mainSize);
     // How wide a corner text is drawn on a card with its main text.
     static int CornerTextWidth(const QString &text);
 
@@ -77,6 +81,7 @@ private:
     };
 
     void DrawCorner(int corner, const QRect &text, const QRect &shadow);
+    void DrawNote(const QString &note, const QRect &text, const QRect &shadow, LogicalFont font);
     void rememberPresented(PresentMode mode, bool settled);
     void forgetWindow();
     static PresentMode currentMode();

@@ -46,6 +46,9 @@ public:
 
     QString MainText() const { return m_mainText; }
     void SetMainText(const QString &text) { m_mainText = text; }
+    // A smaller line under the main text (the card's note); empty draws none.
+    QString NoteText() const { return m_noteText; }
+    void SetNoteText(const QString &text) { m_noteText = text; }
 
     QString CornerText(Corner corner) const { return slot(corner).text; }
     bool CornerShown(Corner corner) const { return slot(corner).shown; }
@@ -71,5 +74,6 @@ private:
 
     std::vector<ColorEntry> m_colors;
     QString m_mainText;
+    QString m_noteText;
     std::array<CornerSlot, 4> m_corners;
 };

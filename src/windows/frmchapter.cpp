@@ -2,6 +2,8 @@
 
 #include "cards/deck.h"
 #include "cards/progressfile.h"
+#include "cards/sessionfile.h"
+#include "controls/zelcheck.h"
 #include "core/clstimer.h"
 #include "core/gcommondialog.h"
 #include "core/log.h"
@@ -14,6 +16,7 @@
 #include "korva/chapterformat.h"
 #include "korva/ikorvalite.h"
 #include "settings/settingskeys.h"
+#include "settings/studyoptions.h"
 #include "windows/frmabout.h"
 #include "windows/frmmain.h"
 #include "windows/frmprogress.h"
@@ -92,6 +95,9 @@ frmChapter::frmChapter(QWidget *parent)
              QKeySequence(Qt::Key_Delete)},
             {u"lsaved", u"Resume Progress...", CommandIcon::Resume,
              u"Continue from a saved progress file", QKeySequence(Qt::CTRL | Qt::Key_R)},
+            {u"lsession", u"Resume Last Session", CommandIcon::ResumeSession,
+             u"Continue the session studied last, where it was left",
+             QKeySequence(Qt::CTRL | Qt::Key_L)},
             {u"about", u"About", CommandIcon::About, u"About Vocabrix", QKeySequence(Qt::Key_F1)},
     };
     QWidget *previous = nullptr;
@@ -176,6 +182,7 @@ frmChapter::frmChapter(QWidget *parent)
                                    : u"db editor seems to not be present./n"_s);
     LoadFileList();
     Log(u" .. chapter selection form is loaded/n"_s);
+    CheckLastSession();
 }
 
 void frmChapter::ShowForm()
@@ -199,7 +206,7 @@ void frmChapter::SetActionsEnabled(bool enabled)
     for (QWidget *w : {static_cast<QWidget *>(Command1), static_cast<QWidget *>(Command2),
                        static_cast<QWidget *>(Command5)})
         w->setEnabled(enabled);
-    for (const QString &key : {u"sall"_s, u"del"_s, u"lsaved"_s})
+    for (const QString &key : {u"sall"_s, u"del"_s, u"lsaved"_s, u"lsession"_s})
         action(key)->setEnabled(enabled);
 }
 
@@ -247,10 +254,49 @@ void frmChapter::LoadFileList()
                                           chapter.LastError().isEmpty() ? u"it can't be read"_s
                                                                         : chapter.LastError());
     }
-    Notice->setText(leftOut.isEmpty() ? QString()
-                                      : u"Left out of the list: "_s + leftOut.join(u"; "_s));
+    m_listNotice =
+            leftOut.isEmpty() ? QString() : u"Left out of the list: "_s + leftOut.join(u"; "_s);
+    UpdateNotice();
+}
+
+void frmChapter::UpdateNotice()
+{
+    QStringList lines;
+    for (const QString &line : {m_listNotice, m_sessionNotice}) {
+        if (!line.isEmpty())
+            lines << line;
+    }
+    Notice->setText(lines.join(u'\n'));
     Notice->setToolTip(Notice->text());
-    Notice->setVisible(!leftOut.isEmpty());
+    Notice->setVisible(!lines.isEmpty());
+}
+
+void frmChapter::CheckLastSession()
+{
+    bool intact = false;
+    if (studyoptions::KeepSession() && sessionfile::Exists()) {
+        std::vector<Card> cards;
+        sessionfile::State state;
+        QString why;
+        intact = sessionfile::Read(cards, state, &why);
+        if (!intact)
+            SetSessionAside(why);
+    }
+    action(u"lsession"_s)->setVisible(intact);
+    // Room for the offer beside the other buttons, none of them in an overflow.
+    if (intact)
+        resize(qMax(width(), Toolbar2->sizeHint().width()), height());
+}
+
+void frmChapter::SetSessionAside(const QString &why)
+{
+    // Once, and never again at the next start: the files go out of the way.
+    m_sessionNotice = u"The last session couldn't be resumed: "_s + why
+            + (sessionfile::SetAside() ? u"; its files were set aside as %1 and %2."_s.arg(
+                       sessionfile::SetAsideDeckName(), sessionfile::SetAsideStateName())
+                                       : u"; its files couldn't be moved aside."_s);
+    action(u"lsession"_s)->setVisible(false);
+    UpdateNotice();
 }
 
 void frmChapter::SaveFileList()
@@ -360,12 +406,17 @@ void frmChapter::LoadSelected()
     StartStudying();
 }
 
-void frmChapter::StartStudying()
+void frmChapter::StartStudying(const sessionfile::State *kept)
 {
     frmMain *main = frmMain::Ensure();
     modrender::StartRendering();
     main->SetStudying(true);
-    modrender::ShowFirstCard();
+    if (kept) {
+        main->Check2->SetChecked(kept->troubleOnly);
+        modrender::ShowKeptCard(kept->card, kept->answerShown, kept->answerFirst);
+    } else {
+        modrender::ShowFirstCard();
+    }
     main->EnableStudyControls(true);
     main->raise();
     main->activateWindow();
@@ -381,6 +432,25 @@ void frmChapter::ResumeProgress()
     if (masterMounted())
         g_MasterDb->Save();
     StartStudying();
+}
+
+void frmChapter::ResumeLastSession()
+{
+    if (!action(u"lsession"_s)->isVisible())
+        return; // its key while nothing is offered
+    std::vector<Card> cards;
+    sessionfile::State state;
+    QString why;
+    if (!sessionfile::Read(cards, state, &why)) {
+        SetSessionAside(why);
+        return;
+    }
+    SaveFileList();
+    if (masterMounted())
+        g_MasterDb->Save();
+    g_Deck.cards() = std::move(cards);
+    Log(u" .. loaded "_s + QString::number(g_Deck.UBound() - g_Deck.LBound()) + u" nodes/n"_s);
+    StartStudying(&state);
 }
 
 void frmChapter::Quit()
@@ -422,6 +492,8 @@ void frmChapter::ToolbarCommand(const QString &key)
         RemoveSelected();
     else if (key == u"lsaved"_s)
         ResumeProgress();
+    else if (key == u"lsession"_s)
+        ResumeLastSession();
     else if (key == u"about"_s)
         frmAbout::ShowAbout(this);
 }

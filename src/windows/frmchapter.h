@@ -11,6 +11,10 @@ class QToolBar;
 class QTreeWidget;
 class QTreeWidgetItem;
 
+namespace sessionfile {
+struct State;
+}
+
 // The chapter window, the first after start-up: the chapters used before,
 // adding and removing chapter files, choosing which to study, resuming saved
 // progress, and starting the chapter editor. Studying loads the chosen
@@ -25,7 +29,7 @@ public:
 
     QToolBar *Toolbar2;
     QTreeWidget *LV1;
-    QLabel *Notice;        // remembered chapters that could not be listed, and why
+    QLabel *Notice;        // remembered chapters that could not be listed, a kept session set aside
     QPushButton *Command1; // study the selected chapters
     QPushButton *Command2; // quit
     QPushButton *Command5; // the chapter editor
@@ -41,9 +45,14 @@ public:
     void RemoveSelected();
     void LoadSelected();
     void ResumeProgress();
+    // Studies the session kept when studying last ended, as it was left.
+    void ResumeLastSession();
+    // Offers the kept session while there is an intact one; a damaged one is
+    // set aside with a line under the list.
+    void CheckLastSession();
     void Quit();
     void StartEditor();
-    // A toolbar button by its key: "sall", "del", "lsaved", "about".
+    // A toolbar button by its key: "sall", "del", "lsaved", "lsession", "about".
     void ToolbarCommand(const QString &key);
 
     QString ItemPath(const QTreeWidgetItem *item) const;
@@ -57,6 +66,12 @@ public Q_SLOTS:
 
 private:
     void AddItem(const QString &path, const QString &title, int count);
-    void StartStudying();
+    // From the first card, or as a kept session left it.
+    void StartStudying(const sessionfile::State *kept = nullptr);
+    void SetSessionAside(const QString &why);
+    void UpdateNotice();
     QAction *action(const QString &key) const;
+
+    QString m_listNotice;
+    QString m_sessionNotice;
 };

@@ -180,6 +180,11 @@ void frmMain::BuildMenu()
     item(mP_a, u"mP_a"_s, u"About"_s, u"A"_s, &frmMain::ShowAbout);
     mP->addSeparator();
     item(mP_e, u"mP_e"_s, u"Exit"_s, u"X"_s, &frmMain::Exit);
+    // The additions' items come after the menu's own. Z works with or without
+    // Ctrl, as every letter here does.
+    mP->addSeparator();
+    item(mP_u, u"mP_u"_s, u"Undo"_s, u"Z"_s, &frmMain::Undo);
+    connect(mP, &QMenu::aboutToShow, this, [this] { mP_u->setEnabled(modrender::CanUndo()); });
 }
 
 void frmMain::Load()
@@ -204,6 +209,7 @@ void frmMain::Reinitialize()
     mP->hide();
     hide();
     m_studying = false;
+    modrender::ClearUndo();
     Check1->SetChecked(false);
     Check2->SetChecked(false);
     m_surface.image().fill(Qt::black);
@@ -273,6 +279,7 @@ void frmMain::ShowCardTexts(const QString &text, const QString &pass)
     if (!metrics || !renderer)
         return;
     metrics->SetMainText(text);
+    metrics->SetNoteText(QString()); // no card's note under these
     metrics->SetCornerText(r_data::Corner::TopLeft, pass);
     metrics->SetCornerText(r_data::Corner::TopRight, QString());
     renderer->Draw(true);

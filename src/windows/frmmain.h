@@ -48,15 +48,17 @@ public:
     QTimer *Timer1;
     QMenu *mP;
     QAction *mP_n, *mP_o, *mP_fc, *mP_vac, *mP_sc, *mP_sp, *mP_ss, *mP_qh, *mP_a, *mP_e;
+    QAction *mP_u; // undo, after the menu's own items
     bool RestartPending = false;
 
     static constexpr int kCardWidth = 640;
     static constexpr int kCardHeight = 480;
     static constexpr int kControlRows = 60;
     // Keys of the additions: T turns "show only trouble cards" on and off,
-    // F1 opens the manual as the help link does.
+    // F1 opens the manual as the help link does, Z (also with Ctrl) undoes.
     static constexpr int kKeyTroubleOnly = 84;
     static constexpr int kKeyHelp = 112;
+    static constexpr int kKeyUndo = 90;
 
     // The window's load sequence: position, trouble-only box, controls on,
     // shown in front, hover help running.
@@ -97,6 +99,7 @@ public:
     void ShowOptions();
     void ShowFind();
     void ViewAllCards();
+    void Undo();
 
     // ShuffleHost
     void EnableCommands(bool enabled) override { EnableStudyControls(enabled); }

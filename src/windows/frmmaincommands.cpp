@@ -82,6 +82,9 @@ void frmMain::HandleAddedKey(int keyCode)
     case kKeyHelp:
         zelHL1->Press();
         break;
+    case kKeyUndo:
+        Undo();
+        break;
     default:
         break;
     }
@@ -194,4 +197,10 @@ void frmMain::ShowFind()
 void frmMain::ViewAllCards()
 {
     studydialogs::ViewAllCards();
+}
+
+void frmMain::Undo()
+{
+    if (m_studying)
+        modrender::Undo();
 }

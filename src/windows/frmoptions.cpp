@@ -2,6 +2,7 @@
 
 #include "cards/deck.h"
 #include "controls/zelcheck.h"
+#include "core/extrasettings.h"
 #include "core/gcommondialog.h"
 #include "core/log.h"
 #include "core/pause.h"
@@ -10,6 +11,7 @@
 #include "drawing/programicon.h"
 #include "drawing/r_renderer.h"
 #include "settings/r_data.h"
+#include "settings/studyoptions.h"
 #include "windows/frmmain.h"
 #include "windows/modrender.h"
 #include "windows/programstyle.h"
@@ -24,6 +26,7 @@
 #include <QPainter>
 #include <QPointer>
 #include <QPushButton>
+#include <QRadioButton>
 #include <QSlider>
 #include <QTabBar>
 #include <QTimer>
@@ -121,6 +124,7 @@ frmOptions::frmOptions()
 
     ts->addTab(u"Colors"_s);
     ts->addTab(u"User Interface"_s);
+    ts->addTab(u"Study"_s);
     ts->setExpanding(false);
 
     // The colours page: names, swatch and defaults beside the preview.
@@ -171,6 +175,8 @@ frmOptions::frmOptions()
     layout->addWidget(ts);
     layout->addWidget(Picture1[0]);
     layout->addWidget(Picture1[1]);
+    Picture1[2] = BuildStudyPage();
+    layout->addWidget(Picture1[2]);
     auto *buttons = new QHBoxLayout;
     buttons->addStretch();
     buttons->addWidget(Command2);
@@ -262,9 +268,73 @@ void frmOptions::SelectTab(int tab)
 {
     for (QWidget *page : Picture1)
         page->hide();
-    Picture1[qBound(0, tab, 1)]->show();
+    Picture1[qBound(0, tab, 2)]->show();
     if (ts->currentIndex() != tab)
         ts->setCurrentIndex(tab);
+}
+
+QWidget *frmOptions::BuildStudyPage()
+{
+    auto *page = new QWidget(this);
+    Check5 = new QCheckBox(u"&Keep the session when Vocabrix ends"_s);
+    Check5->setToolTip(u"When Vocabrix ends from the study window, the deck, the card on show, its "
+                       "side and the trouble-only box are kept; the chapter window offers them "
+                       "again with Resume Last Session"_s);
+    Frame2 = new QGroupBox(u"Show first"_s);
+    Option1[0] = new QRadioButton(u"The &question"_s);
+    Option1[0]->setToolTip(u"Every card shows its question first, the answer when flipped"_s);
+    Option1[1] = new QRadioButton(u"The a&nswer"_s);
+    Option1[1]->setToolTip(u"Every card shows its answer first, the question when flipped"_s);
+    Option1[2] = new QRadioButton(u"Either side, at random for &each card"_s);
+    Option1[2]->setToolTip(u"Each card shown draws which of its sides comes first"_s);
+    auto *sides = new QVBoxLayout(Frame2);
+    for (QRadioButton *option : Option1)
+        sides->addWidget(option);
+    Check6 = new QCheckBox(u"Show the card's no&te under the answer"_s);
+    Check6->setToolTip(u"The note written in the chapter editor, in smaller letters under the "
+                       "answer"_s);
+    Check7 = new QCheckBox(u"The arrows step &over the empty slot at the end of the deck"_s);
+    Check7->setToolTip(u"Without it, the arrows stop once on the empty slot after the last card "
+                       "(the card face then keeps the card shown before)"_s);
+    auto *column = new QVBoxLayout(page);
+    column->addWidget(Check5);
+    column->addWidget(Frame2);
+    column->addWidget(Check6);
+    column->addWidget(Check7);
+    column->addStretch();
+
+    Check5->setChecked(studyoptions::KeepSession());
+    Option1[int(studyoptions::First())]->setChecked(true);
+    Check6->setChecked(studyoptions::ShowNotes());
+    Check7->setChecked(studyoptions::SkipEmptySlot());
+    for (QCheckBox *box : {Check5, Check6, Check7})
+        connect(box, &QCheckBox::toggled, this, &frmOptions::StudyOptionsChanged);
+    for (QRadioButton *option : Option1)
+        connect(option, &QRadioButton::toggled, this, [this](bool checked) {
+            if (checked)
+                StudyOptionsChanged();
+        });
+    return page;
+}
+
+void frmOptions::StudyOptionsChanged()
+{
+    studyoptions::SetKeepSession(Check5->isChecked());
+    studyoptions::SetFirst(Option1[1]->isChecked()           ? studyoptions::FirstSide::Answer
+                                   : Option1[2]->isChecked() ? studyoptions::FirstSide::Random
+                                                             : studyoptions::FirstSide::Question);
+    studyoptions::SetShowNotes(Check6->isChecked());
+    studyoptions::SetSkipEmptySlot(Check7->isChecked());
+    // The side shown first applies from the next card; the note at once.
+    modrender::RefreshNote();
+    if (!g_Extras.IsDirty())
+        return;
+    QString error;
+    if (!g_Extras.Save(&error))
+        MsgBox(u"Options Not Saved"_s,
+               u"The study options couldn't be written to '"_s + ExtraSettings::Path() + u"': "_s
+                       + error + u". They apply until Vocabrix ends."_s,
+               MsgIcon::Exclamation, MsgButtons::OK);
 }
 
 void frmOptions::EnableAlphaControls(bool enabled)
@@ -301,6 +371,7 @@ void frmOptions::TroubleDefaultReleased()
             card.trouble = wanted ? kCardTrue : kCardFalse;
         if (modrender::Metrics())
             modrender::ShowCurrentCard();
+        modrender::ClearUndo(); // every mark changed: none of them is to be taken back
         Check3->setText(TroubleDefaultCaption(wanted, wanted));
         frmMain::Instance()->Check2->SetChecked(wanted);
     } else if (answer == MsgResult::No) {

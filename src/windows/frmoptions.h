@@ -12,6 +12,7 @@ class QGroupBox;
 class QLabel;
 class QListWidget;
 class QPushButton;
+class QRadioButton;
 class QSlider;
 class QTabBar;
 class QTimer;
@@ -56,6 +57,8 @@ private:
 // start as trouble cards (now, or latched for the next run), resetting every
 // setting at exit, and the card colours on a live preview. Only the colours
 // are written by the dialog itself (Apply); the rest is saved at shutdown.
+// The third page, "Study", holds the options of the study window's additions,
+// saved in their own file as soon as they change.
 class frmOptions : public QDialog, public forms::Unloadable
 {
     Q_OBJECT
@@ -66,7 +69,7 @@ public:
     ~frmOptions() override;
 
     QTabBar *ts;
-    QWidget *Picture1[2]; // the "Colors" and "User Interface" pages
+    QWidget *Picture1[3]; // the "Colors", "User Interface" and "Study" pages
     QCheckBox *Check1;    // alpha effects
     QSlider *Slider1;     // alpha level
     QGroupBox *Frame1;    // the alpha controls
@@ -81,6 +84,11 @@ public:
     QPushButton *Command2;   // close
     QTimer *Timer1;          // redraws the preview
     PreviewPanel *Picture2;
+    QCheckBox *Check5;        // keep the session for Resume Last Session
+    QGroupBox *Frame2;        // the side shown first
+    QRadioButton *Option1[3]; // question, answer, either at random
+    QCheckBox *Check6;        // the note under the answer
+    QCheckBox *Check7;        // the arrows step over the empty slot
 
     r_data *PreviewMetrics() const { return m_preview.get(); }
     r_renderer *PreviewRenderer() const { return m_renderer.get(); }
@@ -92,6 +100,8 @@ public:
     void RestoreDefaults();
     void Apply();
     void RedrawPreview();
+    // Takes the Study page's choices and saves them.
+    void StudyOptionsChanged();
 
     void OnUnload() override;
 
@@ -101,6 +111,7 @@ public Q_SLOTS:
 private:
     frmOptions();
     void EnableAlphaControls(bool enabled);
+    QWidget *BuildStudyPage();
     void SetSwatch(quint32 color);
     QString SelectedKey() const;
 

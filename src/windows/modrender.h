@@ -2,6 +2,8 @@
 
 #include <QString>
 
+#include <functional>
+
 class r_data;
 class r_renderer;
 
@@ -12,6 +14,7 @@ class r_renderer;
 namespace modrender {
 
 enum class Direction { Forward, Backward };
+enum class Side { Question, Answer };
 
 void ShowFirstCard();
 void ShowCurrentCard();
@@ -34,6 +37,29 @@ bool ChapterCaptionFits(const QString &chapter);
 // show, the card's position and its chapter.
 QString CardDescription();
 void UpdateTimesViewed(bool increment);
+
+// The side on show, and the side the card on show came up with (the answer
+// when the study options show answers first, or drew them at random).
+Side ShownSide();
+bool AnswerFirst();
+// Decides, for the random first side, whether a card shows its answer first;
+// nullptr goes back to the program's own random choice.
+void SetSideCoin(std::function<bool()> answerFirst);
+// Shows the card at index as a kept session left it, on its side, counting no
+// view; the start-up hint goes, as with a first card.
+void ShowKeptCard(int index, bool answerShown, bool answerFirst);
+// Puts the note under the answer on show, or takes it away, as the option now
+// says.
+void RefreshNote();
+
+// Taking back the study window's changes one at a time, the latest first: a
+// trouble mark or unmark, a move (with the view it counted), a flip, a jump.
+// A new deck, a shuffle and a new session start afresh.
+inline constexpr int kUndoSteps = 100;
+bool CanUndo();
+int UndoCount();
+void Undo();
+void ClearUndo();
 
 // Makes the colour metrics and the renderer of the study window anew and
 // draws the first frame.

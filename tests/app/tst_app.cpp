@@ -1,4 +1,6 @@
 #include "app/instanceguard.h"
+#include "cards/progressfile.h"
+#include "core/extrasettings.h"
 #include "core/keycodes.h"
 #include "core/modbrowser.h"
 #include "core/modfolders.h"
@@ -9,12 +11,15 @@
 #include "windows/frmsplash.h"
 
 #include <QContextMenuEvent>
+#include <QCryptographicHash>
 #include <QLabel>
 #include <QLocalServer>
 #include <QMenu>
 #include <QRadioButton>
 #include <QToolBar>
 #include <QToolButton>
+
+#include <sys/stat.h>
 
 using namespace Qt::Literals::StringLiterals;
 
@@ -44,6 +49,41 @@ ikorvalite::Lookup<qint32> storedNumber(const QString &master, const QString &ke
     ikorvalite db;
     db.Mount(master, false);
     return db.GetNumber(key, 12345);
+}
+
+// A kept session's deck of one card, by hand: "Hund"/"dog", a trouble card
+// viewed 3 times, then the empty slot.
+QByteArray keptDeck()
+{
+    using namespace bytes;
+    return i16(1) + text("Hund") + text("dog") + text("note") + text("") + i16(-1) + i16(3) + text("K") + text("")
+            + text("") + text("") + text("") + i16(0) + i16(0) + text("");
+}
+
+QByteArray keptState(const QByteArray &deck, const QByteArray &lines)
+{
+    return "format=1\ndeck_bytes=" + QByteArray::number(deck.size())
+            + "\ndeck_sha256=" + QCryptographicHash::hash(deck, QCryptographicHash::Sha256).toHex() + "\n" + lines;
+}
+
+// What a person sees of the session: the deck's bytes, the card, its texts,
+// the boxes.
+QStringList sessionSeen()
+{
+    QByteArray deck;
+    WriteProgressImage(g_Deck, deck, nullptr);
+    const r_data *m = modrender::Metrics();
+    using C = r_data::Corner;
+    frmMain *main = frmMain::Existing();
+    return {QString::fromLatin1(deck.toHex()),
+            QString::number(modrender::CurrentCard),
+            m->MainText(),
+            m->CornerText(C::TopLeft),
+            m->CornerText(C::TopRight),
+            m->CornerText(C::BottomLeft),
+            m->NoteText(),
+            main->Check1->Checked() ? u"marked"_s : u"-"_s,
+            main->Check2->Checked() ? u"trouble only"_s : u"-"_s};
 }
 
 // Selects the chapters at these rows and presses Study.
@@ -656,6 +696,166 @@ private Q_SLOTS:
         QCOMPARE(g_Deck[0].timesViewed, qint16(2)); // shown again from the first card
         QCOMPARE(modrender::CurrentCard, qint16(0));
         QVERIFY(m_env->logLines().contains(u" .. loaded 37 nodes/n"_s));
+    }
+
+    // The session on show is kept when studying ends, and comes back as it
+    // was left (no view counted), as long as the option keeps sessions.
+    void keptSessionResumed_data()
+    {
+        QTest::addColumn<bool>("exit"); // else a new session
+        QTest::addColumn<QString>("firstSide");
+        QTest::addColumn<bool>("keep");
+        QTest::addColumn<bool>("blocked"); // a folder where the deck goes
+        QTest::newRow("exit, the answer on show") << true << u"question"_s << true << false;
+        QTest::newRow("new session, answer first, flipped") << false << u"answer"_s << true << false;
+        QTest::newRow("keeping off") << true << u"question"_s << false << false;
+        QTest::newRow("the deck cannot be written") << false << u"question"_s << true << true;
+    }
+    void keptSessionResumed()
+    {
+        QFETCH(bool, exit);
+        QFETCH(QString, firstSide);
+        QFETCH(bool, keep);
+        QFETCH(bool, blocked);
+        startProgram();
+        g_Extras.SetString(u"study.first_side"_s, firstSide);
+        g_Extras.SetString(u"study.show_notes"_s, u"true"_s);
+        g_Extras.SetBool(u"study.keep_session"_s, keep);
+        study({1});
+        frmMain *main = frmMain::Existing();
+        for (int key : {39, 39, 32, 84, 13}) // two on, mark it, trouble cards only, flip
+            main->HandleKey(key, 0);
+        const QStringList seen = sessionSeen();
+        QVERIFY(seen[3].startsWith(u"Showing "_s));
+        const QString deck = m_env->home() + u"/Documents/Vocabrix/lastsession.vxs"_s;
+        if (blocked)
+            QVERIFY(QDir().mkdir(deck));
+        if (exit) {
+            main->HandleKey(88, 0);
+            FlushDeletes();
+            QVERIFY(g_ProcessReleased);
+            ResetProgramState();
+            g_Deck.Reset();
+            g_Watcher = std::make_unique<RecordingWatcher>(m_env->log);
+            modMain::StartProgram();
+        } else {
+            main->mP_n->trigger();
+        }
+        FlushDeletes();
+        QCOMPARE(m_env->prompter.boxTitles(), blocked ? QStringList(u"Session Not Kept"_s) : QStringList());
+        frmChapter *chapters = modMain::ChapterWindow();
+        QAction *resume = chapters->findChild<QAction *>(u"lsession"_s);
+        QCOMPARE(resume->isVisible(), keep && !blocked);
+        QCOMPARE(chapters->Notice->isVisibleTo(chapters), blocked); // the folder is set aside
+        QCOMPARE(QFileInfo(deck).isFile(), keep && !blocked);
+        if (!keep || blocked)
+            return;
+        QVERIFY(resume->toolTip().endsWith(u"(Ctrl+L)"_s));
+        QVERIFY(QTest::qWaitForWindowExposed(chapters));
+        QVERIFY(chapters->Toolbar2->widgetForAction(chapters->findChild<QAction *>(u"about"_s))->isVisible());
+        QVERIFY(QTest::qWaitForWindowActive(chapters));
+        QTest::keyClick(chapters->LV1, Qt::Key_L, Qt::ControlModifier);
+        FlushDeletes();
+        QVERIFY(!modMain::ChapterWindow());
+        QVERIFY(frmMain::Existing()->isVisible());
+        QCOMPARE(sessionSeen(), seen);
+        QVERIFY(!modrender::CanUndo());
+        if (!exit)
+            QVERIFY(SaveScreenshot(frmMain::Existing()->grab().toImage(), u"resumed-session.png"_s));
+    }
+
+    // Keeping the session writes no log line and nothing else: the shutdown
+    // and "sys.zel" are the same with it as without it.
+    void keptSessionChangesNothingElse()
+    {
+        QStringList shutdown[2];
+        QByteArray masters[2];
+        for (int keep = 0; keep < 2; ++keep) {
+            if (keep) {
+                cleanup();
+                init();
+            }
+            startProgram();
+            g_Extras.SetBool(u"study.keep_session"_s, keep);
+            study({0});
+            frmMain::Existing()->HandleKey(39, 0);
+            frmMain::Existing()->HandleKey(13, 0);
+            m_env->log->clear();
+            frmMain::Existing()->HandleKey(88, 0);
+            FlushDeletes();
+            shutdown[keep] = m_env->logLines();
+            masters[keep] = ReadFileBytes(master());
+            QCOMPARE(QFileInfo::exists(m_env->home() + u"/Documents/Vocabrix/lastsession.txt"_s), bool(keep));
+        }
+        QCOMPARE(shutdown[1], shutdown[0]);
+        QCOMPARE(masters[1], masters[0]);
+    }
+
+    // A damaged kept session is set aside, said in one line under the list,
+    // and not offered; nothing else is asked or lost.
+    void damagedSessionSetAside_data()
+    {
+        QTest::addColumn<QByteArray>("deck"); // "folder", "fifo", or null for none
+        QTest::addColumn<QByteArray>("state");
+        QTest::addColumn<QString>("why"); // empty: intact
+        const QByteArray deck = keptDeck();
+        const QByteArray fine = "card=0\nside=question\nfirst_side=question\ntrouble_only=false\n";
+        QTest::newRow("intact") << deck << keptState(deck, fine) << QString();
+        QTest::newRow("the deck cut short") << deck.chopped(3) << keptState(deck.chopped(3), fine)
+                                            << u"lastsession.vxs: it ends inside card 2 of 2"_s;
+        QTest::newRow("the state of another deck")
+                << deck << keptState(deck + "x", fine)
+                << u"lastsession.vxs is not the deck that lastsession.txt belongs to"_s;
+        QTest::newRow("a card past the deck")
+                << deck << keptState(deck, "card=2\nside=question\nfirst_side=question\ntrouble_only=false\n")
+                << u"lastsession.txt names no card of the deck"_s;
+        QTest::newRow("an unknown side") << deck
+                                         << keptState(deck,
+                                                      "card=0\nside=back\nfirst_side=question\ntrouble_only=true\n")
+                                         << u"lastsession.txt is damaged"_s;
+        QTest::newRow("no state") << deck << QByteArray() << u"lastsession.txt: the file is not there"_s;
+        QTest::newRow("not a session") << deck << QByteArray("\x01\x02junk")
+                                       << u"lastsession.txt is not a session this version keeps"_s;
+        QTest::newRow("a folder for the deck")
+                << QByteArray("folder") << keptState(deck, fine) << u"lastsession.vxs: it is not a regular file"_s;
+        QTest::newRow("a FIFO for the deck")
+                << QByteArray("fifo") << keptState(deck, fine) << u"lastsession.vxs: it is not a regular file"_s;
+    }
+    void damagedSessionSetAside()
+    {
+        QFETCH(QByteArray, deck);
+        QFETCH(QByteArray, state);
+        QFETCH(QString, why);
+        const QString home = m_env->home() + u"/Documents/Vocabrix/"_s;
+        QVERIFY(QDir().mkpath(home));
+        if (deck == "folder")
+            QVERIFY(QDir(home).mkdir(u"lastsession.vxs"_s));
+        else if (deck == "fifo")
+            QCOMPARE(mkfifo(QFile::encodeName(home + u"lastsession.vxs"_s).constData(), 0600), 0);
+        else
+            WriteFileBytes(home + u"lastsession.vxs"_s, deck);
+        if (!state.isNull())
+            WriteFileBytes(home + u"lastsession.txt"_s, state);
+        startProgram();
+        frmChapter *chapters = modMain::ChapterWindow();
+        QCOMPARE(chapters->findChild<QAction *>(u"lsession"_s)->isVisible(), why.isEmpty());
+        QVERIFY(m_env->prompter.boxes.empty());
+        if (why.isEmpty()) {
+            QVERIFY(!chapters->Notice->isVisibleTo(chapters));
+            chapters->ToolbarCommand(u"lsession"_s);
+            QCOMPARE(modrender::Metrics()->MainText(), u"Hund"_s);
+            QCOMPARE(modrender::Metrics()->NoteText(), QString()); // notes are off
+            QCOMPARE(g_Deck[0].timesViewed, qint16(3));
+            return;
+        }
+        QCOMPARE(chapters->Notice->text(),
+                 u"The last session couldn't be resumed: "_s + why
+                         + u"; its files were set aside as lastsession-damaged.vxs and lastsession-damaged.txt."_s);
+        QVERIFY(!QFileInfo::exists(home + u"lastsession.vxs"_s) && !QFileInfo::exists(home + u"lastsession.txt"_s));
+        if (!state.isNull())
+            QCOMPARE(ReadFileBytes(home + u"lastsession-damaged.txt"_s), state);
+        QVERIFY(QFileInfo(home + u"lastsession-damaged.vxs"_s).exists());
+        QCOMPARE(chapters->LV1->topLevelItemCount(), 4); // the chapters are all there
     }
 
     // The added keys: T for the box that no key reached (Space on it marks the

@@ -1,3 +1,4 @@
+#include "core/extrasettings.h"
 #include "core/gcommondialog.h"
 #include "core/modbrowser.h"
 #include "core/modfolders.h"
@@ -391,6 +392,80 @@ private Q_SLOTS:
         QCOMPARE(dialog.Color(), 0x123456u);
         QVERIFY(!dialog.ShowColor());
         QCOMPARE(dialog.Color(), 0x123456u);
+    }
+    // The additions' settings file: what is read from it, and what a save
+    // writes after one setting was added ("key" alone: not read).
+    void extraSettingsFile_data()
+    {
+        QTest::addColumn<QByteArray>("file");
+        QTest::addColumn<QStringList>("read");
+        QTest::addColumn<QByteArray>("saved"); // empty: the save fails
+        const QByteArray head = "# Vocabrix: settings of the study window's additions\n";
+        const QByteArray added = "added=a\\nb\\\\\n";
+        QTest::newRow("no file") << QByteArray() << QStringList {u"study.keep_session"_s} << head + added;
+        QTest::newRow("values in their order, unknown ones kept")
+                << QByteArray("# a comment\nzeta=2\nA.x-y_z=two words=\n")
+                << QStringList {u"zeta=2"_s, u"A.x-y_z=two words="_s} << head + "zeta=2\nA.x-y_z=two words=\n" + added;
+        QTest::newRow("damaged lines left out")
+                << QByteArray("ok=1\nno equals\n=v\nbad key=2\nesc=a\\qb\ntail=c\\\nutf=\xff\xfe\nlast=\xc3\xa4\r\n")
+                << QStringList {u"ok=1"_s, u"esc"_s, u"tail"_s, u"utf"_s, u"last=ä"_s}
+                << head + "ok=1\nlast=\xc3\xa4\n" + added;
+        QTest::newRow("escapes, a key given twice")
+                << QByteArray("p=C:\\\\x\\ny\\r\nk=1\nk=2\n") << QStringList {u"p=C:\\x\ny\r"_s, u"k=2"_s}
+                << head + "p=C:\\\\x\\ny\\r\nk=2\n" + added;
+        QTest::newRow("larger than any settings file")
+                << QByteArray("k=1\n#" + QByteArray(1024 * 1024, 'x') + "\n") << QStringList {u"k"_s} << head + added;
+        QTest::newRow("a folder in its place") << QByteArray("folder") << QStringList {u"k"_s} << QByteArray();
+    }
+    void extraSettingsFile()
+    {
+        QFETCH(QByteArray, file);
+        QFETCH(QStringList, read);
+        QFETCH(QByteArray, saved);
+        TestEnvironment env;
+        const QString path = env.path(u"extras.conf"_s);
+        QCOMPARE(ExtraSettings::Path(), path);
+        if (file == "folder")
+            QVERIFY(QDir(env.home()).mkdir(u"extras.conf"_s));
+        else if (!file.isNull())
+            WriteFileBytes(path, file);
+        g_Extras.Load();
+        for (const QString &r : read) {
+            const QString key = r.section(u'=', 0, 0);
+            QCOMPARE(g_Extras.Contains(key), r.contains(u'='));
+            QCOMPARE(g_Extras.String(key, u"default"_s), r.contains(u'=') ? r.section(u'=', 1) : u"default"_s);
+        }
+        QVERIFY(!g_Extras.IsDirty());
+        g_Extras.SetString(u"added"_s, u"a\nb\\"_s);
+        QString error;
+        QCOMPARE(g_Extras.Save(&error), !saved.isEmpty());
+        QCOMPARE(g_Extras.IsDirty(), saved.isEmpty()); // kept to be tried again
+        if (saved.isEmpty()) {
+            QVERIFY(!error.isEmpty());
+            QVERIFY(QFileInfo(path).isDir());
+        } else {
+            QCOMPARE(ReadFileBytes(path), saved);
+        }
+    }
+
+    void extraSettingsTypes()
+    {
+        TestEnvironment env;
+        WriteFileBytes(ExtraSettings::Path(), "n=-12\nbad=12x\nt=true\ny=YES\nf=0\nz=maybe\n");
+        g_Extras.Load();
+        QCOMPARE(g_Extras.Int(u"n"_s, 5), -12);
+        QCOMPARE(g_Extras.Int(u"bad"_s, 5), 5);
+        QCOMPARE(QList<bool>({g_Extras.Bool(u"t"_s, false), g_Extras.Bool(u"y"_s, false), g_Extras.Bool(u"f"_s, true),
+                              g_Extras.Bool(u"z"_s, true), g_Extras.Bool(u"none"_s, false)}),
+                 QList<bool>({true, true, false, true, false}));
+        g_Extras.SetBool(u"t"_s, true); // the same value: nothing to save
+        g_Extras.SetInt(u"n"_s, -12);
+        QVERIFY(!g_Extras.IsDirty());
+        g_Extras.SetInt(u"n"_s, 7);
+        QVERIFY(g_Extras.IsDirty());
+        QCOMPARE(g_Extras.String(u"n"_s), u"7"_s);
+        ResetProgramState(); // a program that read no file
+        QVERIFY(!g_Extras.Contains(u"n"_s) && !g_Extras.IsDirty());
     }
 };
 

@@ -347,6 +347,54 @@ private Q_SLOTS:
         QVERIFY(qAbs(text.center().y() - 100) <= 3);
     }
 
+    // The card's note under the main text: smaller, centred, one line cut at
+    // the text margins; without one the card is drawn as it always was.
+    void noteUnderTheMainText_data()
+    {
+        QTest::addColumn<QString>("note");
+        QTest::addColumn<bool>("fits");
+        QTest::newRow("a short note") << u"ein Tier, bellt"_s << true;
+        QTest::newRow("a note too long for the card") << QString(300, u'W') << false;
+        QTest::newRow("no note") << QString() << true;
+    }
+    void noteUnderTheMainText()
+    {
+        QFETCH(QString, note);
+        QFETCH(bool, fits);
+        TestEnvironment env;
+        CardWindow plain(640, 480, 60), noted(640, 480, 60);
+        for (CardWindow *card : {&plain, &noted}) {
+            card->metrics.SetColor(u"backcolor_b"_s, 0); // a black card, white text, no shadow
+            card->metrics.SetMainText(u"der Hund"_s);
+        }
+        noted.metrics.SetNoteText(note);
+        plain.renderer.Draw(true);
+        noted.renderer.Draw(true);
+        const QImage &a = plain.picture(), &b = noted.picture();
+        QRect changed;
+        for (int y = 0; y < a.height(); ++y)
+            for (int x = 0; x < a.width(); ++x)
+                if (a.pixel(x, y) != b.pixel(x, y))
+                    changed |= QRect(x, y, 1, 1);
+        if (note.isEmpty()) {
+            QVERIFY(changed.isEmpty());
+            return;
+        }
+        const QRect main = boxOf(a, [](QRgb p) { return qGreen(p) > 200; });
+        QVERIFY2(changed.top() > main.bottom(), qPrintable(u"%1 %2"_s.arg(changed.top()).arg(main.bottom())));
+        QVERIFY(changed.bottom() < 420); // above the separator
+        QVERIFY(changed.height() < main.height());
+        if (fits) {
+            QVERIFY(qAbs(changed.center().x() - 320) <= 3);
+            QVERIFY(changed.width() < main.width() * 2);
+        } else {
+            QVERIFY(changed.left() >= 1 && changed.right() <= 638); // clipped at the margins
+            QVERIFY(changed.width() > 600);
+        }
+        if (fits)
+            QVERIFY(SaveScreenshot(b, u"card-with-note.png"_s));
+    }
+
     void fontSizeFits_data()
     {
         QTest::addColumn<QString>("text");

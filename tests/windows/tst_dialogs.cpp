@@ -1,3 +1,4 @@
+#include "core/extrasettings.h"
 #include "uitestsupport.h"
 #include "windows/cardlistmodel.h"
 #include "windows/frmabout.h"
@@ -19,6 +20,7 @@
 #include <QHeaderView>
 #include <QLabel>
 #include <QListWidget>
+#include <QRadioButton>
 #include <QRegularExpression>
 #include <QSlider>
 #include <QStyle>
@@ -449,6 +451,62 @@ private Q_SLOTS:
         QVERIFY(modrender::AlphaEffects && g_ShowMouseHover); // the switches stay changed
     }
 
+    // The Study page: every control by its key, saved at once in the
+    // additions' own file ("sys.zel" stays as it was).
+    void studyPage_data()
+    {
+        QTest::addColumn<int>("control"); // Check5, the three Option1, Check6, Check7
+        QTest::addColumn<QString>("saved");
+        QTest::addColumn<bool>("writable");
+        QTest::newRow("keep no sessions") << 0 << u"study.keep_session=false"_s << true;
+        QTest::newRow("answer first") << 2 << u"study.first_side=answer"_s << true;
+        QTest::newRow("either side at random") << 3 << u"study.first_side=random"_s << true;
+        QTest::newRow("notes, at once") << 4 << u"study.show_notes=true"_s << true;
+        QTest::newRow("step over the empty slot") << 5 << u"study.skip_empty_slot=true"_s << true;
+        QTest::newRow("the file cannot be written") << 4 << QString() << false;
+    }
+    void studyPage()
+    {
+        QFETCH(int, control);
+        QFETCH(QString, saved);
+        QFETCH(bool, writable);
+        const QByteArray master = ReadFileBytes(m_env->path(u"sys.zel"_s));
+        if (!writable)
+            QVERIFY(QDir(m_env->home()).mkdir(u"extras.conf"_s));
+        g_Deck[0].note = u"a note"_s;
+        modrender::ToggleAnswer(); // the answer on show
+        frmOptions *options = frmOptions::Instance();
+        options->show();
+        QVERIFY(QTest::qWaitForWindowActive(options));
+        QTest::mouseClick(options->ts, Qt::LeftButton, {}, options->ts->tabRect(2).center());
+        QCOMPARE(options->ts->tabText(2), u"Study"_s);
+        QVERIFY(options->Picture1[2]->isVisible() && !options->Picture1[0]->isVisible()
+                && !options->Picture1[1]->isVisible());
+        const QList<QAbstractButton *> controls {options->Check5,     options->Option1[0], options->Option1[1],
+                                                 options->Option1[2], options->Check6,     options->Check7};
+        QCOMPARE(QList<bool>({controls[0]->isChecked(), controls[1]->isChecked(), controls[4]->isChecked(),
+                              controls[5]->isChecked()}),
+                 QList<bool>({true, true, false, false})); // the defaults
+        QSet<QChar> keys;
+        for (QAbstractButton *b : controls) {
+            QVERIFY2(!b->toolTip().isEmpty(), qPrintable(b->text()));
+            keys << b->text().at(b->text().indexOf(u'&') + 1).toUpper();
+        }
+        QCOMPARE(keys.size(), controls.size()); // each its own key
+        if (control == 0)
+            QVERIFY(SaveScreenshot(options->grab().toImage(), u"options-study.png"_s));
+
+        QAbstractButton *target = controls[control];
+        const QChar key = target->text().at(target->text().indexOf(u'&') + 1).toUpper();
+        QTest::keyClick(options, char(key.unicode()), Qt::AltModifier);
+        QTRY_VERIFY(target->isChecked() != (control == 0)); // a key clicks a moment later
+        const QByteArray file = ReadFileBytes(ExtraSettings::Path());
+        QCOMPARE(file.contains(saved.toUtf8() + '\n'), writable);
+        QCOMPARE(m_env->prompter.boxTitles(), writable ? QStringList() : QStringList(u"Options Not Saved"_s));
+        QCOMPARE(modrender::Metrics()->NoteText(), control == 4 ? u"a note"_s : QString());
+        QCOMPARE(ReadFileBytes(m_env->path(u"sys.zel"_s)), master);
+    }
+
     void troubleDefaultLatch_data()
     {
         QTest::addColumn<MsgResult>("answer");
@@ -536,9 +594,12 @@ private Q_SLOTS:
         QVERIFY(g_DeleteMasterOnExit);
         QVERIFY(QFileInfo::exists(m_env->path(u"sys.zel"_s))); // the program goes on normally
         QVERIFY(frmMain::Existing()->isVisible());
+        g_Extras.SetBool(u"study.show_notes"_s, true); // the additions' settings go too
+        QVERIFY(g_Extras.Save());
         modMain::DestroySystem(0, false);
         FlushDeletes();
         QVERIFY(!QFileInfo::exists(m_env->path(u"sys.zel"_s)));
+        QVERIFY(!QFileInfo::exists(ExtraSettings::Path()));
     }
 
     void colorsCloseVersusApply()

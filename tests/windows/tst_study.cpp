@@ -1,4 +1,5 @@
 #include "cards/shuffler.h"
+#include "core/extrasettings.h"
 #include "uitestsupport.h"
 #include "windows/cardarea.h"
 #include "windows/frmprogress.h"
@@ -110,6 +111,7 @@ QStringList observe(const TestEnvironment &env)
             u"modal="_s + QStringList(env.prompter.modalWindows.begin(), env.prompter.modalWindows.end()).join(u','),
             u"launches="_s + launches.join(u','),
             u"released="_s + on(g_ProcessReleased),
+            u"note="_s + (metrics ? metrics->NoteText() : QString()),
     };
     QStringList out;
     for (const QString &t : tokens)
@@ -144,6 +146,7 @@ private Q_SLOTS:
         UnloadAllForms();
         SetMainRenderer(nullptr);
         SetRandomSource(nullptr);
+        modrender::SetSideCoin(nullptr);
         qunsetenv("BROWSER");
     }
 
@@ -227,6 +230,13 @@ private Q_SLOTS:
         modrender::NextCard();
         const QString second = u"die Katze (question side), showing card 2 of 2, from 'Kapitel'"_s;
         QCOMPARE(face->text(QAccessible::Value), second);
+        // Answers first, with notes: the side on show, and the note under it.
+        g_Extras.SetString(u"study.first_side"_s, u"answer"_s);
+        g_Extras.SetString(u"study.show_notes"_s, u"true"_s);
+        g_Deck[0].note = u"m."_s;
+        modrender::PreviousCard();
+        QCOMPARE(face->text(QAccessible::Value),
+                 u"the dog (answer side), showing card 1 of 2, from 'Kapitel', note: m."_s);
         QCOMPARE(frmMain::Existing()->Card->geometry(), QRect(0, 0, 640, 420));
         // Clicks go through it to the window.
         QVERIFY(frmMain::Existing()->Card->testAttribute(Qt::WA_TransparentForMouseEvents));
@@ -350,6 +360,53 @@ private Q_SLOTS:
         QTest::newRow("menu Exit") << u"menu mP_e"_s << exited;
         QTest::newRow("closing the window") << u"close"_s << exited;
         QTest::newRow("closing while shuffling: refused") << u"shuffling close"_s << QString();
+
+        // The additions. Z (with or without Ctrl) takes back the latest
+        // change: a move with the view it counted, a flip, a mark, a jump.
+        const QString undone = u"card=1 text=q1 views=2 tl=showing_card_2_of_6;_1_trouble_cards"_s;
+        QTest::newRow("Z: the last move taken back") << u"key Z"_s << undone;
+        QTest::newRow("menu Undo") << u"menu mP_u"_s << undone;
+        QTest::newRow("Right, Z: as before") << u"key Right,Z"_s << QString();
+        QTest::newRow("Left, Ctrl+Z: as before") << u"key Left,Ctrl+Z"_s << QString();
+        QTest::newRow("Return, Z: the question again") << u"key Return,Z"_s << QString();
+        QTest::newRow("Space, Z: the mark taken back") << u"key Space,Z"_s << QString();
+        QTest::newRow("a jump, Z: as before") << u"jump:5 key Z"_s << QString();
+        QTest::newRow("Z three times: no further than the first card")
+                << u"key Z,Z,Z"_s << u"card=0 text=q0 views=1 tl=showing_card_1_of_6;_1_trouble_cards"_s;
+        QTest::newRow("S, Z: nothing before a shuffle") << u"key S,Z"_s << reversed;
+        QTest::newRow("Z while shuffling") << u"shuffling key Z"_s << QString();
+        // The answer first: the corners say which side is on show, and give
+        // the other away only once it has been seen.
+        const QString answerFirst = next + u" text=a3 tl=showing_the_answer_of_card_4_of_6;_1_trouble_cards"_s;
+        QTest::newRow("answer first: Right") << u"set:study.first_side=answer key Right"_s << answerFirst;
+        QTest::newRow("answer first: Right, Return: the question")
+                << u"set:study.first_side=answer key Right,Return"_s
+                << next + u" text=q3 tl=Showing_question_to_'a3' tr="_s;
+        QTest::newRow("answer first: Right, Return, Return")
+                << u"set:study.first_side=answer key Right,Return,Return"_s << answerFirst;
+        QTest::newRow("answer first: Right, Return, Z")
+                << u"set:study.first_side=answer key Right,Return,Z"_s << answerFirst;
+        QTest::newRow("random: the answer drawn") << u"set:study.first_side=random key Right"_s << answerFirst;
+        QTest::newRow("random: drawn for each card")
+                << u"set:study.first_side=random key Right,Right"_s
+                << u"card=4 text=q4 views=5 tl=showing_card_5_of_6;_1_trouble_cards"_s;
+        QTest::newRow("notes: under the answer") << u"set:study.show_notes=true key Return"_s << answer + u" note=n2"_s;
+        QTest::newRow("notes: none under the question") << u"set:study.show_notes=true key Right"_s << next;
+        QTest::newRow("notes: answer first")
+                << u"set:study.show_notes=true set:study.first_side=answer key Right"_s << answerFirst + u" note=n3"_s;
+        // The empty slot after the last card (6): kept, or stepped over.
+        const QString slot =
+                u"card=6 text= check1=off views=7 tl=showing_card_7_of_6;_1_trouble_cards tr=Times_viewed:_1 br=from_''"_s;
+        QTest::newRow("onto the empty slot") << u"key Right,Right,Right,Right"_s << slot;
+        QTest::newRow("empty slot stepped over forwards")
+                << u"set:study.skip_empty_slot=true key Right,Right,Right,Right"_s
+                << u"card=0 text=q0 views=7 tl=showing_card_1_of_6;_1_trouble_cards tr=Times_viewed:_2"_s;
+        QTest::newRow("empty slot stepped over backwards")
+                << u"set:study.skip_empty_slot=true key Left,Left,Left"_s
+                << u"card=5 text=q5 views=6 tl=showing_card_6_of_6;_1_trouble_cards"_s;
+        QTest::newRow("trouble-only, the empty slot marked")
+                << u"mark:6 set:study.skip_empty_slot=true key T,Right,Right"_s
+                << u"card=3 text=q3 check1=on check2=on trouble=2 views=5 tl=showing_card_4_of_6;_2_trouble_cards tr=Times_viewed:_2"_s;
     }
     void commands()
     {
@@ -360,6 +417,10 @@ private Q_SLOTS:
         ReversingRandom reversing(6);
         SetRandomSource(&reversing);
         StudyDeck(6, {3});
+        for (int i = 0; i < 6; ++i)
+            g_Deck[i].note = u"n%1"_s.arg(i);
+        bool answerFirst = false; // the random side: the answer, then the question, ...
+        modrender::SetSideCoin([&answerFirst] { return answerFirst = !answerFirst; });
         frmMain *main = frmMain::Existing();
         modrender::ShowFirstCard();
         modrender::NextCard();
@@ -371,6 +432,18 @@ private Q_SLOTS:
                               u"check2=off"_s, u"trouble=1"_s, u"views=3"_s}));
 
         QStringList how = route.split(u' ');
+        // Set-up of the additions: an option, a mark, a jump.
+        while (how.first().contains(u':')) {
+            const QString step = how.takeFirst(), what = step.section(u':', 1);
+            if (step.startsWith(u"set:"_s))
+                g_Extras.SetString(what.section(u'=', 0, 0), what.section(u'=', 1));
+            else if (step.startsWith(u"mark:"_s))
+                g_Deck[what.toInt()].trouble = kCardTrue;
+            else {
+                modrender::CurrentCard = qint16(what.toInt());
+                modrender::ShowCurrentCard();
+            }
+        }
         if (how.first() == u"shuffling"_s)
             g_ShuffleRunning = true;
         if (how.first() == u"idle"_s)
@@ -397,6 +470,30 @@ private Q_SLOTS:
         }
         g_ShuffleRunning = false;
         QCOMPARE(observe(env), changed(before, effect));
+    }
+
+    // Undo goes back step by step, far enough; only the latest steps are kept.
+    void undoGoesBackStepByStep()
+    {
+        TestEnvironment env;
+        StudyDeck(6, {1});
+        modrender::ShowFirstCard();
+        const QStringList start = observe(env);
+        for (int i = 0; i < 60; ++i) {
+            if (i % 3 == 0)
+                modrender::ToggleAnswer();
+            else if (i % 3 == 1)
+                frmMain::Existing()->ToggleTrouble();
+            else
+                modrender::NextCard();
+        }
+        for (int i = 0; i < 60; ++i)
+            frmMain::Existing()->Undo();
+        QCOMPARE(observe(env), start);
+        QVERIFY(!modrender::CanUndo());
+        for (int i = 0; i < modrender::kUndoSteps + 20; ++i)
+            modrender::NextCard();
+        QCOMPARE(modrender::UndoCount(), modrender::kUndoSteps);
     }
 
     // While the deck is shuffled: the progress form over the study window,
