@@ -123,7 +123,10 @@ public:
     MsgResult ShowMessage(const MessageBoxRequest &) override { return MsgResult::OK; }
     std::optional<QString> AskFileName(const FileDialogRequest &) override { return file; }
     std::optional<quint32> AskColor(quint32) override { return std::nullopt; }
-    bool StartProgram(const QString &, const QStringList &) override { return true; }
+    bool StartProgram(const QString &, const QStringList &, const QString &) override
+    {
+        return true;
+    }
     bool OpenDocument(const QString &) override { return true; }
     int ShowModal(QObject *) override { return 0; }
 };

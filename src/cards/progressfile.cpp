@@ -16,6 +16,7 @@ namespace {
 
 const QString kFilter = u"Vocabrix Save File|*.vxs"_s;
 const QString kExtension = u"vxs"_s;
+const QString kPlace = u"progress"_s; // where its dialogs open: see GCommonDialog
 
 // A deck of 32,767 cards with every text at its longest from a chapter file
 // stays far below this; anything larger is not a progress file.
@@ -83,7 +84,8 @@ void SaveProgress()
 {
     Log(u"Writing progress to disk/n"_s);
 
-    const std::optional<QString> chosen = GCommonDialog::AskSave(u"Save As"_s, kFilter, kExtension);
+    const std::optional<QString> chosen =
+            GCommonDialog::AskSave(u"Save As"_s, kFilter, kExtension, {}, kPlace);
     if (!chosen)
         return;
     const QString path = *chosen;
@@ -118,7 +120,7 @@ bool LoadProgress()
     Log(u"Reading saved progress from file/n"_s);
 
     const std::optional<QString> chosen =
-            GCommonDialog::AskOpen(u"Open File"_s, kFilter, kExtension);
+            GCommonDialog::AskOpen(u"Open File"_s, kFilter, kExtension, kPlace);
     if (!chosen)
         return false;
     const QString path = *chosen;

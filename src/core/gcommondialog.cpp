@@ -1,5 +1,7 @@
 #include "core/gcommondialog.h"
 
+#include "core/extrasettings.h"
+#include "core/programstate.h"
 #include "core/prompter.h"
 
 #include <QFileInfo>
@@ -23,29 +25,57 @@ QString GCommonDialog::ToQtFilter(const QString &filter)
     return out.join(u";;"_s);
 }
 
+namespace {
+
+QString folderKey(const QString &place)
+{
+    return u"folder."_s + place;
+}
+
+// Remembers where a file of the kind was chosen, for the next dialog.
+std::optional<QString> remembered(const std::optional<QString> &chosen, const QString &place)
+{
+    if (chosen && !place.isEmpty())
+        g_Extras.SetString(folderKey(place), QFileInfo(*chosen).absolutePath());
+    return chosen;
+}
+
+} // namespace
+
+QString GCommonDialog::StartFolder(const QString &place)
+{
+    const QString last = place.isEmpty() ? QString() : g_Extras.String(folderKey(place));
+    if (!last.isEmpty() && QFileInfo(last).isDir())
+        return last;
+    return g_BaseDirectory;
+}
+
 std::optional<QString> GCommonDialog::AskOpen(const QString &title, const QString &filter,
-                                              const QString &defaultExt)
+                                              const QString &defaultExt, const QString &place)
 {
     GCommonDialog dialog;
     dialog.SetDialogTitle(title);
     dialog.SetFilter(filter);
     dialog.SetDefaultExt(defaultExt);
+    if (!place.isEmpty())
+        dialog.SetFileName(StartFolder(place));
     if (!dialog.ShowOpen())
         return std::nullopt;
-    return dialog.FileName();
+    return remembered(dialog.FileName(), place);
 }
 
 std::optional<QString> GCommonDialog::AskSave(const QString &title, const QString &filter,
-                                              const QString &defaultExt, const QString &start)
+                                              const QString &defaultExt, const QString &start,
+                                              const QString &place)
 {
     GCommonDialog dialog;
     dialog.SetDialogTitle(title);
     dialog.SetFilter(filter);
     dialog.SetDefaultExt(defaultExt);
-    dialog.SetFileName(start);
+    dialog.SetFileName(!start.isEmpty() || place.isEmpty() ? start : StartFolder(place));
     if (!dialog.ShowSave())
         return std::nullopt;
-    return dialog.FileName();
+    return remembered(dialog.FileName(), place);
 }
 
 bool GCommonDialog::ShowOpen()

@@ -26,12 +26,17 @@ public:
     quint32 Color() const { return m_color; }
 
     // The chosen file, or nothing when the user cancelled: the dialog set up
-    // and shown in one call.
+    // and shown in one call. A dialog for a kind of file (place: "progress",
+    // "statistics", "chapter", ...) opens where such a file was last saved or
+    // opened, the first time in the program's home folder.
     static std::optional<QString> AskOpen(const QString &title, const QString &filter,
-                                          const QString &defaultExt = {});
-    static std::optional<QString> AskSave(const QString &title, const QString &filter,
                                           const QString &defaultExt = {},
-                                          const QString &start = {});
+                                          const QString &place = {});
+    static std::optional<QString> AskSave(const QString &title, const QString &filter,
+                                          const QString &defaultExt = {}, const QString &start = {},
+                                          const QString &place = {});
+    // The folder a dialog for that kind of file opens in.
+    static QString StartFolder(const QString &place);
 
     // "A|*.a|B|*.b" -> "A (*.a);;B (*.b)"; a lone pattern is its own description.
     static QString ToQtFilter(const QString &filter);

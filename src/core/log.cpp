@@ -85,7 +85,7 @@ void RegisterWatcher()
     const QString path = g_BaseDirectory + u'/' + ExecutableFileName(u"zeldebug"_s);
     if (QFileInfo(path).isFile()) {
         Log(u" .. execing "_s + path + u" for debugger registration/n"_s);
-        prompter().StartProgram(path, {});
+        prompter().StartProgram(path, {}, QString());
         return;
     }
     MsgBox(u"DEBUG Mode Mismatch"_s,

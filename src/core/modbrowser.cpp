@@ -224,7 +224,7 @@ void OpenUrl(const QString &url)
     QString program = split.file;
     if (program.size() >= 2 && program.startsWith(u'"') && program.endsWith(u'"'))
         program = program.mid(1, program.size() - 2);
-    prompter().StartProgram(program, QProcess::splitCommand(args));
+    prompter().StartProgram(program, QProcess::splitCommand(args), QString());
 }
 
 QString ProductPageUrl()

@@ -25,7 +25,10 @@ public:
     }
     std::optional<QString> AskFileName(const FileDialogRequest &) override { return std::nullopt; }
     std::optional<quint32> AskColor(quint32) override { return std::nullopt; }
-    bool StartProgram(const QString &, const QStringList &) override { return false; }
+    bool StartProgram(const QString &, const QStringList &, const QString &) override
+    {
+        return false;
+    }
     bool OpenDocument(const QString &) override { return false; }
     int ShowModal(QObject *) override { return 0; }
 };

@@ -45,8 +45,10 @@ public:
     virtual std::optional<QString> AskFileName(const FileDialogRequest &request) = 0;
     // The chosen colour as 0x00BBGGRR, or nothing when cancelled.
     virtual std::optional<quint32> AskColor(quint32 initial) = 0;
-    // Starts a program with an argument list (never through a shell).
-    virtual bool StartProgram(const QString &program, const QStringList &arguments) = 0;
+    // Starts a program with an argument list (never through a shell), in a
+    // working folder (empty: the program's own folder).
+    virtual bool StartProgram(const QString &program, const QStringList &arguments,
+                              const QString &workingDirectory) = 0;
     // Opens a file or address with the desktop's handler for it.
     virtual bool OpenDocument(const QString &pathOrUrl) = 0;
     // Shows one of the program's own windows modally (a dialog) and returns

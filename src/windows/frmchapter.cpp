@@ -316,7 +316,8 @@ void frmChapter::SaveFileList()
 void frmChapter::AddChapterFile()
 {
     const std::optional<QString> chosen =
-            GCommonDialog::AskOpen(u"Select File"_s, u"Vocabrix Data File|*.zel"_s, u"zel"_s);
+            GCommonDialog::AskOpen(u"Select File"_s, u"Vocabrix Data File|*.zel"_s, u"zel"_s,
+                                   u"chapter"_s);
     if (!chosen)
         return;
     const QString path = *chosen;
@@ -468,7 +469,8 @@ void frmChapter::StartEditor()
         != MsgResult::Yes)
         return;
     const QString editor = modFolders::ProgramDirectory() + u'/' + ExecutableFileName(u"vxedit"_s);
-    if (!QFileInfo(editor).isFile() || !prompter().StartProgram(editor, {})) {
+    // The editor starts in the home folder, where its file dialogs then open.
+    if (!QFileInfo(editor).isFile() || !prompter().StartProgram(editor, {}, g_BaseDirectory)) {
         MsgBox(u"Editor not Found"_s,
                u"The database editor couldn't be found. If you wish to use this tool, it is "
                "possible "

@@ -117,7 +117,8 @@ void frmMain::ShowSaveProgress()
 
 void frmMain::SaveStatistics()
 {
-    if (const auto chosen = GCommonDialog::AskSave(u"Save Statistics"_s, u"*.txt"_s, u"txt"_s))
+    if (const auto chosen = GCommonDialog::AskSave(u"Save Statistics"_s, u"*.txt"_s, u"txt"_s, {},
+                                                   u"statistics"_s))
         WriteStatistics(*chosen);
 }
 

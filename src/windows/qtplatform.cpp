@@ -105,11 +105,14 @@ std::optional<quint32> QtPrompter::AskColor(quint32 initial)
     return ToOleColor(chosen);
 }
 
-bool QtPrompter::StartProgram(const QString &program, const QStringList &arguments)
+bool QtPrompter::StartProgram(const QString &program, const QStringList &arguments,
+                              const QString &workingDirectory)
 {
     if (program.isEmpty())
         return false;
-    return QProcess::startDetached(program, arguments, QFileInfo(program).absolutePath());
+    return QProcess::startDetached(program, arguments,
+                                   workingDirectory.isEmpty() ? QFileInfo(program).absolutePath()
+                                                              : workingDirectory);
 }
 
 bool QtPrompter::OpenDocument(const QString &pathOrUrl)

@@ -11,7 +11,8 @@ public:
     MsgResult ShowMessage(const MessageBoxRequest &request) override;
     std::optional<QString> AskFileName(const FileDialogRequest &request) override;
     std::optional<quint32> AskColor(quint32 initial) override;
-    bool StartProgram(const QString &program, const QStringList &arguments) override;
+    bool StartProgram(const QString &program, const QStringList &arguments,
+                      const QString &workingDirectory) override;
     bool OpenDocument(const QString &pathOrUrl) override;
     int ShowModal(QObject *window) override;
 };

@@ -666,6 +666,7 @@ private Q_SLOTS:
         FlushDeletes();
         QCOMPARE(m_env->prompter.launches.size(), size_t(1));
         QCOMPARE(m_env->prompter.launches[0].program, programDir() + u'/' + ExecutableFileName(u"vxedit"_s));
+        QCOMPARE(m_env->prompter.launches[0].workingDirectory, m_env->home() + u"/Documents/Vocabrix"_s);
         QVERIFY(g_ProcessReleased); // the program closes for the editor
         QCOMPARE(g_ExitStatus, 0);
     }
@@ -678,16 +679,24 @@ private Q_SLOTS:
         main->HandleKey(39, 0);
         main->HandleKey(32, 0); // card 2 becomes a trouble card
         QVERIFY(g_Deck[1].isTrouble());
-        const QString saved = m_env->path(u"progress.vxs"_s);
+        // The first dialog opens in the home folder, the next where the last
+        // progress file went; the report keeps a folder of its own.
+        QDir().mkpath(m_env->path(u"saves"_s));
+        const QString saved = m_env->path(u"saves/progress.vxs"_s);
         m_env->prompter.fileAnswers = {saved};
         main->mP_sp->trigger();
         QVERIFY(QFileInfo::exists(saved));
+        QCOMPARE(m_env->prompter.fileDialogs.back().fileName, g_BaseDirectory);
+        m_env->prompter.fileAnswers = {std::nullopt};
+        main->mP_ss->trigger();
+        QCOMPARE(m_env->prompter.fileDialogs.back().fileName, g_BaseDirectory);
 
         main->mP_n->trigger();
         FlushDeletes();
         m_env->prompter.fileAnswers = {saved};
         modMain::ChapterWindow()->ToolbarCommand(u"lsaved"_s);
         FlushDeletes();
+        QCOMPARE(m_env->prompter.fileDialogs.back().fileName, m_env->path(u"saves"_s));
         QVERIFY(main->isVisible());
         QVERIFY(!modMain::ChapterWindow());
         QCOMPARE(g_Deck.UBound(), 37);

@@ -49,9 +49,9 @@ std::optional<quint32> FakePrompter::AskColor(quint32)
     return answer;
 }
 
-bool FakePrompter::StartProgram(const QString &program, const QStringList &arguments)
+bool FakePrompter::StartProgram(const QString &program, const QStringList &arguments, const QString &workingDirectory)
 {
-    launches.push_back({program, arguments});
+    launches.push_back({program, arguments, workingDirectory});
     return !program.isEmpty();
 }
 

@@ -31,6 +31,7 @@ public:
     {
         QString program;
         QStringList arguments;
+        QString workingDirectory;
     };
 
     std::vector<MessageBoxRequest> boxes;
@@ -49,7 +50,7 @@ public:
     MsgResult ShowMessage(const MessageBoxRequest &request) override;
     std::optional<QString> AskFileName(const FileDialogRequest &request) override;
     std::optional<quint32> AskColor(quint32 initial) override;
-    bool StartProgram(const QString &program, const QStringList &arguments) override;
+    bool StartProgram(const QString &program, const QStringList &arguments, const QString &workingDirectory) override;
     bool OpenDocument(const QString &pathOrUrl) override;
     int ShowModal(QObject *window) override;
 

@@ -65,7 +65,8 @@ void EditorWindow::OpenChapter()
 {
     if (!MaybeSave())
         return;
-    if (const auto chosen = GCommonDialog::AskOpen(u"Open Chapter"_s, kChapterFilter, u"zel"_s))
+    if (const auto chosen =
+                GCommonDialog::AskOpen(u"Open Chapter"_s, kChapterFilter, u"zel"_s, u"chapter"_s))
         OpenFile(*chosen);
 }
 
@@ -124,7 +125,7 @@ bool EditorWindow::SaveAs()
     if (m_document.ReadOnly())
         return false;
     const auto chosen = GCommonDialog::AskSave(u"Save Chapter As"_s, kChapterFilter, u"zel"_s,
-                                               m_document.Path());
+                                               m_document.Path(), u"chapter"_s);
     return chosen && WriteTo(*chosen);
 }
 
@@ -163,7 +164,8 @@ bool EditorWindow::WriteTo(const QString &path)
 void EditorWindow::ImportCards()
 {
     if (const auto chosen = GCommonDialog::AskOpen(u"Import Cards"_s,
-                                                   u"Card lists|*.tsv;*.txt;*.csv|All files|*"_s))
+                                                   u"Card lists|*.tsv;*.txt;*.csv|All files|*"_s,
+                                                   {}, u"list"_s))
         ImportFile(*chosen);
 }
 
@@ -221,7 +223,7 @@ void EditorWindow::ExportCards()
     const auto chosen =
             GCommonDialog::AskSave(u"Export Cards"_s,
                                    u"Tab-separated text|*.tsv|Comma-separated values|*.csv"_s,
-                                   u"tsv"_s);
+                                   u"tsv"_s, {}, u"list"_s);
     if (!chosen)
         return;
     const QString path = *chosen;

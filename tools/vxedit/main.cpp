@@ -1,4 +1,5 @@
 #include "commandline.h"
+#include "core/modfolders.h"
 #include "core/programstate.h"
 #include "drawing/logicalfont.h"
 #include "drawing/programicon.h"
@@ -9,6 +10,8 @@
 #include <QApplication>
 #include <QFile>
 #include <QIcon>
+
+using namespace Qt::Literals::StringLiterals;
 
 int main(int argc, char *argv[])
 {
@@ -35,6 +38,10 @@ int main(int argc, char *argv[])
     QtPrompter prompter;
     SetPrompter(&prompter);
     ConnectKorvaToProgram();
+    // Its file dialogs open first where Vocabrix keeps its files, wherever
+    // the editor was started from.
+    if (const QString documents = modFolders::DocumentsFolder(); !documents.isEmpty())
+        g_BaseDirectory = documents + u"Vocabrix"_s;
 
     EditorWindow window;
     window.show();
