@@ -4,6 +4,8 @@
 #include "cards/progressfile.h"
 #include "cards/shuffler.h"
 #include "cards/statistics.h"
+#include "cardtext.h"
+#include "commandline.h"
 #include "controls/widgetsurface.h"
 #include "core/programstate.h"
 #include "drawing/logicalfont.h"
@@ -18,12 +20,16 @@
 #include "windows/modrender.h"
 
 #include <QApplication>
+#include <QBuffer>
 #include <QElapsedTimer>
 #include <QFile>
 #include <QLineEdit>
+#include <QProcess>
 #include <QTemporaryDir>
 #include <QTextStream>
 #include <QWidget>
+
+#include <sys/resource.h>
 
 #include <algorithm>
 #include <functional>
@@ -66,6 +72,70 @@ void writeChapter(const QString &path, int cards)
     db.SaveAs(path);
 }
 
+// A list as another flash-card program exports it, with HTML in every field:
+// 32,000 cards, about 10 MB, every card fitting a chapter once its markup is
+// gone.
+QByteArray htmlList()
+{
+    QByteArray list = "#separator:tab\n#html:true\n#deck column:1\n";
+    for (int i = 0; i < 32000; ++i)
+        list += "Deutsch::Kapitel " + QByteArray::number(i % 40)
+                + "\t<div class=\"front\" style=\"font-family:Arial;font-size:20px;color:#202020\">"
+                  "<b>Gr&uuml;&szlig;e</b>&nbsp;Nr.&nbsp;"
+                + QByteArray::number(i)
+                + "</div>\t<span style=\"color:#1a1a1a\">greetings &#8211; no. "
+                + QByteArray::number(i)
+                + "<br/>&quot;kisses&quot; &amp; hugs</span>\t<i>pl.&nbsp;die Gr&uuml;&szlig;e</i>&nbsp;"
+                  "&middot;&nbsp;<small class=\"grammar\">f.</small>\n";
+    return list;
+}
+
+int importList(const QString &list, const QString &chapter)
+{
+    QBuffer out, err;
+    out.open(QIODevice::WriteOnly);
+    err.open(QIODevice::WriteOnly);
+    return commandline::Run({u"import"_s, list, u"-o"_s, chapter}, out, err);
+}
+
+void benchImport(const QTemporaryDir &dir)
+{
+    const QString list = dir.filePath(u"export.txt"_s), chapter = dir.filePath(u"imported.zel"_s);
+    const QByteArray bytes = htmlList();
+    QFile f(list);
+    f.open(QIODevice::WriteOnly);
+    f.write(bytes);
+    f.close();
+    const double mib = double(bytes.size()) / (1024 * 1024);
+    report(u"import a %1 MiB list with HTML (32,000 cards)"_s.arg(mib, 0, 'f', 1),
+           medianMs([] {}, [&] { importList(list, chapter); }), 3000);
+
+    // The editor's own process, for its peak memory.
+    QProcess vxedit;
+    vxedit.start(QCoreApplication::applicationDirPath() + u"/vxedit"_s,
+                 {u"import"_s, list, u"-o"_s, chapter});
+    vxedit.waitForFinished(-1);
+    struct rusage usage
+    {
+    };
+    getrusage(RUSAGE_CHILDREN, &usage);
+    QTextStream(stdout) << u"  vxedit import: exit %1, peak memory %2 MiB for the %3 MiB list\n"_s
+                                   .arg(vxedit.exitCode())
+                                   .arg(double(usage.ru_maxrss) / 1024, 0, 'f', 1)
+                                   .arg(mib, 0, 'f', 1);
+
+    // One field of 200,000 entities.
+    const QByteArray field = "#html:true\nq\t" + QByteArray("&#252;").repeated(200000) + "\n";
+    std::vector<cardtext::Row> rows;
+    report(u"read one HTML field of 200,000 entities"_s,
+           medianMs([] {},
+                    [&] {
+                        cardtext::Parse(field, cardtext::DetectLayout(field, u"x.txt"_s), rows,
+                                        nullptr);
+                    }),
+           1000);
+}
+
 class NoWindow final : public ShuffleHost
 {
 public:
@@ -92,6 +162,7 @@ int main(int argc, char *argv[])
     InstallFontSubstitutes();
     ResetProgramState();
     QTemporaryDir dir;
+    benchImport(dir);
     const QString chapter = dir.filePath(u"big.zel"_s);
     writeChapter(chapter, 32767);
 
