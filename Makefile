@@ -7,7 +7,14 @@ DEBUG_DIR := build/debug
 
 FUZZ_SECONDS ?= 60
 FUZZ_DIR := build/fuzz
-FUZZ_TARGETS := fuzz_korva fuzz_progress fuzz_cardtext
+FUZZ_TARGETS := fuzz_korva fuzz_progress fuzz_chapter fuzz_settings fuzz_cardtext
+# Inputs up to these sizes (bytes): files of hundreds of records, lists of
+# thousands of lines.
+FUZZ_MAX_LEN_korva := 65536
+FUZZ_MAX_LEN_progress := 65536
+FUZZ_MAX_LEN_chapter := 65536
+FUZZ_MAX_LEN_settings := 65536
+FUZZ_MAX_LEN_cardtext := 262144
 
 PREFIX ?= /usr/local
 
@@ -72,7 +79,9 @@ bench: deps $(RELEASE_DIR)/CMakeCache.txt
 	cmake --build $(RELEASE_DIR) -j $(JOBS) --target vocabrix_bench
 	./$(RELEASE_DIR)/vocabrix_bench
 
-# Runs each file reader's fuzz target for FUZZ_SECONDS (clang's libFuzzer).
+# Runs each reader's fuzz target for FUZZ_SECONDS (clang's libFuzzer), leaks
+# included. Seeds in fuzz/seeds/NAME; what the fuzzer finds grows in
+# build/fuzz/corpus/NAME.
 fuzz: deps
 	@bash scripts/install-deps.sh --fuzz
 	cmake -S . -B $(FUZZ_DIR) -DCMAKE_CXX_COMPILER=clang++ -DCMAKE_BUILD_TYPE=RelWithDebInfo \
@@ -80,9 +89,14 @@ fuzz: deps
 	cmake --build $(FUZZ_DIR) -j $(JOBS) --target $(FUZZ_TARGETS)
 	@for t in $(FUZZ_TARGETS); do \
 		name=$${t#fuzz_}; mkdir -p $(FUZZ_DIR)/corpus/$$name; \
+		case $$name in \
+			korva) len=$(FUZZ_MAX_LEN_korva);; progress) len=$(FUZZ_MAX_LEN_progress);; \
+			chapter) len=$(FUZZ_MAX_LEN_chapter);; settings) len=$(FUZZ_MAX_LEN_settings);; \
+			*) len=$(FUZZ_MAX_LEN_cardtext);; \
+		esac; \
 		echo "== $$t"; \
-		ASAN_OPTIONS=detect_leaks=0 ./$(FUZZ_DIR)/$$t -max_total_time=$(FUZZ_SECONDS) -rss_limit_mb=1024 \
-			$(FUZZ_DIR)/corpus/$$name fuzz/seeds/$$name || exit 1; \
+		ASAN_OPTIONS=detect_leaks=1 ./$(FUZZ_DIR)/$$t -max_total_time=$(FUZZ_SECONDS) -max_len=$$len -rss_limit_mb=1024 \
+			-print_final_stats=1 $(FUZZ_DIR)/corpus/$$name fuzz/seeds/$$name || exit 1; \
 	done
 
 # Puts single faults into the code of MUTATE_DIR (folders, or `all`) and reports how

@@ -11,6 +11,8 @@
 #include "cards/progressfile.h"
 #include "cards/shuffler.h"
 #include "cards/statistics.h"
+#include "cardtext.h"
+#include "commandline.h"
 #include "controls/widgetsurface.h"
 #include "core/pause.h"
 #include "core/programstate.h"
@@ -29,6 +31,7 @@
 #include "windows/modrender.h"
 
 #include <QApplication>
+#include <QBuffer>
 #include <QDir>
 #include <QElapsedTimer>
 #include <QFile>
@@ -138,6 +141,83 @@ public:
     void Sleep(int) override {}
     void ProcessEvents() override { QCoreApplication::processEvents(); }
 };
+
+// A list as another flash-card program exports it, with HTML in every field:
+// 32,000 cards, about 10 MB, every card fitting a chapter once its markup is
+// gone.
+QByteArray htmlList()
+{
+    QByteArray list = "#separator:tab\n#html:true\n#deck column:1\n";
+    for (int i = 0; i < 32000; ++i)
+        list += "Deutsch::Kapitel " + QByteArray::number(i % 40)
+                + "\t<div class=\"front\" style=\"font-family:Arial;font-size:20px;color:#202020\">"
+                  "<b>Gr&uuml;&szlig;e</b>&nbsp;Nr.&nbsp;"
+                + QByteArray::number(i)
+                + "</div>\t<span style=\"color:#1a1a1a\">greetings &#8211; no. "
+                + QByteArray::number(i)
+                + "<br/>&quot;kisses&quot; &amp; hugs</span>\t<i>pl.&nbsp;die Gr&uuml;&szlig;e</i>&nbsp;"
+                  "&middot;&nbsp;<small class=\"grammar\">f.</small>\n";
+    return list;
+}
+
+int importList(const QString &list, const QString &chapter)
+{
+    QBuffer out, err;
+    out.open(QIODevice::WriteOnly);
+    err.open(QIODevice::WriteOnly);
+    return commandline::Run({u"import"_s, list, u"-o"_s, chapter}, out, err);
+}
+
+void benchImport(const QTemporaryDir &dir)
+{
+    const QString list = dir.filePath(u"export.txt"_s), chapter = dir.filePath(u"imported.zel"_s);
+    const QByteArray bytes = htmlList();
+    QFile f(list);
+    f.open(QIODevice::WriteOnly);
+    f.write(bytes);
+    f.close();
+    const double mib = double(bytes.size()) / (1024 * 1024);
+    // Its floor: the list read and cut into fields by a hand loop.
+    const double handSplit = medianMs([] {},
+                                      [&] {
+                                          qsizetype fields = 0;
+                                          for (const QByteArray &line : plainRead(list).split('\n'))
+                                              fields += line.split('\t').size();
+                                          Q_UNUSED(fields);
+                                      });
+    report(u"import a %1 MiB list with HTML (32,000 cards)"_s.arg(mib, 0, 'f', 1),
+           medianMs([] {}, [&] { importList(list, chapter); }, 3), handSplit, u"a few seconds"_s);
+
+    // The editor's own process, for its peak memory.
+    QProcess vxedit;
+    vxedit.start(QCoreApplication::applicationDirPath() + u"/vxedit"_s,
+                 {u"import"_s, list, u"-o"_s, chapter});
+    vxedit.waitForFinished(-1);
+    struct rusage usage
+    {
+    };
+    getrusage(RUSAGE_CHILDREN, &usage);
+    report(u"  its peak memory in a vxedit process (exit %1)"_s.arg(vxedit.exitCode()),
+           double(usage.ru_maxrss) / 1024, mib, u"a few times the list"_s, u"MiB"_s);
+
+    // One field of 200,000 entities.
+    const QByteArray field = "#html:true\nq\t" + QByteArray("&#252;").repeated(200000) + "\n";
+    std::vector<cardtext::Row> rows;
+    const double handScan = medianMs([] {},
+                                     [&] {
+                                         qsizetype amps = 0;
+                                         for (char c : field)
+                                             amps += c == '&';
+                                         Q_UNUSED(amps);
+                                     });
+    report(u"read one HTML field of 200,000 entities"_s,
+           medianMs([] {},
+                    [&] {
+                        cardtext::Parse(field, cardtext::DetectLayout(field, u"x.txt"_s), rows,
+                                        nullptr);
+                    }),
+           handScan, u"linear (was 76 s)"_s);
+}
 
 class NoWindow final : public ShuffleHost
 {
@@ -309,6 +389,7 @@ int main(int argc, char *argv[])
     out() << u"figure"_s.leftJustified(50) << u"median"_s.rightJustified(9)
           << u"floor"_s.rightJustified(9) << u"ratio"_s.rightJustified(8)
           << u"  unit budget or goal"_s << Qt::endl;
+    benchImport(dir);
 
     report(u"mount and load a chapter of 32,767 cards"_s,
            medianMs([] { g_Deck.Reset(); }, [&] { LoadChapterFile(chapter, u"big"_s); }),

@@ -12,6 +12,7 @@
 #include "core/prompter.h"
 #include "core/rounding.h"
 #include "core/version.h"
+#include "korva/diskfile.h"
 #include "korva/ikorvalite.h"
 #include "settings/r_data.h"
 #include "settings/settingskeys.h"
@@ -304,7 +305,8 @@ void DestroySystem(qint16 code, bool keepRunning, int exitStatus)
     Log(u"KORVA Platform release successful/n"_s);
 
     if (g_DeleteMasterOnExit) {
-        QFile::remove(MasterPath());
+        if (korva::inspectPath(MasterPath()).kind == korva::PathKind::Regular)
+            QFile::remove(MasterPath());
         // Every setting goes, the additions' too.
         QFile::remove(ExtraSettings::Path());
         g_Extras.Clear();
@@ -392,16 +394,16 @@ qint32 DetectWindowsVersion(qint32 &major, qint32 &minor, qint32 &build)
 
 void WriteUpdaterFile()
 {
-    // Installed for every user, the program's folder is not the user's to
-    // write: the file is left as it is, without a box at every start.
-    if (!QFileInfo(modFolders::ProgramDirectory()).isWritable())
-        return;
+    // The program directory is often not the user's to write (an installed
+    // program that was once run as root): a failure here is logged, never
+    // shown, and start-up goes on.
     const QString path =
             modFolders::ProgramDirectory() + u'/' + QString::fromUtf16(version::kTitle) + u".upd"_s;
-    if (QFile::exists(path))
+    if (korva::inspectPath(path).kind == korva::PathKind::Regular)
         QFile::remove(path);
     ikorvalite updater;
-    updater.Mount(path, false);
+    updater.SetQuiet(true);
+    const bool mounted = updater.Mount(path, false);
     updater.SetValue(u"app_title"_s, QString::fromUtf16(version::kTitle), 0, QString());
     // Major, minor and revision run together: the updater compares them so.
     updater.SetValue(u"app_current_version"_s,
@@ -409,7 +411,9 @@ void WriteUpdaterFile()
                              + QString::number(version::kRevision),
                      0, QString());
     updater.SetValue(u"app_desc"_s, u"This is a vocabulary flash cards program"_s, 0, QString());
-    updater.Save();
+    if (!mounted || !updater.Save())
+        Log(u" .. the updater file '"_s + path + u"' couldn't be written: "_s + updater.LastError()
+            + u"/n"_s);
     updater.Unmount();
     Log(u"updater file generated/n"_s);
 }

@@ -27,15 +27,16 @@ void refuse(const QString &title, const QString &text)
 
 void LoadChapterFile(const QString &path, const QString &chapterName)
 {
-    const QString mountFailed = u"The file '"_s + path + u"' couldn't be mounted!"_s;
-    // A chapter that vanished since it was listed is not created anew.
+    const QString loadFailed = u"The file '"_s + path + u"' can't be loaded!"_s;
+    // A chapter that vanished since it was listed (or that is no file at all)
+    // has no cards to load, and is not created anew by mounting it.
     if (!ikorvalite::FileExists(path)) {
-        refuse(u"Can't mount file"_s, mountFailed);
+        refuse(u"Can't load file"_s, loadFailed);
         return;
     }
     ikorvalite db;
     if (!db.Mount(path, false)) {
-        refuse(u"Can't mount file"_s, mountFailed);
+        refuse(u"Can't mount file"_s, u"The file '"_s + path + u"' couldn't be mounted!"_s);
         return;
     }
 
@@ -43,7 +44,7 @@ void LoadChapterFile(const QString &path, const QString &chapterName)
     const int last = db.LastIndex();
     // Deliberately also refuses a chapter of exactly one entry.
     if (!(first < last)) {
-        refuse(u"Can't load file"_s, u"The file '"_s + path + u"' can't be loaded!"_s);
+        refuse(u"Can't load file"_s, loadFailed);
         return;
     }
 

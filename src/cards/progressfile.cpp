@@ -5,10 +5,7 @@
 #include "core/log.h"
 #include "core/prompter.h"
 #include "korva/bytestream.h"
-
-#include <QFile>
-#include <QFileInfo>
-#include <QSaveFile>
+#include "korva/diskfile.h"
 
 using namespace Qt::Literals::StringLiterals;
 
@@ -47,7 +44,8 @@ bool WriteProgressImage(const Deck &deck, QByteArray &out, QString *error)
     return true;
 }
 
-bool ReadProgressImage(QByteArrayView data, std::vector<Card> &cards, QString *error)
+bool ReadProgressImage(QByteArrayView data, std::vector<Card> &cards, QString *error,
+                       qsizetype *used)
 {
     auto fail = [error](const QString &why) {
         if (error)
@@ -74,8 +72,9 @@ bool ReadProgressImage(QByteArrayView data, std::vector<Card> &cards, QString *e
         if (!r.ok())
             return fail(u"it ends inside card %1 of %2"_s.arg(i + 1).arg(count + 1));
     }
-    if (r.remaining() > 0)
-        return fail(u"it has %1 bytes after its last card"_s.arg(r.remaining()));
+    // Whatever follows the last card is not read.
+    if (used)
+        *used = r.position();
     cards = std::move(read);
     return true;
 }
@@ -94,14 +93,8 @@ void SaveProgress()
     // anything that stops this save.
     QByteArray image;
     QString error;
-    bool written = WriteProgressImage(g_Deck, image, &error);
-    if (written) {
-        QSaveFile file(path);
-        written = file.open(QIODevice::WriteOnly) && file.write(image) == image.size()
-                && file.commit();
-        if (!written)
-            error = file.errorString();
-    }
+    const bool written =
+            WriteProgressImage(g_Deck, image, &error) && korva::saveFile(path, image, &error);
     if (!written) {
         MsgBox(u"Progress Not Saved"_s,
                u"The progress file '"_s + path + u"' couldn't be written: "_s + error
@@ -124,7 +117,8 @@ bool LoadProgress()
     if (!chosen)
         return false;
     const QString path = *chosen;
-    if (!QFileInfo(path).isFile())
+    // A file that is not there is no error; anything but a file is, below.
+    if (korva::inspectPath(path).kind == korva::PathKind::Missing)
         return false;
 
     // The extension is compared exactly: "VXS" is refused too.
@@ -137,21 +131,19 @@ bool LoadProgress()
     // The whole file is read and checked before the deck is touched, so a
     // damaged file loses nothing.
     std::vector<Card> cards;
+    QByteArray data;
     QString error;
-    QFile file(path);
-    bool ok = file.open(QIODevice::ReadOnly);
-    if (!ok) {
-        error = file.errorString();
-    } else if (file.size() > kMaxProgressFileSize) {
-        ok = false;
+    bool ok = false;
+    switch (korva::readFile(path, kMaxProgressFileSize, data, &error)) {
+    case korva::ReadStatus::Ok:
+        ok = ReadProgressImage(data, cards, &error);
+        break;
+    case korva::ReadStatus::TooLarge:
         error = u"it is far larger than any progress file"_s;
-    } else {
-        const QByteArray data = file.readAll();
-        ok = file.error() == QFileDevice::NoError;
-        if (!ok)
-            error = file.errorString();
-        else
-            ok = ReadProgressImage(data, cards, &error);
+        break;
+    case korva::ReadStatus::Missing:
+    case korva::ReadStatus::Failed:
+        break;
     }
     if (!ok) {
         MsgBox(u"Damaged Progress File"_s,

@@ -20,9 +20,10 @@ class Deck;
 // cannot be stored.
 bool WriteProgressImage(const Deck &deck, QByteArray &out, QString *error);
 
-// Parses a whole file; false with a reason (and cards untouched) when it is
-// short, damaged or has bytes after its last record.
-bool ReadProgressImage(QByteArrayView data, std::vector<Card> &cards, QString *error);
+// Parses a file; false with a reason (and cards untouched) when it is short or
+// damaged. Bytes after the last card are not read; used tells where it ended.
+bool ReadProgressImage(QByteArrayView data, std::vector<Card> &cards, QString *error,
+                       qsizetype *used = nullptr);
 
 // Asks for a file and writes the deck to it.
 void SaveProgress();

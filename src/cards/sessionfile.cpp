@@ -111,9 +111,9 @@ bool Read(std::vector<Card> &cards, State &state, QString *error)
 {
     QByteArray stateText, image;
     QString why;
-    if (!korva::readFile(StatePath(), kMaxStateSize, stateText, &why))
+    if (korva::readFile(StatePath(), kMaxStateSize, stateText, &why) != korva::ReadStatus::Ok)
         return fail(error, kStateName + u": "_s + why);
-    if (!korva::readFile(DeckPath(), kMaxDeckSize, image, &why))
+    if (korva::readFile(DeckPath(), kMaxDeckSize, image, &why) != korva::ReadStatus::Ok)
         return fail(error, kDeckName + u": "_s + why);
 
     const keyvalue::Pairs pairs = keyvalue::Parse(stateText);

@@ -3,9 +3,9 @@
 #include "cards/deck.h"
 #include "core/prompter.h"
 #include "core/version.h"
+#include "korva/diskfile.h"
 
 #include <QLocale>
-#include <QSaveFile>
 
 using namespace Qt::Literals::StringLiterals;
 
@@ -124,10 +124,10 @@ QString StatisticsReport(const Deck &deck, const QDate &date)
 bool WriteStatistics(const QString &path)
 {
     const QByteArray text = StatisticsReport(g_Deck, QDate::currentDate()).toUtf8();
-    QSaveFile file(path);
-    if (!file.open(QIODevice::WriteOnly) || file.write(text) != text.size() || !file.commit()) {
+    QString error;
+    if (!korva::saveFile(path, text, &error)) {
         MsgBox(u"Statistics Not Saved"_s,
-               u"The statistics file '"_s + path + u"' couldn't be written: "_s + file.errorString()
+               u"The statistics file '"_s + path + u"' couldn't be written: "_s + error
                        + u". Nothing was changed on disk."_s,
                MsgIcon::Exclamation, MsgButtons::OK);
         return false;

@@ -20,8 +20,9 @@ QString ExtraSettings::Path()
 void ExtraSettings::Load()
 {
     QByteArray text;
-    m_pairs = korva::readFile(Path(), kMaxFileSize, text, nullptr) ? keyvalue::Parse(text)
-                                                                   : keyvalue::Pairs();
+    m_pairs = korva::readFile(Path(), kMaxFileSize, text, nullptr) == korva::ReadStatus::Ok
+            ? keyvalue::Parse(text)
+            : keyvalue::Pairs();
     m_dirty = false;
 }
 

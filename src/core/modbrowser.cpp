@@ -3,6 +3,7 @@
 #include "core/log.h"
 #include "core/modfolders.h"
 #include "core/prompter.h"
+#include "korva/diskfile.h"
 
 #include <QDir>
 #include <QFile>
@@ -74,14 +75,12 @@ QString dataHome()
 // The value of key in [group] of a desktop-style ini file, or empty.
 QString iniValue(const QString &path, const QString &group, const QString &key)
 {
-    QFile file(path);
-    if (!file.open(QIODevice::ReadOnly | QIODevice::Text))
-        return {};
-    if (file.size() > 4 * 1024 * 1024)
+    QByteArray data;
+    if (korva::readFile(path, 4 * 1024 * 1024, data, nullptr) != korva::ReadStatus::Ok)
         return {};
     const QString header = u'[' + group + u']';
     bool inGroup = false;
-    const QStringList lines = QString::fromUtf8(file.readAll()).split(u'\n');
+    const QStringList lines = QString::fromUtf8(data).split(u'\n');
     for (const QString &raw : lines) {
         const QString line = raw.trimmed();
         if (line.startsWith(u'[')) {

@@ -1,12 +1,9 @@
 #include "korva/ikorvalite.h"
 
+#include "korva/diskfile.h"
 #include "korva/korvahooks.h"
 
-#include <QFile>
 #include <QFileInfo>
-#include <QSaveFile>
-
-#include <optional>
 
 using namespace Qt::Literals::StringLiterals;
 
@@ -37,37 +34,32 @@ bool ikorvalite::Mount(const QString &path, bool headerOnly)
         return false;
     }
 
-    if (FileExists(path)) {
-        QFile file(path);
-        if (!file.open(QIODevice::ReadOnly)) {
-            m_lastError = file.errorString();
-            return false;
-        }
-        if (file.size() > korva::kMaxFileSize) {
-            m_lastError = u"the file is larger than any KORVA file can be"_s;
-            return false;
-        }
-        // One read, then parse from memory.
-        const QByteArray data = headerOnly ? file.read(korva::kRecordLength) : file.readAll();
-        if (file.error() != QFileDevice::NoError) {
-            m_lastError = file.errorString();
-            return false;
-        }
+    // Only a regular file is read; a pipe or a device is refused before it
+    // is opened, and a file that is not there is created (empty until Save).
+    QByteArray data;
+    QString error;
+    switch (korva::readFile(path, korva::kMaxFileSize, data, &error)) {
+    case korva::ReadStatus::Ok:
         if (!korva::parseFile(data, headerOnly, m_header, m_entries, &m_lastError))
             return false;
-    } else {
+        break;
+    case korva::ReadStatus::TooLarge:
+        m_lastError = u"the file is larger than any KORVA file can be"_s;
+        return false;
+    case korva::ReadStatus::Failed:
+        m_lastError = error;
+        return false;
+    case korva::ReadStatus::Missing:
         log(u"the specified file doesn't exist, creating new/n"_s);
-        QFile file(path);
-        if (!file.open(QIODevice::WriteOnly)) {
-            m_lastError = file.errorString();
+        if (!korva::createNewFile(path, &m_lastError))
             return false;
-        }
         m_header.description = u"KORVA Database File; KORVA Lite version"_s;
         m_header.count = 0;
         m_header.format = 4;
         m_entries.assign(1, korva::Entry());
         log(u"file created/n"_s);
         log(u"file mounted/n"_s);
+        break;
     }
     m_path = path;
     m_mounted = true;
@@ -103,17 +95,15 @@ bool ikorvalite::SaveAs(const QString &path)
 
 bool ikorvalite::WriteTo(const QString &path)
 {
-    m_header.count = LastIndex();
-
     // Everything is checked before the disk is touched: a refused save leaves
-    // the file as it was.
+    // the file, and the count, as they were.
     QByteArray image;
     QString error;
     const bool fits = korva::serializeFile(m_header, m_entries, image, &error);
 
     auto refuse = [&](const QString &why) {
         m_lastError = why;
-        if (korva::hooks().warn)
+        if (!m_quiet && korva::hooks().warn)
             korva::hooks().warn(u"Can't save file"_s,
                                 u"The file '"_s + path + u"' couldn't be saved: "_s + why
                                         + u". The file on disk was not changed."_s);
@@ -122,10 +112,10 @@ bool ikorvalite::WriteTo(const QString &path)
     if (!fits)
         return refuse(error);
 
-    std::optional<QFileDevice::Permissions> readOnlyPermissions;
+    korva::SaveOptions options;
     const QFileInfo info(path);
     if (info.isFile() && !(info.permissions() & QFileDevice::WriteOwner)) {
-        const bool overwrite = korva::hooks().askYesNo
+        const bool overwrite = !m_quiet && korva::hooks().askYesNo
                 && korva::hooks().askYesNo(
                         u"Readonly File Detected"_s,
                         u"The specified file is readonly. Do you want to save to this location anyways?"_s);
@@ -133,19 +123,12 @@ bool ikorvalite::WriteTo(const QString &path)
             m_lastError = u"the file is read-only"_s;
             return false;
         }
-        readOnlyPermissions = info.permissions();
-        QFile::setPermissions(path,
-                              info.permissions() | QFileDevice::WriteOwner
-                                      | QFileDevice::WriteUser);
+        options.ownerWritable = true;
     }
 
-    QSaveFile out(path);
-    if (!out.open(QIODevice::WriteOnly) || out.write(image) != image.size() || !out.commit()) {
-        const QString why = out.errorString();
-        if (readOnlyPermissions)
-            QFile::setPermissions(path, *readOnlyPermissions);
-        return refuse(why);
-    }
+    if (!korva::saveFile(path, image, &error, options))
+        return refuse(error);
+    m_header.count = LastIndex();
     return true;
 }
 

@@ -69,6 +69,10 @@ public:
     QString Path() const { return m_path; }
     // Why the last Mount or Save failed.
     QString LastError() const { return m_lastError; }
+    // A quiet instance asks nothing and warns of nothing: a read-only file is
+    // left alone, and a failed save is only kept in LastError(). For files
+    // the user never chose, such as the updater file.
+    void SetQuiet(bool quiet) { m_quiet = quiet; }
 
 private:
     int FindKey(const QString &key) const;
@@ -80,5 +84,6 @@ private:
     std::vector<korva::Entry> m_entries;
     QString m_path;
     bool m_mounted = false;
+    bool m_quiet = false;
     QString m_lastError;
 };

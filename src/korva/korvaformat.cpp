@@ -89,20 +89,22 @@ bool parseFile(QByteArrayView data, bool headerOnly, Header &header, std::vector
         return true;
     }
 
+    // Entries 0 .. count follow the header; what comes after them is not
+    // read. A file that ends right after the header of an empty database
+    // lacks only its empty placeholder.
     std::vector<Entry> table(size_t(h.count) + 1);
     for (int i = 0; i <= h.count; ++i) {
         const qsizetype offset = qsizetype(i + 1) * kRecordLength;
-        if (offset >= data.size())
+        if (offset >= data.size()) {
+            if (h.count == 0)
+                break;
             return fail(u"the file ends after %1 of its %2 entries"_s.arg(i).arg(h.count));
+        }
         const QByteArrayView slot =
                 data.sliced(offset, qMin<qsizetype>(kRecordLength, data.size() - offset));
         if (!readEntry(slot, table[size_t(i)]))
             return fail(u"entry %1 is damaged"_s.arg(i));
     }
-    const qsizetype expected = qsizetype(h.count + 2) * kRecordLength;
-    if (data.size() > expected)
-        return fail(u"the file has %1 bytes after its last entry"_s.arg(data.size() - expected));
-
     header = h;
     entries = std::move(table);
     return true;

@@ -50,8 +50,10 @@ qsizetype entryRecordSize(const Entry &entry);
 inline constexpr qint64 kMaxFileSize = qint64(kRecordLength) * (kMaxEntries + 2);
 
 // Parses a file image. With headerOnly only record 1 is read. An empty image is
-// an empty database (all header fields zero). On failure returns false with a
-// reason in error and leaves header and entries untouched.
+// an empty database (all header fields zero), and so is a header of count 0
+// without its placeholder. Bytes after entry count are ignored; a record cut
+// short is damage. On failure returns false with a reason in error and leaves
+// header and entries untouched.
 bool parseFile(QByteArrayView data, bool headerOnly, Header &header, std::vector<Entry> &entries,
                QString *error);
 

@@ -822,13 +822,13 @@ private Q_SLOTS:
                                          << keptState(deck,
                                                       "card=0\nside=back\nfirst_side=question\ntrouble_only=true\n")
                                          << u"lastsession.txt is damaged"_s;
-        QTest::newRow("no state") << deck << QByteArray() << u"lastsession.txt: the file is not there"_s;
+        QTest::newRow("no state") << deck << QByteArray() << u"lastsession.txt: no such file"_s;
         QTest::newRow("not a session") << deck << QByteArray("\x01\x02junk")
                                        << u"lastsession.txt is not a session this version keeps"_s;
         QTest::newRow("a folder for the deck")
-                << QByteArray("folder") << keptState(deck, fine) << u"lastsession.vxs: it is not a regular file"_s;
+                << QByteArray("folder") << keptState(deck, fine) << u"lastsession.vxs: it is a folder, not a file"_s;
         QTest::newRow("a FIFO for the deck")
-                << QByteArray("fifo") << keptState(deck, fine) << u"lastsession.vxs: it is not a regular file"_s;
+                << QByteArray("fifo") << keptState(deck, fine) << u"lastsession.vxs: it is a named pipe, not a file"_s;
     }
     void damagedSessionSetAside()
     {

@@ -1,9 +1,17 @@
 #include "korva/bytestream.h"
 #include "korva/cp1252.h"
+#include "korva/diskfile.h"
 #include "korva/korvahooks.h"
 #include "testsupport.h"
 
 #include <QFile>
+
+#include <cerrno>
+
+#include <fcntl.h>
+#include <sys/file.h>
+#include <sys/mount.h>
+#include <unistd.h>
 
 using namespace Qt::Literals::StringLiterals;
 
@@ -37,7 +45,11 @@ private Q_SLOTS:
         hooks.warn = [this](const QString &t, const QString &x) { m_warnings.emplace_back(t, x); };
         korva::setHooks(hooks);
     }
-    void cleanup() { korva::setHooks({}); }
+    void cleanup()
+    {
+        korva::setHooks({});
+        korva::setSaveFault({});
+    }
 
     void codec_data()
     {
@@ -202,6 +214,13 @@ private Q_SLOTS:
         QCOMPARE(db.Title(), u"Titel"_s);
         QCOMPARE(db.Count(), 2);
         QCOMPARE(db.LastIndex(), 0); // entries not read
+
+        // A save that does not happen leaves the count as it was.
+        QFile::setPermissions(path(u"h.zel"_s), QFileDevice::ReadOwner);
+        QVERIFY(!db.Save());
+        QCOMPARE(m_questions.size(), size_t(1));
+        QCOMPARE(db.Count(), 2);
+        QFile::setPermissions(path(u"h.zel"_s), QFileDevice::ReadOwner | QFileDevice::WriteOwner);
     }
 
     void secondMountRefused()
@@ -228,7 +247,6 @@ private Q_SLOTS:
         QTest::newRow("negative count") << bytes::header("d", 4, -3) + bytes::placeholder();
         QTest::newRow("entries missing") << bytes::header("d", 4, 5) + bytes::placeholder();
         QTest::newRow("cut inside the last entry") << good.left(good.size() - 128 + 4);
-        QTest::newRow("bytes after the last entry") << good + QByteArray("junk");
         QTest::newRow("entry text runs past its record") << bytes::header("d", 4, 1) + bytes::placeholder()
                         + (bytes::text("key") + bytes::i16(-1) + bytes::i16(500) + QByteArray(121, 'y'));
         QTest::newRow("count claims more than the file can be")
@@ -248,25 +266,40 @@ private Q_SLOTS:
         QCOMPARE(ReadFileBytes(path(u"bad.zel"_s)), file); // nor on disk
     }
 
-    void shortLastRecordAccepted()
+    // The reader takes the header and entries 0 .. count and nothing else; a
+    // save writes them back whole, each record padded to its slot.
+    void filesThatMount_data()
     {
-        // A last record that stops after its fields, without filler, still reads.
-        const QByteArray file = bytes::header("d", 4, 1) + bytes::placeholder() + bytes::text("a") + bytes::i16(-1)
-                + bytes::text("b") + bytes::i32(0) + bytes::text({});
-        WriteFileBytes(path(u"short.zel"_s), file);
-        ikorvalite db;
-        QVERIFY2(db.Mount(path(u"short.zel"_s), false), qPrintable(db.LastError()));
-        QCOMPARE(db.GetText(u"a"_s).value, u"b"_s);
+        QTest::addColumn<QByteArray>("file");
+        QTest::addColumn<int>("lastIndex");
+        QTest::addColumn<QByteArray>("written");
+        const QByteArray good = bytes::header("d", 4, 1) + bytes::placeholder() + bytes::entry("a", -1, "b", 0, {});
+        QTest::newRow("empty file") << QByteArray() << 0 << bytes::header({}, 0, 0) + bytes::placeholder();
+        QTest::newRow("last record without filler") << good.left(2 * 128) + bytes::text("a") + bytes::i16(-1)
+                        + bytes::text("b") + bytes::i32(0)
+                        + bytes::text({}) << 1 << good;
+        QTest::newRow("bytes after the last entry") << good + "junk" << 1 << good;
+        QTest::newRow("a zero record after the last entry") << good + QByteArray(128, '\0') << 1 << good;
+        QTest::newRow("header without its placeholder")
+                << bytes::header("d", 4, 0) << 0 << bytes::header("d", 4, 0) + bytes::placeholder();
+        QTest::newRow("header fields only")
+                << bytes::text("d") + bytes::i32(4) + bytes::i16(0) + bytes::text("t") + bytes::text({}) << 0
+                << bytes::header("d", 4, 0, "t") + bytes::placeholder();
     }
-
-    void emptyFileIsEmptyDatabase()
+    void filesThatMount()
     {
-        WriteFileBytes(path(u"empty.zel"_s), {});
+        QFETCH(QByteArray, file);
+        QFETCH(int, lastIndex);
+        QFETCH(QByteArray, written);
+        WriteFileBytes(path(u"m.zel"_s), file);
         ikorvalite db;
-        QVERIFY(db.Mount(path(u"empty.zel"_s), false));
-        QCOMPARE(db.Count(), 0);
-        QCOMPARE(db.LastIndex(), 0);
+        QVERIFY2(db.Mount(path(u"m.zel"_s), false), qPrintable(db.LastError()));
+        QCOMPARE(db.LastIndex(), lastIndex);
+        QCOMPARE(db.Count(), lastIndex);
         QVERIFY(m_log.isEmpty());
+        QCOMPARE(ReadFileBytes(path(u"m.zel"_s)), file); // mounting writes nothing
+        QVERIFY(db.Save());
+        QCOMPARE(ReadFileBytes(path(u"m.zel"_s)), written);
     }
 
     void largestFileMountsAndOneMoreIsRefused()
@@ -408,6 +441,80 @@ private Q_SLOTS:
         ikorvalite::LogFileAttributes(p);
         QCOMPARE(m_log, QStringList(u" .. opening file '"_s + p + u"' ["_s + mask + u"]/n"_s));
         QFile::setPermissions(p, QFileDevice::ReadOwner | QFileDevice::WriteOwner);
+    }
+
+    void saveThroughLinkKeepsLinkAndPermissions()
+    {
+        const QString real = path(u"real.zel"_s), link = path(u"link.zel"_s);
+        WriteFileBytes(real, bytes::header("d", 4, 0) + bytes::placeholder());
+        QFile::setPermissions(real, QFileDevice::ReadOwner | QFileDevice::WriteOwner | QFileDevice::ReadGroup);
+        QVERIFY(QFile::link(real, link));
+        ikorvalite db;
+        QVERIFY(db.Mount(link, false));
+        db.SetValue(u"k"_s, QString(), 7, QString());
+        QVERIFY(db.Save());
+        QCOMPARE(QFileInfo(link).symLinkTarget(), real);
+        QCOMPARE(ReadFileBytes(real),
+                 bytes::header("d", 4, 1) + bytes::placeholder() + bytes::entry("k", 0, {}, 7, {}));
+        QCOMPARE(QFileInfo(real).permissions() & 0x0FFF,
+                 QFileDevice::ReadUser | QFileDevice::WriteUser | QFileDevice::ReadGroup);
+    }
+
+    // A save that was cut off (the process killed) leaves its temporary file;
+    // the next save of the same file removes it, and nothing that may be
+    // someone else's.
+    void abandonedTemporaryFilesRemoved()
+    {
+        QTemporaryDir dir;
+        auto at = [&](const QString &name) { return dir.filePath(name); };
+        const QString target = at(u"t.zel"_s);
+        const QStringList abandoned {u"t.zel.vxsave-AbC123"_s, u"t.zel.vxsave-000000"_s};
+        const QStringList kept {u"t.zel.vxsave-AbC12"_s,  u"t.zel.vxsave-AbC1234"_s, u"t.zel.vxsave-AbC12_"_s,
+                                u"x.zel.vxsave-AbC123"_s, u"t.zel.AbC123"_s,         u"t.zel.vxsave-InUse1"_s,
+                                u"t.zel.vxsave-Folder"_s, u"t.zel.vxsave-Link00"_s};
+        for (const QString &name : abandoned + kept)
+            WriteFileBytes(at(name), "left over");
+        QFile::remove(at(u"t.zel.vxsave-Folder"_s));
+        QVERIFY(QDir(dir.path()).mkdir(u"t.zel.vxsave-Folder"_s));
+        QFile::remove(at(u"t.zel.vxsave-Link00"_s));
+        QVERIFY(QFile::link(at(u"x.zel.vxsave-AbC123"_s), at(u"t.zel.vxsave-Link00"_s)));
+        // A save that is still running holds its file locked.
+        const int inUse = ::open(QFile::encodeName(at(u"t.zel.vxsave-InUse1"_s)).constData(), O_RDONLY);
+        QVERIFY(inUse >= 0 && ::flock(inUse, LOCK_EX) == 0);
+
+        QString error;
+        QVERIFY2(korva::saveFile(target, "new", &error), qPrintable(error));
+        ::close(inUse);
+        QCOMPARE(ReadFileBytes(target), QByteArray("new"));
+        QStringList expected = kept;
+        expected << u"t.zel"_s;
+        expected.sort();
+        QCOMPARE(QDir(dir.path()).entryList(QDir::AllEntries | QDir::NoDotAndDotDot | QDir::System, QDir::Name),
+                 expected);
+    }
+
+    // A real disk that fills up, where the machine lets the test make one
+    // (a 64 KiB memory file system; mounting needs the administrator).
+    void fullDiskKeepsTheOldFile()
+    {
+        QTemporaryDir dir;
+        if (::mount("vocabrix-test", QFile::encodeName(dir.path()).constData(), "tmpfs", 0, "size=64k") != 0)
+            QSKIP("no file system can be mounted here");
+        auto unmount = qScopeGuard([&] { ::umount2(QFile::encodeName(dir.path()).constData(), MNT_DETACH); });
+        ikorvalite db;
+        for (int i = 0; i < 80; ++i)
+            db.AppendEntry({u"key %1"_s.arg(i), -1, u"value"_s, 0, {}});
+        QVERIFY(db.SaveAs(dir.filePath(u"sys.zel"_s)));
+        const QByteArray before = ReadFileBytes(dir.filePath(u"sys.zel"_s));
+        QCOMPARE(before.size(), 82 * 128);
+        WriteFileBytes(dir.filePath(u"filler"_s), QByteArray(64 * 1024 - before.size() - 4096, 'f'));
+        for (int i = 80; i < 200; ++i)
+            db.AppendEntry({u"key %1"_s.arg(i), -1, u"value"_s, 0, {}});
+        QVERIFY(!db.Save());
+        QCOMPARE(ReadFileBytes(dir.filePath(u"sys.zel"_s)), before);
+        QCOMPARE(m_warnings.size(), size_t(1));
+        QVERIFY(m_warnings[0].second.contains(QString::fromLocal8Bit(strerror(ENOSPC))));
+        QCOMPARE(QDir(dir.path()).entryList(QDir::Files), QStringList({u"filler"_s, u"sys.zel"_s}));
     }
 };
 

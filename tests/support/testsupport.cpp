@@ -8,7 +8,18 @@
 #include <QFileInfo>
 #include <QTest>
 
+#include <chrono>
+#include <condition_variable>
 #include <memory>
+#include <mutex>
+#include <thread>
+
+#include <fcntl.h>
+#include <sys/socket.h>
+#include <sys/stat.h>
+#include <sys/sysmacros.h>
+#include <sys/un.h>
+#include <unistd.h>
 
 using namespace Qt::Literals::StringLiterals;
 
@@ -150,4 +161,101 @@ QByteArray ReadFileBytes(const QString &path)
     if (!f.open(QIODevice::ReadOnly))
         return {};
     return f.readAll();
+}
+
+void MakeSpecialFile(const QString &kind, const QString &path)
+{
+    const QByteArray native = QFile::encodeName(path);
+    if (kind == u"named pipe"_s) {
+        QCOMPARE(::mkfifo(native.constData(), 0644), 0);
+    } else if (kind == u"folder"_s) {
+        QVERIFY(QDir().mkdir(path));
+    } else if (kind == u"socket"_s) {
+        // The socket stays on disk once its descriptor is closed.
+        const int fd = ::socket(AF_UNIX, SOCK_STREAM, 0);
+        QVERIFY(fd >= 0);
+        sockaddr_un address {};
+        address.sun_family = AF_UNIX;
+        QVERIFY(size_t(native.size()) < sizeof address.sun_path);
+        memcpy(address.sun_path, native.constData(), size_t(native.size()));
+        QCOMPARE(::bind(fd, reinterpret_cast<sockaddr *>(&address), sizeof address), 0);
+        ::close(fd);
+    } else if (kind.startsWith(u"link to "_s)) {
+        const QString target = kind.mid(8) == u"nowhere"_s ? path + u".gone"_s : kind.mid(8);
+        QVERIFY(QFile::link(target, path));
+    } else {
+        QFAIL(qPrintable(u"no such kind: "_s + kind));
+    }
+}
+
+QString DescribePath(const QString &path)
+{
+    struct stat st;
+    const QByteArray native = QFile::encodeName(path);
+    if (::lstat(native.constData(), &st) != 0)
+        return u"nothing"_s;
+    QString out = u"mode %1 size %2"_s.arg(st.st_mode, 0, 8).arg(qint64(st.st_size));
+    if (S_ISLNK(st.st_mode))
+        out += u" link to "_s + QFileInfo(path).symLinkTarget();
+    if (::stat(native.constData(), &st) == 0 && (S_ISCHR(st.st_mode) || S_ISBLK(st.st_mode)))
+        out += u" device %1:%2 mode %3"_s.arg(major(st.st_rdev)).arg(minor(st.st_rdev)).arg(st.st_mode, 0, 8);
+    if (QFileInfo(path).isDir())
+        out += u" holding "_s
+                + QDir(path)
+                          .entryList(QDir::AllEntries | QDir::NoDotAndDotDot | QDir::Hidden | QDir::System)
+                          .join(u',');
+    return out;
+}
+
+QStringList DeviceFolderNames()
+{
+    return QDir(u"/dev"_s).entryList(QDir::AllEntries | QDir::NoDotAndDotDot | QDir::Hidden | QDir::System);
+}
+
+struct PipeWatchdog::State
+{
+    std::mutex mutex;
+    std::condition_variable done;
+    bool finished = false;
+    bool fired = false;
+    std::thread thread;
+};
+
+PipeWatchdog::PipeWatchdog(QStringList pipes, int milliseconds) : m_state(std::make_shared<State>())
+{
+    State *state = m_state.get();
+    state->thread = std::thread([state, pipes, milliseconds] {
+        std::unique_lock lock(state->mutex);
+        if (state->done.wait_for(lock, std::chrono::milliseconds(milliseconds), [state] { return state->finished; }))
+            return;
+        state->fired = true;
+        // Both ends at once, for a moment, again and again: a blocked open
+        // returns, and a blocked read sees the pipe end.
+        do {
+            std::vector<int> fds;
+            for (const QString &pipe : pipes)
+                fds.push_back(::open(QFile::encodeName(pipe).constData(), O_RDWR | O_NONBLOCK));
+            state->done.wait_for(lock, std::chrono::milliseconds(100));
+            for (int fd : fds) {
+                if (fd >= 0)
+                    ::close(fd);
+            }
+        } while (!state->done.wait_for(lock, std::chrono::milliseconds(500), [state] { return state->finished; }));
+    });
+}
+
+PipeWatchdog::~PipeWatchdog()
+{
+    {
+        std::lock_guard lock(m_state->mutex);
+        m_state->finished = true;
+    }
+    m_state->done.notify_all();
+    m_state->thread.join();
+}
+
+bool PipeWatchdog::fired() const
+{
+    std::lock_guard lock(m_state->mutex);
+    return m_state->fired;
 }

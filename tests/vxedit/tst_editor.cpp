@@ -420,6 +420,18 @@ private Q_SLOTS:
         m_env->prompter.fileAnswers = {path(u"out.csv"_s)};
         m_window->ExportCards();
         QCOMPARE(ReadFileBytes(path(u"out.csv"_s)), QByteArray("eins,a1,n1\nzwei,two\tthree,n2\n"));
+
+        // Neither the export nor an import may take the chapter being edited.
+        const QByteArray chapter = ReadFileBytes(path(u"open.zel"_s));
+        m_env->prompter.fileAnswers = {path(u"open.zel"_s)};
+        m_window->ExportCards();
+        QVERIFY(!m_window->ImportFile(path(u"open.zel"_s)));
+        QCOMPARE(m_env->prompter.boxTitles(),
+                 QStringList({u"Cards Not Exported"_s, u"Cards Not Exported"_s, u"Can't Import"_s}));
+        QVERIFY(m_env->prompter.boxes[1].text.contains(u"is the chapter you are editing"_s));
+        QVERIFY(m_env->prompter.boxes[2].text.contains(u"is the chapter you are editing"_s));
+        QCOMPARE(ReadFileBytes(path(u"open.zel"_s)), chapter);
+        QCOMPARE(model.rowCount(), 2);
     }
 
     void typedChapterIsStudied()

@@ -11,6 +11,8 @@
 #include <QJsonObject>
 #include <QProcess>
 
+#include <unistd.h>
+
 using namespace Qt::Literals::StringLiterals;
 
 namespace {
@@ -77,6 +79,14 @@ private Q_SLOTS:
                 << QByteArray("a,b") << true << Rows {{u"a"_s, u"b"_s}} << QList<int> {1};
         QTest::newRow("csv quoted line break with windows end")
                 << QByteArray("\"x\r\ny\",z\r\n") << true << Rows {{u"x\ny"_s, u"z"_s}} << QList<int> {1};
+        // The text is read a megabyte at a time; a field may go on across.
+        const QByteArray longField = QByteArray("x\n").repeated(600000);
+        QTest::newRow("csv field longer than a megabyte")
+                << "\"" + longField + "\",y\nz,w\n"
+                << true << Rows {{QString::fromLatin1(longField), u"y"_s}, {u"z"_s, u"w"_s}} << QList<int> {1, 600002};
+        QTest::newRow("csv quoted line break after stray returns")
+                << QByteArray("\"x\r\r\ny\",z\r\nw\r\r\n") << true << Rows {{u"x\ny"_s, u"z"_s}, {u"w\r"_s}}
+                << QList<int> {1, 3};
     }
     void parse()
     {
@@ -98,6 +108,29 @@ private Q_SLOTS:
         QCOMPARE(gotLines, lines);
     }
 
+    void htmlToText_data()
+    {
+        QTest::addColumn<QString>("html");
+        QTest::addColumn<QString>("text");
+        QTest::newRow("plain") << u"Haus"_s << u"Haus"_s;
+        QTest::newRow("tags and named characters") << u"<b class=\"x\">Gr&uuml;n</b>"_s << u"Grün"_s;
+        QTest::newRow("tags that break lines") << u"green<br/>colour</DIV>x< /p >y</li>z"_s << u"green colour x y z"_s;
+        QTest::newRow("names that only begin alike") << u"a<brx>b</pre>c</div2>d"_s << u"abcd"_s;
+        QTest::newRow("what an entity gives is text") << u"&lt;b&gt;x&amp;lt;"_s << u"<b>x&lt;"_s;
+        QTest::newRow("entities in any case") << u"a&NBSP;b&Lt;&QUOT;&AMP;&Apos;"_s << u"a b<\"&'"_s;
+        QTest::newRow("named characters in their case") << u"&Auml;&auml;&AUML;&szlig"_s << u"Ää&AUML;&szlig"_s;
+        QTest::newRow("numbers") << u"&#252;&#xFC;&#39;&#0;&#1a;&#x110000;&#X41;&#x;&#99999999999;"_s
+                                 << u"üü'&#X41;&#x;"_s;
+        QTest::newRow("what is no tag or entity") << u"a > b && c < d;"_s << u"a > b && c < d;"_s;
+        QTest::newRow("blanks") << u"  a&nbsp;&nbsp;\t\n b  "_s << u"a b"_s;
+    }
+    void htmlToText()
+    {
+        QFETCH(QString, html);
+        QFETCH(QString, text);
+        QCOMPARE(cardtext::HtmlToText(html), text);
+    }
+
     void parseErrors_data()
     {
         QTest::addColumn<QByteArray>("data");
@@ -105,6 +138,8 @@ private Q_SLOTS:
         QTest::addColumn<QString>("error");
         QTest::newRow("not utf-8") << QByteArray("a\tb\nGr\xFCn\tgreen\n") << false
                                    << u"line 2: the text is not UTF-8"_s;
+        QTest::newRow("not utf-8 after the first megabyte") << QByteArray("a\tb\n").repeated(300000) + "c\t\xC3\n"
+                                                            << false << u"line 300001: the text is not UTF-8"_s;
         QTest::newRow("open quote") << QByteArray("a,b\n\"never closed,x\n") << true
                                     << u"line 2: a quoted field is never closed"_s;
     }
@@ -170,6 +205,30 @@ private Q_SLOTS:
         QVERIFY(ReadFileBytes(csv).contains("\"Komma, bitte\",\"comma, please\",\"\"\"quoted\"\"\""));
     }
 
+    // A first card that reads like a header line cannot go to a tab-separated
+    // file as it is; in CSV it is quoted, and comes back the same.
+    void firstCardLikeAHeaderLine()
+    {
+        QTemporaryDir dir;
+        const QByteArray chapter = bytes::header("generated automatically by the Vocabrix Editor v1.21", 4, 2)
+                + bytes::placeholder() + bytes::entry("#deck:Spanisch", -1, "b", 0, {})
+                + bytes::entry("c", -1, "d", 0, {});
+        const QString zel = dir.filePath(u"h.zel"_s);
+        WriteFileBytes(zel, chapter);
+        const RunResult tsv = run({u"export"_s, zel, u"-o"_s, dir.filePath(u"h.tsv"_s)});
+        QCOMPARE(tsv.status, 1);
+        QCOMPARE(tsv.err,
+                 u"vxedit: "_s + zel
+                         + u": card 1: '#deck:Spanisch' would read back as a header line (export to .csv "
+                           "instead)\n"_s);
+        QVERIFY(!QFileInfo::exists(dir.filePath(u"h.tsv"_s)));
+
+        QCOMPARE(run({u"export"_s, zel, u"-o"_s, dir.filePath(u"h.csv"_s)}).status, 0);
+        QCOMPARE(ReadFileBytes(dir.filePath(u"h.csv"_s)), QByteArray("\"#deck:Spanisch\",b\nc,d\n"));
+        QCOMPARE(run({u"import"_s, dir.filePath(u"h.csv"_s), u"-o"_s, dir.filePath(u"again.zel"_s)}).status, 0);
+        QCOMPARE(ReadFileBytes(dir.filePath(u"again.zel"_s)), chapter);
+    }
+
     void importRefusals_data()
     {
         QTest::addColumn<QString>("name");
@@ -195,6 +254,15 @@ private Q_SLOTS:
         QTest::newRow("one card") << u"w.tsv"_s << QByteArray("a\tb\n")
                                   << u"w.tsv: only one card; a chapter needs two to be studied"_s;
         QTest::newRow("nothing") << u"w.csv"_s << QByteArray("\n\n") << u"w.csv: no cards found"_s;
+        QByteArray many;
+        for (int i = 1; i <= 32768; ++i)
+            many += "q" + QByteArray::number(i) + "\ta\n";
+        QTest::newRow("more cards than a chapter holds")
+                << u"w.tsv"_s << many + "never read\n"
+                << u"w.tsv: line 32768: more than 32767 cards; a chapter holds 32767 at most"_s;
+        QTest::newRow("more fields than a card list has")
+                << u"w.tsv"_s << QByteArray("a\tb\n") + QByteArray(64, '\t') + "x\n"
+                << u"w.tsv: line 2: more than 64 fields; a card has a question, an answer and a note"_s;
     }
     void importRefusals()
     {
@@ -249,6 +317,49 @@ private Q_SLOTS:
         QCOMPARE(r.status, 1);
         QCOMPARE(r.err, u"vxedit: "_s + p + u": "_s + message + u'\n');
         QCOMPARE(ReadFileBytes(p), content);
+    }
+
+    void outputIsInputRefused_data()
+    {
+        QTest::addColumn<QString>("verb");
+        QTest::addColumn<QString>("output"); // how the output names the input
+        QTest::addColumn<QString>("message");
+        const QString exported = u"the output is the chapter being exported; write the cards to another file"_s;
+        const QString imported = u"the output is the list being imported; write the chapter to another file"_s;
+        QTest::newRow("export onto its chapter") << u"export"_s << u"same"_s << exported;
+        QTest::newRow("export onto a link to its chapter") << u"export"_s << u"link"_s << exported;
+        QTest::newRow("export onto its chapter by another path") << u"export"_s << u"dotted"_s << exported;
+        QTest::newRow("export onto a hard link of its chapter") << u"export"_s << u"hard link"_s << exported;
+        QTest::newRow("import onto its list") << u"import"_s << u"same"_s << imported;
+        QTest::newRow("import onto a link to its list") << u"import"_s << u"link"_s << imported;
+    }
+    void outputIsInputRefused()
+    {
+        QFETCH(QString, verb);
+        QFETCH(QString, output);
+        QFETCH(QString, message);
+        QTemporaryDir dir;
+        const QString input = dir.filePath(verb == u"export"_s ? u"a.zel"_s : u"a.tsv"_s);
+        const QByteArray content = verb == u"export"_s
+                ? bytes::header("generated automatically by the Vocabrix Editor v1.21", 4, 2) + bytes::placeholder()
+                        + bytes::entry("a", -1, "b", 0, {}) + bytes::entry("c", -1, "d", 0, {})
+                : QByteArray("a\tb\nc\td\n");
+        WriteFileBytes(input, content);
+        QString target = input;
+        if (output == u"link"_s) {
+            target = dir.filePath(u"link.tsv"_s);
+            QVERIFY(QFile::link(input, target));
+        } else if (output == u"dotted"_s) {
+            QVERIFY(QDir(dir.path()).mkdir(u"sub"_s));
+            target = dir.filePath(u"sub/../"_s) + QFileInfo(input).fileName();
+        } else if (output == u"hard link"_s) {
+            target = dir.filePath(u"hard.tsv"_s);
+            QCOMPARE(::link(QFile::encodeName(input).constData(), QFile::encodeName(target).constData()), 0);
+        }
+        const RunResult r = run({verb, input, u"-o"_s, target});
+        QCOMPARE(r.status, 1);
+        QCOMPARE(r.err, u"vxedit: "_s + target + u": "_s + message + u'\n');
+        QCOMPARE(ReadFileBytes(input), content);
     }
 
     void usage_data()

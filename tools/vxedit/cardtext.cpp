@@ -1,6 +1,7 @@
 #include "cardtext.h"
 
-#include <QRegularExpression>
+#include "korva/korvaformat.h"
+
 #include <QStringDecoder>
 
 using namespace Qt::Literals::StringLiterals;
@@ -9,30 +10,59 @@ namespace cardtext {
 
 namespace {
 
-bool decodeUtf8(const QByteArray &data, QString &text, QString *error)
+// The text is decoded a piece at a time, each ending right after a line
+// break, so that no line (nor a character, nor a "\r\n") is cut and only
+// one piece is held as text at once.
+constexpr qsizetype kPiece = 1024 * 1024;
+
+qsizetype pieceEnd(const QByteArray &data, qsizetype from)
+{
+    if (data.size() - from <= kPiece)
+        return data.size();
+    const qsizetype last = data.lastIndexOf('\n', from + kPiece - 1);
+    if (last >= from)
+        return last + 1;
+    const qsizetype next = data.indexOf('\n', from + kPiece);
+    return next < 0 ? data.size() : next + 1;
+}
+
+QString decodePiece(QByteArrayView bytes, bool *bad)
 {
     QStringDecoder decoder(QStringDecoder::Utf8, QStringDecoder::Flag::Stateless);
-    text = decoder.decode(data);
-    if (!decoder.hasError()) {
-        if (text.startsWith(QChar(0xFEFF)))
-            text.remove(0, 1);
-        return true;
-    }
-    // Name the first line that does not decode.
-    const QList<QByteArray> lines = data.split('\n');
-    for (qsizetype i = 0; i < lines.size(); ++i) {
-        QStringDecoder probe(QStringDecoder::Utf8, QStringDecoder::Flag::Stateless);
-        const QString decodedLine = probe.decode(lines[i]); // decoding happens on conversion
-        Q_UNUSED(decodedLine);
-        if (probe.hasError()) {
-            if (error)
-                *error = u"line %1: the text is not UTF-8"_s.arg(i + 1);
-            return false;
+    QString text = decoder.decode(bytes);
+    *bad = decoder.hasError();
+    return text;
+}
+
+// False with the first line that is not UTF-8 named in error.
+bool checkUtf8(const QByteArray &data, QString *error)
+{
+    int line = 1;
+    for (qsizetype from = 0, end; from < data.size(); from = end) {
+        end = pieceEnd(data, from);
+        bool bad = false;
+        decodePiece(QByteArrayView(data).sliced(from, end - from), &bad);
+        if (!bad) {
+            line += int(QByteArrayView(data).sliced(from, end - from).count('\n'));
+            continue;
         }
+        for (qsizetype start = from; start < end; ++line) {
+            qsizetype stop = data.indexOf('\n', start);
+            if (stop < 0 || stop >= end)
+                stop = end;
+            decodePiece(QByteArrayView(data).sliced(start, stop - start), &bad);
+            if (bad) {
+                if (error)
+                    *error = u"line %1: the text is not UTF-8"_s.arg(line);
+                return false;
+            }
+            start = stop + 1;
+        }
+        if (error)
+            *error = u"the text is not UTF-8"_s;
+        return false;
     }
-    if (error)
-        *error = u"the text is not UTF-8"_s;
-    return false;
+    return true;
 }
 
 bool isBlank(const QStringList &fields)
@@ -74,6 +104,17 @@ QChar separatorNamed(const QString &name)
     return name.size() == 1 ? name[0] : QChar(u'\t');
 }
 
+QString csvField(const QString &f, bool alwaysQuoted)
+{
+    const bool needsQuotes = alwaysQuoted || f.contains(u',') || f.contains(u'"')
+            || f.contains(u'\n') || f.contains(u'\r');
+    if (!needsQuotes)
+        return f;
+    QString escaped = f;
+    escaped.replace(u"\""_s, u"\"\""_s);
+    return u'"' + escaped + u'"';
+}
+
 } // namespace
 
 Format FormatForPath(const QString &path)
@@ -101,8 +142,9 @@ Layout DetectLayout(const QByteArray &data, const QString &path)
 
     qsizetype i = 0;
     for (; i < lines.size(); ++i) {
+        // As the reader takes them: from the first column of a line.
         const QString line = lines[i].trimmed();
-        if (!isHeaderLine(line))
+        if (!lines[i].startsWith(u'#') || !isHeaderLine(line))
             break;
         const qsizetype colon = line.indexOf(u':');
         const QString name = line.mid(1, colon - 1).trimmed().toLower();
@@ -139,88 +181,134 @@ Layout DetectLayout(const QByteArray &data, const QString &path)
     return layout;
 }
 
-bool Parse(const QByteArray &data, const Layout &layout, std::vector<Row> &rows, QString *error)
+bool Parse(const QByteArray &data, const Layout &layout, const RowSink &sink, QString *error)
 {
-    QString text;
-    if (!decodeUtf8(data, text, error))
+    if (!checkUtf8(data, error))
         return false;
-    rows.clear();
 
-    int line = 1, rowLine = 1, quoteLine = 0;
+    int line = 1, rowLine = 1, quoteLine = 0, rowCount = 0;
     QStringList fields;
     QString field;
     bool quoted = false;    // inside a quoted field
     bool wasQuoted = false; // the current field was quoted
     bool atTop = true;      // still among the header lines
+    QString stop;           // why reading stopped early
 
     auto endField = [&] {
+        if (fields.size() >= kMaxFields) {
+            stop = u"line %1: more than %2 fields; a card has a question, an answer and a note"_s
+                           .arg(rowLine)
+                           .arg(kMaxFields);
+            return false;
+        }
         fields << (layout.html ? HtmlToText(field) : field);
         field.clear();
         wasQuoted = false;
+        return true;
     };
     auto endRow = [&] {
-        endField();
-        if (!isBlank(fields))
-            rows.push_back({rowLine, fields});
+        if (!endField())
+            return false;
+        if (!isBlank(fields)) {
+            if (++rowCount > kMaxRows) {
+                stop = u"line %1: more cards than the %2 a chapter can hold"_s.arg(rowLine).arg(
+                        kMaxRows - 1);
+                return false;
+            }
+            if (!sink(Row {rowLine, std::move(fields)}, &stop)) {
+                if (stop.isEmpty())
+                    stop = u"line %1: refused"_s.arg(rowLine);
+                return false;
+            }
+        }
         fields.clear();
+        return true;
     };
 
-    for (qsizetype i = 0; i < text.size(); ++i) {
-        const QChar c = text[i];
-        if (atTop && fields.isEmpty() && field.isEmpty() && c == u'#') {
-            const qsizetype end = text.indexOf(u'\n', i);
-            const QString candidate = text.mid(i, end < 0 ? -1 : end - i).trimmed();
-            if (isHeaderLine(candidate)) {
-                if (end < 0)
-                    break;
-                i = end;
-                ++line;
-                rowLine = line;
+    bool going = true;
+    for (qsizetype from = 0, to; going && from < data.size(); from = to) {
+        to = pieceEnd(data, from);
+        bool bad = false; // checked above
+        QString text = decodePiece(QByteArrayView(data).sliced(from, to - from), &bad);
+        if (from == 0 && text.startsWith(QChar(0xFEFF)))
+            text.remove(0, 1);
+        for (qsizetype i = 0; going && i < text.size(); ++i) {
+            const QChar c = text[i];
+            if (atTop && fields.isEmpty() && field.isEmpty() && c == u'#') {
+                const qsizetype end = text.indexOf(u'\n', i);
+                const QString candidate = text.mid(i, end < 0 ? -1 : end - i).trimmed();
+                if (isHeaderLine(candidate)) {
+                    if (end < 0)
+                        break;
+                    i = end;
+                    ++line;
+                    rowLine = line;
+                    continue;
+                }
+            }
+            atTop = false;
+            if (quoted) {
+                if (c == u'"') {
+                    if (i + 1 < text.size() && text[i + 1] == u'"') {
+                        field += u'"';
+                        ++i;
+                    } else {
+                        quoted = false;
+                    }
+                } else {
+                    // A quoted line break keeps its form but loses the "\r" of a
+                    // Windows line end, so a field never holds one to write back.
+                    if (c == u'\n') {
+                        ++line;
+                        while (field.endsWith(u'\r'))
+                            field.chop(1);
+                    }
+                    field += c;
+                }
                 continue;
             }
-        }
-        atTop = false;
-        if (quoted) {
-            if (c == u'"') {
-                if (i + 1 < text.size() && text[i + 1] == u'"') {
-                    field += u'"';
-                    ++i;
-                } else {
-                    quoted = false;
-                }
+            if (layout.quoted && c == u'"' && field.isEmpty() && !wasQuoted) {
+                quoted = true;
+                wasQuoted = true;
+                quoteLine = line;
+            } else if (c == layout.delimiter) {
+                going = endField();
+            } else if (c == u'\n') {
+                going = endRow();
+                ++line;
+                rowLine = line;
+            } else if (c == u'\r' && i + 1 < text.size() && text[i + 1] == u'\n') {
+                // the "\n" ends the row
             } else {
-                if (c == u'\n')
-                    ++line;
-                // A quoted line break keeps its form but loses a Windows "\r".
-                if (!(c == u'\r' && i + 1 < text.size() && text[i + 1] == u'\n'))
-                    field += c;
+                field += c;
             }
-            continue;
-        }
-        if (layout.quoted && c == u'"' && field.isEmpty() && !wasQuoted) {
-            quoted = true;
-            wasQuoted = true;
-            quoteLine = line;
-        } else if (c == layout.delimiter) {
-            endField();
-        } else if (c == u'\n') {
-            endRow();
-            ++line;
-            rowLine = line;
-        } else if (c == u'\r' && i + 1 < text.size() && text[i + 1] == u'\n') {
-            // the "\n" ends the row
-        } else {
-            field += c;
         }
     }
-    if (quoted) {
+    if (going && quoted)
+        stop = u"line %1: a quoted field is never closed"_s.arg(quoteLine);
+    else if (going && (!field.isEmpty() || !fields.isEmpty()))
+        endRow();
+    if (!stop.isEmpty()) {
         if (error)
-            *error = u"line %1: a quoted field is never closed"_s.arg(quoteLine);
+            *error = stop;
         return false;
     }
-    if (!field.isEmpty() || !fields.isEmpty())
-        endRow();
     return true;
+}
+
+bool Parse(const QByteArray &data, const Layout &layout, std::vector<Row> &rows, QString *error)
+{
+    rows.clear();
+    const bool ok = Parse(
+            data, layout,
+            [&rows](Row &&row, QString *) {
+                rows.push_back(std::move(row));
+                return true;
+            },
+            error);
+    if (!ok)
+        rows.clear();
+    return ok;
 }
 
 bool Parse(const QByteArray &data, Format format, std::vector<Row> &rows, QString *error)
@@ -228,50 +316,9 @@ bool Parse(const QByteArray &data, Format format, std::vector<Row> &rows, QStrin
     return Parse(data, LayoutFor(format), rows, error);
 }
 
-QString HtmlToText(const QString &html)
+bool LooksLikeHeaderLine(const QString &line)
 {
-    if (!html.contains(u'<') && !html.contains(u'&'))
-        return html;
-    static const QRegularExpression breaks(u"<\\s*(br|/div|/p|/li)\\b[^>]*>"_s,
-                                           QRegularExpression::CaseInsensitiveOption);
-    static const QRegularExpression tags(u"<[^>]*>"_s);
-    QString text = html;
-    text.replace(breaks, u" "_s);
-    text.remove(tags);
-    static const QList<std::pair<QString, QString>> entities {
-            {u"&nbsp;"_s, u" "_s},  {u"&lt;"_s, u"<"_s},  {u"&gt;"_s, u">"_s},
-            {u"&quot;"_s, u"\""_s}, {u"&#39;"_s, u"'"_s}, {u"&apos;"_s, u"'"_s},
-    };
-    for (const auto &[entity, character] : entities)
-        text.replace(entity, character, Qt::CaseInsensitive);
-    // The named characters of the Western European range, "&uuml;" and kin.
-    static const QStringList latin1 =
-            u"nbsp iexcl cent pound curren yen brvbar sect uml copy ordf laquo not shy reg "
-            "macr deg plusmn sup2 sup3 acute micro para middot cedil sup1 ordm raquo frac14 "
-            "frac12 frac34 iquest Agrave Aacute Acirc Atilde Auml Aring AElig Ccedil Egrave "
-            "Eacute Ecirc Euml Igrave Iacute Icirc Iuml ETH Ntilde Ograve Oacute Ocirc Otilde "
-            "Ouml times Oslash Ugrave Uacute Ucirc Uuml Yacute THORN szlig agrave aacute acirc "
-            "atilde auml aring aelig ccedil egrave eacute ecirc euml igrave iacute icirc iuml "
-            "eth ntilde ograve oacute ocirc otilde ouml divide oslash ugrave uacute ucirc uuml "
-            "yacute thorn yuml"_s.split(u' ');
-    if (text.contains(u'&')) {
-        for (qsizetype i = 0; i < latin1.size(); ++i)
-            text.replace(u'&' + latin1[i] + u';', QString(QChar(char16_t(0xA0 + i))));
-    }
-    static const QRegularExpression numeric(u"&#(x?)([0-9a-fA-F]+);"_s);
-    QRegularExpressionMatch m;
-    qsizetype from = 0;
-    while ((m = numeric.match(text, from)).hasMatch()) {
-        bool ok = false;
-        const uint code = m.captured(2).toUInt(&ok, m.captured(1).isEmpty() ? 10 : 16);
-        const QString replacement = ok && code > 0 && code <= 0x10FFFF
-                ? QString::fromUcs4(reinterpret_cast<const char32_t *>(&code), 1)
-                : QString();
-        text.replace(m.capturedStart(), m.capturedLength(), replacement);
-        from = m.capturedStart() + replacement.size();
-    }
-    text.replace(u"&amp;"_s, u"&"_s, Qt::CaseInsensitive);
-    return text.simplified();
+    return isHeaderLine(line.trimmed()) && line.startsWith(u'#');
 }
 
 bool FormatRow(const QStringList &fields, Format format, QString &line, QString *error)
@@ -288,17 +335,43 @@ bool FormatRow(const QStringList &fields, Format format, QString &line, QString 
             out << f;
             continue;
         }
-        const bool needsQuotes =
-                f.contains(u',') || f.contains(u'"') || f.contains(u'\n') || f.contains(u'\r');
-        if (!needsQuotes) {
-            out << f;
-            continue;
-        }
-        QString escaped = f;
-        escaped.replace(u"\""_s, u"\"\""_s);
-        out << u'"' + escaped + u'"';
+        out << csvField(f, false);
     }
     line = out.join(format == Format::Tsv ? u"\t"_s : u","_s);
+    return true;
+}
+
+bool FormatCards(const korva::Entry *cards, qsizetype count, Format format, QByteArray &out,
+                 int *badCard, QString *error)
+{
+    QString text;
+    for (qsizetype i = 0; i < count; ++i) {
+        const korva::Entry &c = cards[i];
+        QStringList fields {c.key, c.text};
+        if (!c.note.isEmpty())
+            fields << c.note;
+        QString line;
+        if (!FormatRow(fields, format, line, error)) {
+            if (badCard)
+                *badCard = int(i + 1);
+            return false;
+        }
+        // A first line that looks like a header line would be read back as one.
+        if (i == 0 && LooksLikeHeaderLine(line)) {
+            if (format == Format::Tsv) {
+                if (badCard)
+                    *badCard = 1;
+                if (error)
+                    *error =
+                            u"'%1' would read back as a header line (export to .csv instead)"_s.arg(
+                                    c.key);
+                return false;
+            }
+            line = csvField(fields[0], true) + line.mid(csvField(fields[0], false).size());
+        }
+        text += line + u'\n';
+    }
+    out = text.toUtf8();
     return true;
 }
 

@@ -2,9 +2,8 @@
 
 #include "chapterrules.h"
 #include "korva/chapterformat.h"
+#include "korva/diskfile.h"
 #include "korva/ikorvalite.h"
-
-#include <QFileInfo>
 
 using namespace Qt::Literals::StringLiterals;
 
@@ -23,7 +22,8 @@ ChapterDocument::OpenResult ChapterDocument::Open(const QString &path, bool allo
                                                   QString *error)
 {
     // Mounting a file that is not there would create it.
-    if (!QFileInfo(path).isFile()) {
+    const korva::PathInfo info = korva::inspectPath(path);
+    if (info.kind == korva::PathKind::Missing) {
         if (error)
             *error = u"the file does not exist"_s;
         return OpenResult::NotFound;

@@ -3,13 +3,12 @@
 #include "cardtext.h"
 #include "chapterrules.h"
 #include "korva/chapterformat.h"
+#include "korva/diskfile.h"
 #include "korva/ikorvalite.h"
 #include "korvajson.h"
 
-#include <QFile>
 #include <QFileInfo>
 #include <QIODevice>
-#include <QSaveFile>
 
 using namespace Qt::Literals::StringLiterals;
 
@@ -59,8 +58,11 @@ private:
 bool Session::mount(const QString &path, ikorvalite &db, int &status)
 {
     // Mounting a missing file would create it: look first.
-    if (!QFileInfo(path).isFile()) {
-        status = fail(path, u"no such file"_s);
+    const korva::PathInfo info = korva::inspectPath(path);
+    if (info.kind != korva::PathKind::Regular) {
+        status = fail(path,
+                      info.kind == korva::PathKind::Missing ? u"no such file"_s
+                                                            : korva::notAFileReason(info));
         return false;
     }
     if (!db.Mount(path, false)) {
@@ -82,57 +84,70 @@ int Session::dump(const QString &path)
 
 int Session::import(const QString &source, const QString &target, const QString &title)
 {
-    QFile file(source);
-    if (!file.open(QIODevice::ReadOnly))
-        return fail(source, file.errorString());
-    if (file.size() > kMaxSourceSize)
+    if (korva::sameFile(source, target))
+        return fail(target,
+                    u"the output is the list being imported; write the chapter to "
+                    "another file"_s);
+    QByteArray data;
+    QString readError;
+    switch (korva::readFile(source, kMaxSourceSize, data, &readError)) {
+    case korva::ReadStatus::Ok:
+        break;
+    case korva::ReadStatus::TooLarge:
         return fail(source, u"the file is too large for a list of cards"_s);
-    const QByteArray data = file.readAll();
-
-    const cardtext::Layout layout = cardtext::DetectLayout(data, source);
-    const QString separator = layout.delimiter == u'\t' ? u"a tab"_s
-            : layout.delimiter == u','                  ? u"a comma"_s
-                                                        : u"'%1'"_s.arg(layout.delimiter);
-    std::vector<cardtext::Row> rows;
-    QString error;
-    if (!cardtext::Parse(data, layout, rows, &error))
-        return fail(source, error);
+    case korva::ReadStatus::Missing:
+    case korva::ReadStatus::Failed:
+        return fail(source, readError);
+    }
 
     const QString titleProblem = chapterrules::CheckTitle(title);
     if (!titleProblem.isEmpty())
         return fail(source, titleProblem);
 
+    const cardtext::Layout layout = cardtext::DetectLayout(data, source);
+    const QString separator = layout.delimiter == u'\t' ? u"a tab"_s
+            : layout.delimiter == u','                  ? u"a comma"_s
+                                                        : u"'%1'"_s.arg(layout.delimiter);
     ikorvalite db;
     db.SetDescription(korva::kChapterDescription);
     db.SetTitle(title);
     db.SetFormat(4);
-    for (cardtext::Row row : rows) {
+    // Each card is checked and kept as it is read, so a long list is never
+    // held twice, and one that cannot become a chapter stops at its first
+    // problem.
+    auto takeCard = [&](cardtext::Row &&row, QString *why) {
+        auto refuse = [&](const QString &problem) {
+            *why = u"line "_s + QString::number(row.line) + u": "_s + problem;
+            return false;
+        };
         // Bookkeeping columns of another program's export are not card text.
         for (qsizetype i = row.fields.size() - 1; i >= 0; --i) {
             if (layout.metaColumns.contains(int(i)))
                 row.fields.removeAt(i);
         }
-        const QString where = source + u": line "_s + QString::number(row.line);
         if (row.fields.size() < 2)
-            return fail(where,
-                        u"a card needs a question and an answer separated by "_s + separator);
+            return refuse(u"a card needs a question and an answer separated by "_s + separator);
         for (qsizetype i = 3; i < row.fields.size(); ++i) {
             if (!row.fields[i].isEmpty())
-                return fail(where,
-                            u"a card has three fields at most (question, answer, note); "
-                            "this line has %1"_s.arg(row.fields.size()));
+                return refuse(u"a card has three fields at most (question, answer, note); "
+                              "this line has %1"_s.arg(row.fields.size()));
         }
         const QString &question = row.fields[0], &answer = row.fields[1];
         const QString note = row.fields.value(2);
         const QString problem = chapterrules::CheckCard(question, answer, note);
         if (!problem.isEmpty())
-            return fail(where, problem);
+            return refuse(problem);
+        if (db.LastIndex() >= korva::kMaxEntries)
+            return refuse(
+                    u"more than %1 cards; a chapter holds %1 at most"_s.arg(korva::kMaxEntries));
         db.AppendEntry(chapterrules::CardEntry(question, answer, note));
-    }
+        return true;
+    };
+    QString error;
+    if (!cardtext::Parse(data, layout, takeCard, &error))
+        return fail(source, error);
+
     const int cards = db.LastIndex();
-    if (cards > korva::kMaxEntries)
-        return fail(source,
-                    u"%1 cards; a chapter holds %2 at most"_s.arg(cards).arg(korva::kMaxEntries));
     if (cards < 2)
         return fail(source,
                     cards == 0 ? u"no cards found"_s
@@ -145,6 +160,10 @@ int Session::import(const QString &source, const QString &target, const QString 
 
 int Session::exportCards(const QString &path, const QString &target)
 {
+    if (!target.isEmpty() && korva::sameFile(path, target))
+        return fail(target,
+                    u"the output is the chapter being exported; write the cards to "
+                    "another file"_s);
     ikorvalite db;
     int status = 0;
     if (!mount(path, db, status))
@@ -152,26 +171,19 @@ int Session::exportCards(const QString &path, const QString &target)
     if (db.Description() != korva::kChapterDescription)
         return fail(path, u"not a chapter file (its description is '%1')"_s.arg(db.Description()));
 
-    const cardtext::Format format = cardtext::FormatForPath(target);
-    QString text;
-    for (int i = db.FirstIndex(); i <= db.LastIndex(); ++i) {
-        const korva::Entry e = db.GetEntry(i);
-        QStringList fields {e.key, e.text};
-        if (!e.note.isEmpty())
-            fields << e.note;
-        QString line, error;
-        if (!cardtext::FormatRow(fields, format, line, &error))
-            return fail(path, u"card %1: "_s.arg(i) + error);
-        text += line + u'\n';
-    }
-    const QByteArray bytes = text.toUtf8();
+    QByteArray bytes;
+    QString error;
+    int bad = 0;
+    const std::vector<korva::Entry> &entries = db.Entries();
+    if (!cardtext::FormatCards(entries.data() + 1, qsizetype(entries.size()) - 1,
+                               cardtext::FormatForPath(target), bytes, &bad, &error))
+        return fail(path, u"card %1: "_s.arg(bad) + error);
     if (target.isEmpty()) {
         m_out.write(bytes);
         return 0;
     }
-    QSaveFile out(target);
-    if (!out.open(QIODevice::WriteOnly) || out.write(bytes) != bytes.size() || !out.commit())
-        return fail(target, out.errorString() + u"; nothing was written"_s);
+    if (!korva::saveFile(target, bytes, &error))
+        return fail(target, error + u"; nothing was written"_s);
     return 0;
 }
 

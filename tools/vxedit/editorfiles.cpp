@@ -7,15 +7,14 @@
 #include "core/prompter.h"
 #include "editcommands.h"
 #include "importdialog.h"
+#include "korva/diskfile.h"
 
 #include <QAction>
 #include <QDragEnterEvent>
 #include <QDropEvent>
-#include <QFile>
 #include <QFileInfo>
 #include <QMenu>
 #include <QMimeData>
-#include <QSaveFile>
 #include <QSettings>
 #include <QStatusBar>
 #include <QTableView>
@@ -173,15 +172,28 @@ bool EditorWindow::ImportFile(const QString &path)
 {
     if (m_document.ReadOnly())
         return false;
-    QFile file(path);
-    if (!file.open(QIODevice::ReadOnly) || file.size() > kMaxImportSize) {
-        MsgBox(u"Can't Import"_s,
-               file.isOpen() ? u"The file '%1' is too large for a list of cards."_s.arg(path)
-                             : u"The file '%1' can't be read: %2."_s.arg(path, file.errorString()),
+    auto refuse = [&path](const QString &why) {
+        MsgBox(u"Can't Import"_s, u"The file '%1' can't be read: %2."_s.arg(path, why),
                MsgIcon::Exclamation, MsgButtons::OK);
         return false;
+    };
+    if (!m_document.Path().isEmpty() && korva::sameFile(path, m_document.Path()))
+        return refuse(u"it is the chapter you are editing; cards are imported from a list of "
+                      "text"_s);
+    QByteArray content;
+    QString error;
+    switch (korva::readFile(path, kMaxImportSize, content, &error)) {
+    case korva::ReadStatus::Ok:
+        break;
+    case korva::ReadStatus::TooLarge:
+        MsgBox(u"Can't Import"_s, u"The file '%1' is too large for a list of cards."_s.arg(path),
+               MsgIcon::Exclamation, MsgButtons::OK);
+        return false;
+    case korva::ReadStatus::Missing:
+    case korva::ReadStatus::Failed:
+        return refuse(error);
     }
-    ImportDialog importer(file.readAll(), path, this);
+    ImportDialog importer(content, path, this);
     if (prompter().ShowModal(&importer) != QDialog::Accepted)
         return false;
     std::vector<korva::Entry> cards = importer.Cards();
@@ -227,30 +239,20 @@ void EditorWindow::ExportCards()
     if (!chosen)
         return;
     const QString path = *chosen;
-    const cardtext::Format format = cardtext::FormatForPath(path);
-    QString text;
-    for (int row = 0; row < m_document.CardCount(); ++row) {
-        const korva::Entry &c = m_document.Card(row);
-        QStringList fields {c.key, c.text};
-        if (!c.note.isEmpty())
-            fields << c.note;
-        QString line, error;
-        if (!cardtext::FormatRow(fields, format, line, &error)) {
-            MsgBox(u"Cards Not Exported"_s,
-                   u"Card %1: %2. Nothing was written."_s.arg(row + 1).arg(error),
-                   MsgIcon::Exclamation, MsgButtons::OK);
-            return;
-        }
-        text += line + u'\n';
-    }
-    const QByteArray bytes = text.toUtf8();
-    QSaveFile out(path);
-    if (!out.open(QIODevice::WriteOnly) || out.write(bytes) != bytes.size() || !out.commit()) {
-        MsgBox(u"Cards Not Exported"_s,
-               u"The file '%1' couldn't be written: %2."_s.arg(path, out.errorString()),
-               MsgIcon::Exclamation, MsgButtons::OK);
-        return;
-    }
+    auto refuse = [](const QString &text) {
+        MsgBox(u"Cards Not Exported"_s, text, MsgIcon::Exclamation, MsgButtons::OK);
+    };
+    if (!m_document.Path().isEmpty() && korva::sameFile(path, m_document.Path()))
+        return refuse(u"The file '%1' is the chapter you are editing; export the cards to "
+                      "another file. Nothing was written."_s.arg(path));
+    QByteArray bytes;
+    QString error;
+    int bad = 0;
+    if (!cardtext::FormatCards(m_document.Cards().data(), m_document.CardCount(),
+                               cardtext::FormatForPath(path), bytes, &bad, &error))
+        return refuse(u"Card %1: %2. Nothing was written."_s.arg(bad).arg(error));
+    if (!korva::saveFile(path, bytes, &error))
+        return refuse(u"The file '%1' couldn't be written: %2."_s.arg(path, error));
     statusBar()->showMessage(u"%1 cards exported."_s.arg(m_document.CardCount()), 5000);
 }
 
