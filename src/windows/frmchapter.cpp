@@ -313,14 +313,17 @@ void frmChapter::SaveFileList()
     g_MasterDb->SetValue(settings::kFileListCount, QString(), count, QString());
 }
 
-void frmChapter::AddChapterFile()
+void frmChapter::AddChapterFile(const QString &given)
 {
-    const std::optional<QString> chosen =
-            GCommonDialog::AskOpen(u"Select File"_s, u"Vocabrix Data File|*.zel"_s, u"zel"_s,
-                                   u"chapter"_s);
-    if (!chosen)
-        return;
-    const QString path = *chosen;
+    QString path = given;
+    if (path.isEmpty()) {
+        const std::optional<QString> chosen =
+                GCommonDialog::AskOpen(u"Select File"_s, u"Vocabrix Data File|*.zel"_s, u"zel"_s,
+                                       u"chapter"_s);
+        if (!chosen)
+            return;
+        path = *chosen;
+    }
 
     ikorvalite chapter;
     // A file that is not there is not created by looking at it.
@@ -424,9 +427,11 @@ void frmChapter::StartStudying(const sessionfile::State *kept)
     forms::Unload(this);
 }
 
-void frmChapter::ResumeProgress()
+void frmChapter::ResumeProgress(const QString &path)
 {
-    if (!modMain::LoadProgress())
+    if (path.isEmpty()
+                ? !modMain::LoadProgress()
+                : (Log(u"Reading saved progress from file/n"_s), !modMain::LoadProgressFrom(path)))
         return;
     Log(u" .. loaded "_s + QString::number(g_Deck.UBound() - g_Deck.LBound()) + u" nodes/n"_s);
     SaveFileList();

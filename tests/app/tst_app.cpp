@@ -671,6 +671,36 @@ private Q_SLOTS:
         QCOMPARE(g_ExitStatus, 0);
     }
 
+    // Files opened with the program from the desktop: a chapter joins the
+    // list, selected; a progress file is resumed; anything else is left alone.
+    void filesOpenedFromTheDesktop()
+    {
+        startProgram();
+        const QString mine = m_env->path(u"mine.zel"_s);
+        WriteFileBytes(mine,
+                       bytes::header("generated automatically by the Vocabrix Editor v1.21", 4, 2)
+                               + bytes::placeholder() + bytes::entry("a", -1, "b", 0, {})
+                               + bytes::entry("c", -1, "d", 0, {}));
+        modMain::OpenFileArguments({m_env->path(u"missing.vxs"_s), mine, u"show_console"_s});
+        frmChapter *chapters = modMain::ChapterWindow();
+        QCOMPARE(chapters->LV1->topLevelItemCount(), 5);
+        QCOMPARE(chapters->LV1->selectedItems(), QList<QTreeWidgetItem *>({chapters->LV1->topLevelItem(4)}));
+        QVERIFY(m_env->prompter.fileDialogs.empty() && m_env->prompter.boxes.empty());
+        chapters->LoadSelected();
+        const QString saved = m_env->path(u"opened.vxs"_s);
+        m_env->prompter.fileAnswers = {saved};
+        frmMain::Existing()->mP_sp->trigger();
+        frmMain::Existing()->mP_n->trigger();
+        FlushDeletes();
+        m_env->log->clear();
+        modMain::OpenFileArguments({saved});
+        FlushDeletes();
+        QVERIFY(!modMain::ChapterWindow());
+        QCOMPARE(g_Deck.UBound(), 2);
+        QVERIFY(m_env->logLines().contains(u"Reading saved progress from file/n"_s));
+        QVERIFY(m_env->logLines().contains(u" .. loaded 2 nodes/n"_s));
+    }
+
     void progressSavedAndResumed()
     {
         startProgram();
