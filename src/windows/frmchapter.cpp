@@ -23,6 +23,7 @@
 #include "windows/lifecycle.h"
 #include "windows/modrender.h"
 #include "windows/programstyle.h"
+#include "windows/typedanswer.h"
 #include "windows/windowplacement.h"
 
 #include <QAction>
@@ -415,6 +416,7 @@ void frmChapter::StartStudying(const sessionfile::State *kept)
     frmMain *main = frmMain::Ensure();
     modrender::StartRendering();
     main->SetStudying(true);
+    main->Typing->SetCounts(kept ? kept->typedRight : 0, kept ? kept->typedWrong : 0);
     if (kept) {
         main->Check2->SetChecked(kept->troubleOnly);
         modrender::ShowKeptCard(kept->card, kept->answerShown, kept->answerFirst);

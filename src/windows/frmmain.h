@@ -12,6 +12,7 @@ class CardArea;
 class QAction;
 class QMenu;
 class QTimer;
+class TypedAnswer;
 class frmProgress;
 class zelCheck;
 class zelControl;
@@ -44,7 +45,8 @@ public:
     zelFlatButton *zelFlatButton3; // previous card
     zelFlatButton *zelFlatButton4; // question / answer
     zelHL *zelHL1;
-    CardArea *Card; // what assistive tools read of the card face
+    CardArea *Card;      // what assistive tools read of the card face
+    TypedAnswer *Typing; // the line to type the answer in, when the option is on
     QTimer *Timer1;
     QMenu *mP;
     QAction *mP_n, *mP_o, *mP_fc, *mP_vac, *mP_sc, *mP_sp, *mP_ss, *mP_qh, *mP_a, *mP_e;

@@ -15,6 +15,7 @@
 #include "windows/frmmain.h"
 #include "windows/modrender.h"
 #include "windows/programstyle.h"
+#include "windows/typedanswer.h"
 #include "windows/windowplacement.h"
 
 #include <QCheckBox>
@@ -296,18 +297,24 @@ QWidget *frmOptions::BuildStudyPage()
     Check7 = new QCheckBox(u"The arrows step &over the empty slot at the end of the deck"_s);
     Check7->setToolTip(u"Without it, the arrows stop once on the empty slot after the last card "
                        "(the card face then keeps the card shown before)"_s);
+    Check8 = new QCheckBox(u"T&ype the answer before it is shown"_s);
+    Check8->setToolTip(u"A line on the card for the side not on show; Return checks what you "
+                       "typed, forgiving case, punctuation, a leading article and ae, oe, ue, ss "
+                       "for umlauts. A wrong answer marks the card as a trouble card"_s);
     auto *column = new QVBoxLayout(page);
     column->addWidget(Check5);
     column->addWidget(Frame2);
     column->addWidget(Check6);
     column->addWidget(Check7);
+    column->addWidget(Check8);
     column->addStretch();
 
     Check5->setChecked(studyoptions::KeepSession());
     Option1[int(studyoptions::First())]->setChecked(true);
     Check6->setChecked(studyoptions::ShowNotes());
     Check7->setChecked(studyoptions::SkipEmptySlot());
-    for (QCheckBox *box : {Check5, Check6, Check7})
+    Check8->setChecked(studyoptions::TypeAnswer());
+    for (QCheckBox *box : {Check5, Check6, Check7, Check8})
         connect(box, &QCheckBox::toggled, this, &frmOptions::StudyOptionsChanged);
     for (QRadioButton *option : Option1)
         connect(option, &QRadioButton::toggled, this, [this](bool checked) {
@@ -325,8 +332,12 @@ void frmOptions::StudyOptionsChanged()
                                                              : studyoptions::FirstSide::Question);
     studyoptions::SetShowNotes(Check6->isChecked());
     studyoptions::SetSkipEmptySlot(Check7->isChecked());
-    // The side shown first applies from the next card; the note at once.
+    studyoptions::SetTypeAnswer(Check8->isChecked());
+    // The side shown first applies from the next card; the note and the
+    // typing line at once.
     modrender::RefreshNote();
+    if (frmMain *main = frmMain::Existing())
+        main->Typing->Refresh();
     if (!g_Extras.IsDirty())
         return;
     QString error;

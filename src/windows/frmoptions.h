@@ -89,6 +89,7 @@ public:
     QRadioButton *Option1[3]; // question, answer, either at random
     QCheckBox *Check6;        // the note under the answer
     QCheckBox *Check7;        // the arrows step over the empty slot
+    QCheckBox *Check8;        // type the answer
 
     r_data *PreviewMetrics() const { return m_preview.get(); }
     r_renderer *PreviewRenderer() const { return m_renderer.get(); }

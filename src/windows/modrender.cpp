@@ -12,6 +12,7 @@
 #include "settings/studyoptions.h"
 #include "windows/cardarea.h"
 #include "windows/frmmain.h"
+#include "windows/typedanswer.h"
 
 #include <QRandomGenerator>
 
@@ -81,8 +82,10 @@ void redraw()
         return;
     g_renderer->Draw(false);
     g_renderer->Draw(true);
-    if (frmMain *main = frmMain::Existing())
+    if (frmMain *main = frmMain::Existing()) {
         main->Card->SetDescription(CardDescription());
+        main->Typing->FaceShown();
+    }
 }
 
 void setTroubleMark(const Card *card)
