@@ -8,12 +8,14 @@ set -euo pipefail
 packages=(
     # compiler and build tools
     g++ make cmake
-    # Qt 6 (Core, Gui, Widgets, Network, Test) with moc and the platform plugins
+    # Qt 6 (Core, Gui, Widgets, Network, PrintSupport, Test) with moc and the platform plugins
     qt6-base-dev qt6-base-dev-tools qt6-qpa-plugins libgl-dev
     # a real X server for the end-to-end test, a way to drive it, and screenshots
     xvfb xauth xdotool x11-apps
     # fonts, so text looks the same on every machine
     fonts-dejavu-core
+    # printed sheets are read back as text and pictures
+    poppler-utils
 )
 
 case "${1:-}" in

@@ -180,6 +180,9 @@ void frmMain::BuildMenu()
     item(mP_a, u"mP_a"_s, u"About"_s, u"A"_s, &frmMain::ShowAbout);
     mP->addSeparator();
     item(mP_e, u"mP_e"_s, u"Exit"_s, u"X"_s, &frmMain::Exit);
+
+    mP->addSeparator();
+    item(mP_print, u"mP_print"_s, u"Print Trouble Cards..."_s, u"P"_s, &frmMain::PrintTroubleCards);
 }
 
 void frmMain::Load()

@@ -48,6 +48,7 @@ public:
     QTimer *Timer1;
     QMenu *mP;
     QAction *mP_n, *mP_o, *mP_fc, *mP_vac, *mP_sc, *mP_sp, *mP_ss, *mP_qh, *mP_a, *mP_e;
+    QAction *mP_print; // additions, after the menu's own items
     bool RestartPending = false;
 
     static constexpr int kCardWidth = 640;
@@ -57,6 +58,9 @@ public:
     // F1 opens the manual as the help link does.
     static constexpr int kKeyTroubleOnly = 84;
     static constexpr int kKeyHelp = 112;
+    // P prints the trouble cards (so Ctrl+P does too: keys count by their code
+    // alone).
+    static constexpr int kKeyPrint = 80;
 
     // The window's load sequence: position, trouble-only box, controls on,
     // shown in front, hover help running.
@@ -97,6 +101,7 @@ public:
     void ShowOptions();
     void ShowFind();
     void ViewAllCards();
+    void PrintTroubleCards();
 
     // ShuffleHost
     void EnableCommands(bool enabled) override { EnableStudyControls(enabled); }

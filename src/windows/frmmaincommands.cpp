@@ -14,6 +14,7 @@
 #include "windows/frmabout.h"
 #include "windows/lifecycle.h"
 #include "windows/modrender.h"
+#include "windows/printcards.h"
 #include "windows/studydialogs.h"
 #include "windows/windowplacement.h"
 
@@ -81,6 +82,9 @@ void frmMain::HandleAddedKey(int keyCode)
         break;
     case kKeyHelp:
         zelHL1->Press();
+        break;
+    case kKeyPrint:
+        PrintTroubleCards();
         break;
     default:
         break;
@@ -194,4 +198,10 @@ void frmMain::ShowFind()
 void frmMain::ViewAllCards()
 {
     studydialogs::ViewAllCards();
+}
+
+void frmMain::PrintTroubleCards()
+{
+    if (m_studying)
+        printcards::PrintTroubleCards();
 }

@@ -14,6 +14,7 @@ public:
     bool StartProgram(const QString &program, const QStringList &arguments) override;
     bool OpenDocument(const QString &pathOrUrl) override;
     int ShowModal(QObject *window) override;
+    std::optional<PrintChoice> AskPrint(const PrintRequest &request) override;
 };
 
 // Colours are kept as 0x00BBGGRR, red in the low byte.

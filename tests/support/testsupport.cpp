@@ -67,6 +67,16 @@ int FakePrompter::ShowModal(QObject *window)
     return onModal ? onModal(window) : 0;
 }
 
+std::optional<PrintChoice> FakePrompter::AskPrint(const PrintRequest &request)
+{
+    printDialogs.push_back(request);
+    if (printAnswers.empty())
+        return std::nullopt;
+    auto answer = printAnswers.front();
+    printAnswers.pop_front();
+    return answer;
+}
+
 QStringList FakePrompter::boxTitles() const
 {
     QStringList titles;

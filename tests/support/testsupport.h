@@ -45,6 +45,8 @@ public:
     // left as it came.
     std::function<int(QObject *window)> onModal;
     std::vector<QString> modalWindows; // their object names
+    std::vector<PrintRequest> printDialogs;
+    std::deque<std::optional<PrintChoice>> printAnswers;
 
     MsgResult ShowMessage(const MessageBoxRequest &request) override;
     std::optional<QString> AskFileName(const FileDialogRequest &request) override;
@@ -52,6 +54,7 @@ public:
     bool StartProgram(const QString &program, const QStringList &arguments) override;
     bool OpenDocument(const QString &pathOrUrl) override;
     int ShowModal(QObject *window) override;
+    std::optional<PrintChoice> AskPrint(const PrintRequest &request) override;
 
     QStringList boxTitles() const;
     // Every box so far, each as Box() writes it.

@@ -2,6 +2,7 @@
 #include "cardtext.h"
 #include "chapterrules.h"
 #include "commandline.h"
+#include "pdftext.h"
 #include "settings/r_data.h"
 #include "testsupport.h"
 
@@ -42,6 +43,36 @@ QJsonObject dumpJson(const QString &path)
 }
 
 using Rows = QList<QStringList>;
+
+const QByteArray kChapter = "generated automatically by the Vocabrix Editor v1.21";
+
+// The files the print and languages verbs read, byte by byte, in a folder:
+// a chapter "Tiere", a progress file (Katze its one trouble card), one with
+// no trouble card, a damaged one and a KORVA file that is no chapter.
+void writeSources(const QTemporaryDir &dir)
+{
+    using namespace bytes;
+    WriteFileBytes(dir.filePath(u"chapter.zel"_s),
+                   header(kChapter, 4, 3, "Tiere") + placeholder() + entry("Hund", -1, "dog", 0, "")
+                           + entry("Katze", -1, "cat", 0, "") + entry("Maus", -1, "mouse", 0, ""));
+    WriteFileBytes(dir.filePath(u"other.zel"_s),
+                   header("x", 4, 2) + placeholder() + entry("a", -1, "b", 0, "") + entry("c", -1, "d", 0, ""));
+    auto card = [](const QByteArray &q, const QByteArray &chapter, qint16 trouble) {
+        return text(q) + text("a") + text("") + text("") + i16(trouble) + i16(1) + text(chapter);
+    };
+    const QByteArray slot = card("", "", 0);
+    WriteFileBytes(dir.filePath(u"progress.vxs"_s),
+                   i16(3) + card("Hund", "Tiere", 0) + card("Katze", "Tiere", -1) + card("Rot", "Farben", 0) + slot);
+    WriteFileBytes(dir.filePath(u"none.vxs"_s), i16(2) + card("Hund", "Tiere", 0) + card("Rot", "Farben", 0) + slot);
+    WriteFileBytes(dir.filePath(u"bad.vxs"_s), i16(3) + card("Hund", "Tiere", 0));
+}
+
+QStringList withFolder(QStringList args, const QTemporaryDir &dir)
+{
+    for (QString &a : args)
+        a.replace(u'@', dir.path() + u'/');
+    return args;
+}
 
 } // namespace
 
@@ -348,6 +379,77 @@ private Q_SLOTS:
         QCOMPARE(byKey.value(u"backcolor_b"_s).value(u"note"_s).toString(), u"color_metrics"_s);
         QCOMPARE(byKey.value(QString()).value(u"note"_s).toString(), u"color_metrics"_s);
         QCOMPARE(json.value(u"count"_s).toInt(), 14);
+    }
+
+    // `vxedit print`, run as a user runs it: in a terminal without a display.
+    void printCommand_data()
+    {
+        QTest::addColumn<QStringList>("args"); // '@' stands for the folder
+        QTest::addColumn<int>("status");
+        QTest::addColumn<QStringList>("printed"); // the questions, in order
+        QTest::addColumn<QString>("chapters");    // as the header names them
+        QTest::addColumn<QString>("err");
+        const QStringList animals {u"Hund"_s, u"Katze"_s, u"Maus"_s};
+        QTest::newRow("a chapter under its title")
+                << QStringList {u"@chapter.zel"_s, u"-o"_s, u"@out.pdf"_s} << 0 << animals << u"Tiere"_s << QString();
+        QTest::newRow("progress: the trouble cards")
+                << QStringList {u"--trouble-only"_s, u"@progress.vxs"_s, u"-o"_s, u"@out.pdf"_s} << 0
+                << QStringList {u"Katze"_s} << u"Tiere"_s << QString();
+        QTest::newRow("progress: every card, every chapter")
+                << QStringList {u"@progress.vxs"_s, u"-o"_s, u"@out.pdf"_s} << 0
+                << QStringList {u"Hund"_s, u"Katze"_s, u"Rot"_s} << u"Tiere, Farben"_s << QString();
+        QTest::newRow("a chapter keeps no trouble marks")
+                << QStringList {u"@chapter.zel"_s, u"-o"_s, u"@out.pdf"_s, u"--trouble-only"_s} << 1 << QStringList()
+                << QString()
+                << u"vxedit: @chapter.zel: a chapter file keeps no trouble marks (a progress file does); leave "
+                   "out --trouble-only to print every card\n"_s;
+        QTest::newRow("no trouble card marked")
+                << QStringList {u"@none.vxs"_s, u"-o"_s, u"@out.pdf"_s, u"--trouble-only"_s} << 1 << QStringList()
+                << QString()
+                << u"vxedit: @none.vxs: no card is marked as a trouble card; leave out --trouble-only to "
+                   "print all 2\n"_s;
+        QTest::newRow("no chapter") << QStringList {u"@other.zel"_s, u"-o"_s, u"@out.pdf"_s} << 1 << QStringList()
+                                    << QString()
+                                    << u"vxedit: @other.zel: not a chapter file (its description is 'x')\n"_s;
+        QTest::newRow("a damaged progress file")
+                << QStringList {u"@bad.vxs"_s, u"-o"_s, u"@out.pdf"_s} << 1 << QStringList() << QString()
+                << u"vxedit: @bad.vxs: not a progress file, or a damaged one: "_s;
+        QTest::newRow("a folder as the output") << QStringList {u"@chapter.zel"_s, u"-o"_s, u"@"_s} << 1
+                                                << QStringList() << QString() << u"vxedit: @: "_s;
+        QTest::newRow("no output") << QStringList {u"@chapter.zel"_s} << 2 << QStringList() << QString()
+                                   << u"vxedit: print needs -o OUT.pdf\nusage:"_s;
+    }
+    void printCommand()
+    {
+        QFETCH(QStringList, args);
+        QFETCH(int, status);
+        QFETCH(QStringList, printed);
+        QFETCH(QString, chapters);
+        QFETCH(QString, err);
+        QTemporaryDir dir;
+        writeSources(dir);
+        QProcess p;
+        QProcessEnvironment env = QProcessEnvironment::systemEnvironment();
+        for (const char *name : {"DISPLAY", "WAYLAND_DISPLAY", "QT_QPA_PLATFORM", "XDG_RUNTIME_DIR"})
+            env.remove(QString::fromLatin1(name));
+        p.setProcessEnvironment(env);
+        p.start(QStringLiteral(VXEDIT_BINARY), QStringList {u"print"_s} + withFolder(args, dir));
+        QVERIFY(p.waitForFinished(60000));
+        QCOMPARE(p.exitCode(), status);
+        QVERIFY2(QString::fromUtf8(p.readAllStandardError()).startsWith(withFolder({err}, dir)[0]), qPrintable(err));
+        const QString out = dir.filePath(u"out.pdf"_s);
+        QCOMPARE(QFileInfo::exists(out), status == 0);
+        if (status != 0)
+            return;
+        const PdfText pdf = ReadPdf(out);
+        QVERIFY(pdf.read);
+        QStringList got;
+        for (const PdfWord &w : pdf.words)
+            if (QStringList({u"Hund"_s, u"Katze"_s, u"Maus"_s, u"Rot"_s}).contains(w.text))
+                got << w.text;
+        QCOMPARE(got, printed);
+        QVERIFY(pdf.page(1).contains(chapters));
+        QVERIFY(pdf.page(1).contains(QLocale().toString(QDate::currentDate(), QLocale::LongFormat)));
     }
 
     void binaryAnswersOnStandardStreams()

@@ -2,9 +2,12 @@
 
 #include "cardtext.h"
 #include "chapterrules.h"
+#include "drawing/cardsheet.h"
 #include "korva/chapterformat.h"
+#include "korva/diskfile.h"
 #include "korva/ikorvalite.h"
 #include "korvajson.h"
+#include "printcommand.h"
 
 #include <QFile>
 #include <QFileInfo>
@@ -21,13 +24,15 @@ namespace {
 // being read whole.
 constexpr qint64 kMaxSourceSize = 64 * 1024 * 1024;
 
-const QString kUsage = u"usage: vxedit [FILE.zel]\n"
-                       "       vxedit dump FILE\n"
-                       "       vxedit import SOURCE.tsv|SOURCE.csv -o OUT.zel [--title TITLE]\n"
-                       "       vxedit export FILE.zel [-o OUT.tsv|OUT.csv]\n"
-                       "       vxedit --help | --version\n"_s;
+const QString kUsage =
+        u"usage: vxedit [FILE.zel]\n"
+        "       vxedit dump FILE\n"
+        "       vxedit import SOURCE.tsv|SOURCE.csv -o OUT.zel [--title TITLE]\n"
+        "       vxedit export FILE.zel [-o OUT.tsv|OUT.csv]\n"
+        "       vxedit print FILE.zel|FILE.vxs -o OUT.pdf [--trouble-only] [--fold]\n"
+        "       vxedit --help | --version\n"_s;
 
-const QStringList kVerbs {u"dump"_s, u"import"_s, u"export"_s};
+const QStringList kVerbs {u"dump"_s, u"import"_s, u"export"_s, u"print"_s};
 
 class Session
 {
@@ -48,6 +53,7 @@ public:
     int dump(const QString &path);
     int import(const QString &source, const QString &target, const QString &title);
     int exportCards(const QString &path, const QString &target);
+    int print(const QString &path, const QString &target, bool troubleOnly, bool fold);
 
 private:
     bool mount(const QString &path, ikorvalite &db, int &status);
@@ -175,6 +181,31 @@ int Session::exportCards(const QString &path, const QString &target)
     return 0;
 }
 
+int Session::print(const QString &path, const QString &target, bool troubleOnly, bool fold)
+{
+    printcommand::Source source;
+    QString error;
+    if (!printcommand::Read(path, source, &error))
+        return fail(path, error);
+    if (troubleOnly && !source.troubleMarks)
+        return fail(path,
+                    u"a chapter file keeps no trouble marks (a progress file does); leave "
+                    "out --trouble-only to print every card"_s);
+    CardSheet sheet = cardsheet::Select(source.cards, troubleOnly);
+    if (sheet.cards.empty())
+        return fail(path,
+                    troubleOnly ? u"no card is marked as a trouble card; leave out "
+                                  "--trouble-only to print all %1"_s.arg(source.cards.size())
+                                : u"it holds no cards"_s);
+    sheet.layout = fold ? PrintLayout::Fold : PrintLayout::Sheet;
+    const QByteArray pdf = cardsheet::Pdf(sheet, cardsheet::DefaultPaper());
+    if (pdf.isEmpty())
+        return fail(target, u"the pages could not be made; nothing was written"_s);
+    if (!korva::saveFile(target, pdf, &error))
+        return fail(target, error + u"; nothing was written"_s);
+    return 0;
+}
+
 } // namespace
 
 bool IsCommandLine(const QStringList &args)
@@ -190,6 +221,11 @@ bool IsCommandLine(const QStringList &args)
     const QFileInfo info(first);
     return !(info.exists() || first.contains(u'/') || first.contains(u'\\')
              || !info.suffix().isEmpty());
+}
+
+bool NeedsFonts(const QStringList &args)
+{
+    return !args.isEmpty() && args.first() == u"print"_s;
 }
 
 int Run(const QStringList &args, QIODevice &out, QIODevice &err)
@@ -210,9 +246,12 @@ int Run(const QStringList &args, QIODevice &out, QIODevice &err)
         return session.usage((verb.startsWith(u'-') ? u"unknown option "_s : u"unknown command "_s)
                              + verb);
 
-    // Options after the verb: -o PATH, --title TEXT; one positional file.
+    // Options after the verb: -o PATH, --title TEXT and the flags; one
+    // positional file.
     QString file, output, title;
     bool hasOutput = false;
+    QStringList flags;
+    const QStringList knownFlags {u"--trouble-only"_s, u"--fold"_s};
     for (qsizetype i = 1; i < args.size(); ++i) {
         const QString &a = args[i];
         if (a == u"-o"_s || a == u"--title"_s) {
@@ -220,6 +259,8 @@ int Run(const QStringList &args, QIODevice &out, QIODevice &err)
                 return session.usage(a + u" needs a value"_s);
             (a == u"-o"_s ? output : title) = args[++i];
             hasOutput = hasOutput || a == u"-o"_s;
+        } else if (knownFlags.contains(a)) {
+            flags << a;
         } else if (a.startsWith(u'-') && a.size() > 1) {
             return session.usage(u"unknown option "_s + a);
         } else if (file.isEmpty()) {
@@ -230,6 +271,17 @@ int Run(const QStringList &args, QIODevice &out, QIODevice &err)
     }
     if (file.isEmpty())
         return session.usage(verb + u" needs a file"_s);
+
+    if (verb == u"print"_s) {
+        if (!hasOutput || output.isEmpty())
+            return session.usage(u"print needs -o OUT.pdf"_s);
+        if (!title.isEmpty())
+            return session.usage(u"print takes -o, --trouble-only and --fold"_s);
+        return session.print(file, output, flags.contains(u"--trouble-only"_s),
+                             flags.contains(u"--fold"_s));
+    }
+    if (!flags.isEmpty())
+        return session.usage(verb + u" takes neither --trouble-only nor --fold"_s);
 
     if (verb == u"dump"_s) {
         if (hasOutput || !title.isEmpty())
