@@ -9,8 +9,10 @@
 #include "core/log.h"
 #include "core/programstate.h"
 #include "core/prompter.h"
+#include "core/speaker.h"
 #include "drawing/r_renderer.h"
 #include "settings/r_data.h"
+#include "windows/cardspeech.h"
 #include "windows/frmabout.h"
 #include "windows/lifecycle.h"
 #include "windows/modrender.h"
@@ -85,6 +87,9 @@ void frmMain::HandleAddedKey(int keyCode)
         break;
     case kKeyPrint:
         PrintTroubleCards();
+        break;
+    case kKeySpeak:
+        SpeakCard();
         break;
     default:
         break;
@@ -204,4 +209,17 @@ void frmMain::PrintTroubleCards()
 {
     if (m_studying)
         printcards::PrintTroubleCards();
+}
+
+void frmMain::SpeakCard()
+{
+    if (m_studying)
+        cardspeech::SpeakCard();
+}
+
+void frmMain::UpdateSpeakItem()
+{
+    const QString why = speaker().Unavailable();
+    mP_speak->setEnabled(why.isEmpty());
+    mP_speak->setToolTip(why.isEmpty() ? u"Speak the text on the card"_s : why);
 }

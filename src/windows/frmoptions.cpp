@@ -13,6 +13,7 @@
 #include "windows/frmmain.h"
 #include "windows/modrender.h"
 #include "windows/programstyle.h"
+#include "windows/speechpage.h"
 #include "windows/windowplacement.h"
 
 #include <QCheckBox>
@@ -28,6 +29,8 @@
 #include <QTabBar>
 #include <QTimer>
 #include <QVBoxLayout>
+
+#include <iterator>
 
 using namespace Qt::Literals::StringLiterals;
 
@@ -113,6 +116,7 @@ frmOptions::frmOptions()
 
     ts->addTab(u"Colors"_s);
     ts->addTab(u"User Interface"_s);
+    ts->addTab(u"Speech"_s);
     ts->setExpanding(false);
 
     // The colours page: names, swatch and defaults beside the preview.
@@ -159,10 +163,13 @@ frmOptions::frmOptions()
     ui->addWidget(Check4);
     ui->addStretch();
 
+    PictureSpeech = new SpeechPage(this);
+
     auto *layout = new QVBoxLayout(this);
     layout->addWidget(ts);
     layout->addWidget(Picture1[0]);
     layout->addWidget(Picture1[1]);
+    layout->addWidget(PictureSpeech);
     auto *buttons = new QHBoxLayout;
     buttons->addStretch();
     buttons->addWidget(Command2);
@@ -245,9 +252,11 @@ frmOptions::~frmOptions() = default;
 
 void frmOptions::SelectTab(int tab)
 {
-    for (QWidget *page : Picture1)
+    // The pages in the order of their tabs.
+    QWidget *const pages[] = {Picture1[0], Picture1[1], PictureSpeech};
+    for (QWidget *page : pages)
         page->hide();
-    Picture1[qBound(0, tab, 1)]->show();
+    pages[qBound(0, tab, int(std::size(pages)) - 1)]->show();
     if (ts->currentIndex() != tab)
         ts->setCurrentIndex(tab);
 }

@@ -17,6 +17,7 @@ class QTabBar;
 class QTimer;
 class r_data;
 class r_renderer;
+class SpeechPage;
 
 // A check box that reports when a mouse button is let go after a press on it,
 // wherever that happens and whether or not the box changed; and when the
@@ -81,6 +82,7 @@ public:
     QPushButton *Command2;   // close
     QTimer *Timer1;          // redraws the preview
     PreviewPanel *Picture2;
+    SpeechPage *PictureSpeech; // the "Speech" page
 
     r_data *PreviewMetrics() const { return m_preview.get(); }
     r_renderer *PreviewRenderer() const { return m_renderer.get(); }

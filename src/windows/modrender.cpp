@@ -10,6 +10,7 @@
 #include "settings/r_data.h"
 #include "settings/settingskeys.h"
 #include "windows/cardarea.h"
+#include "windows/cardspeech.h"
 #include "windows/frmmain.h"
 
 #include <memory>
@@ -74,6 +75,8 @@ void showAsNewView(View kind)
         redraw();
         setTroubleMark(card);
     }
+    if (kind != View::Again)
+        cardspeech::NewCardShown();
 }
 
 void move(Direction direction)

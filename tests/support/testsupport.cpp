@@ -122,6 +122,7 @@ TestEnvironment::TestEnvironment(bool withWatcher)
     // never beside the test or at the root.
     g_BaseDirectory = home;
     SetPrompter(&prompter);
+    SetSpeaker(&speaker);
     SetPauser(&pauser);
     if (withWatcher) {
         auto w = std::make_unique<RecordingWatcher>(log);
@@ -135,6 +136,7 @@ TestEnvironment::~TestEnvironment()
     ResetProgramState();
     g_Deck.Reset();
     SetPrompter(nullptr);
+    SetSpeaker(nullptr);
     SetPauser(nullptr);
     qputenv("HOME", m_oldHome);
     qunsetenv("XDG_CONFIG_HOME");

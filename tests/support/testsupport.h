@@ -5,6 +5,7 @@
 #include "core/pause.h"
 #include "core/programstate.h"
 #include "core/prompter.h"
+#include "core/speaker.h"
 #include "korva/ikorvalite.h"
 #include "korvabuilder.h"
 
@@ -59,6 +60,18 @@ public:
     QStringList boxTitles() const;
     // Every box so far, each as Box() writes it.
     QStringList seen() const;
+};
+
+// Records what it was asked to say, as "language: text"; plays a machine
+// without a speech engine when unavailable is set.
+class FakeSpeaker final : public Speaker
+{
+public:
+    QString unavailable;
+    QStringList said;
+
+    QString Unavailable() const override { return unavailable; }
+    void Say(const QString &text, const QString &language) override { said << language + QStringLiteral(": ") + text; }
 };
 
 // A message box as "title | text | icon | buttons", so a test compares all of it.
@@ -156,6 +169,7 @@ public:
     QStringList logLines() const;
 
     FakePrompter prompter;
+    FakeSpeaker speaker;
     InstantPauser pauser;
     std::shared_ptr<LogRecord> log = std::make_shared<LogRecord>();
     RecordingWatcher *watcher = nullptr; // owned by g_Watcher; gone after a shutdown

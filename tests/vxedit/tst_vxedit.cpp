@@ -452,6 +452,99 @@ private Q_SLOTS:
         QVERIFY(pdf.page(1).contains(QLocale().toString(QDate::currentDate(), QLocale::LongFormat)));
     }
 
+    // The languages kept beside a chapter come with its cards; a damaged file
+    // is logged and left out, and the chapter loads as before.
+    void chapterLanguages_data()
+    {
+        QTest::addColumn<QByteArray>("file"); // null: none; "/": a folder in its place
+        QTest::addColumn<QStringList>("languages");
+        QTest::addColumn<QString>("why");
+        QTest::newRow("none") << QByteArray() << QStringList {QString(), QString()} << QString();
+        QTest::newRow("both, with comments, blanks and CRLF")
+                << QByteArray("# x\r\nquestion = de\r\n\r\nanswer=en_gb\r\n") << QStringList {u"de"_s, u"en-GB"_s}
+                << QString();
+        QTest::newRow("not a language") << QByteArray("question=klingonisch\n") << QStringList {QString(), QString()}
+                                        << u"'klingonisch' is not a language (try a tag such as de or en-GB)"_s;
+        QTest::newRow("not UTF-8") << QByteArray("question=d\xFF\n") << QStringList {QString(), QString()}
+                                   << u"the text is not UTF-8"_s;
+        QTest::newRow("a folder in its place")
+                << QByteArray("/") << QStringList {QString(), QString()} << u"it is not a regular file"_s;
+    }
+    void chapterLanguages()
+    {
+        QFETCH(QByteArray, file);
+        QFETCH(QStringList, languages);
+        QFETCH(QString, why);
+        TestEnvironment env;
+        FlushData(true);
+        const QByteArray chapter = bytes::header(kChapter, 4, 2) + bytes::placeholder()
+                + bytes::entry("Hund", -1, "dog", 0, "") + bytes::entry("Katze", -1, "cat", 0, "");
+        WriteFileBytes(env.path(u"a.zel"_s), chapter);
+        if (file == "/")
+            QDir().mkpath(env.path(u"a.zel.lang"_s));
+        else if (!file.isNull())
+            WriteFileBytes(env.path(u"a.zel.lang"_s), file);
+        g_Deck.SetLanguages(u"A"_s, {u"fr"_s, u"fr"_s}); // what an earlier load left
+        env.log->clear();
+        LoadChapterFile(env.path(u"a.zel"_s), u"A"_s);
+        QCOMPARE(g_Deck.UBound(), 2);
+        QCOMPARE(g_Deck[1].question, u"Katze"_s);
+        const ChapterLanguages got = g_Deck.Languages(u"A"_s);
+        QCOMPARE(QStringList({got.question, got.answer}), languages);
+        QStringList log {u"file loaded; using 30 bytes of memory/n"_s};
+        if (!why.isEmpty())
+            log << u" .. languages left out: a.zel.lang: "_s + why + u"/n"_s;
+        QCOMPARE(env.logLines(), log);
+        QVERIFY(env.prompter.boxes.empty());
+        QCOMPARE(ReadFileBytes(env.path(u"a.zel"_s)), chapter);
+    }
+
+    // `vxedit languages`: the file beside a chapter shown, set and cleared;
+    // the chapter itself never written.
+    void languagesCommand_data()
+    {
+        QTest::addColumn<QByteArray>("before"); // the file beside the chapter; null: none
+        QTest::addColumn<QStringList>("args");
+        QTest::addColumn<int>("status");
+        QTest::addColumn<QString>("out");
+        QTest::addColumn<QByteArray>("after");
+        const QByteArray kept = "question=de\nanswer=en\n";
+        const QByteArray head = "# Vocabrix: the languages this chapter's cards are spoken in\n";
+        QTest::newRow("shown") << kept << QStringList() << 0 << QString::fromUtf8(kept) << kept;
+        QTest::newRow("set, a region written right") << QByteArray() << QStringList {u"--set"_s, u"de,EN_gb"_s} << 0
+                                                     << QString() << head + "question=de\nanswer=en-GB\n";
+        QTest::newRow("cleared") << kept << QStringList {u"--clear"_s} << 0 << QString() << QByteArray();
+        QTest::newRow("no language: nothing written")
+                << kept << QStringList {u"--set"_s, u"xx,en"_s} << 2 << QString() << kept;
+        QTest::newRow("a damaged file is told")
+                << QByteArray("question de\n") << QStringList() << 1 << QString() << QByteArray("question de\n");
+    }
+    void languagesCommand()
+    {
+        QFETCH(QByteArray, before);
+        QFETCH(QStringList, args);
+        QFETCH(int, status);
+        QFETCH(QString, out);
+        QFETCH(QByteArray, after);
+        QTemporaryDir dir;
+        writeSources(dir);
+        const QString chapter = dir.filePath(u"chapter.zel"_s), beside = chapter + u".lang"_s;
+        const QByteArray chapterBytes = ReadFileBytes(chapter);
+        if (!before.isNull())
+            WriteFileBytes(beside, before);
+        const RunResult r = run(QStringList {u"languages"_s, chapter} + args);
+        QCOMPARE(r.status, status);
+        QCOMPARE(QString::fromUtf8(r.out), out);
+        QCOMPARE(r.err.isEmpty(), status == 0);
+        QCOMPARE(QFileInfo::exists(beside), !after.isNull());
+        QCOMPARE(ReadFileBytes(beside), after);
+        QCOMPARE(ReadFileBytes(chapter), chapterBytes);
+
+        const QString other = dir.filePath(u"other.zel"_s);
+        QCOMPARE(run({u"languages"_s, other, u"--set"_s, u"de,en"_s}).status, 1);
+        QVERIFY(!QFileInfo::exists(other + u".lang"_s));
+    }
+
     void binaryAnswersOnStandardStreams()
     {
         QTemporaryDir dir;

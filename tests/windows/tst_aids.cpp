@@ -1,9 +1,29 @@
 #include "pdftext.h"
 #include "uitestsupport.h"
+#include "windows/cardspeech.h"
+#include "windows/frmoptions.h"
+#include "windows/qtspeaker.h"
+#include "windows/speechpage.h"
 
+#include <QComboBox>
+#include <QElapsedTimer>
+#include <QLabel>
 #include <QMenu>
+#include <QScopeGuard>
+#include <QSignalSpy>
+
+#include <csignal>
+#include <sys/types.h>
 
 using namespace Qt::Literals::StringLiterals;
+
+// speech-dispatcher's client library reads the engine's list of voices with
+// strstr, which AddressSanitizer's check of every call makes quadratic:
+// minutes for espeak-ng's thousands of voices instead of a second.
+extern "C" const char *__asan_default_options()
+{
+    return "intercept_strstr=0";
+}
 
 namespace {
 
@@ -126,6 +146,152 @@ private Q_SLOTS:
         const PdfWord &first = *std::find_if(pdf.words.begin(), pdf.words.end(),
                                              [&](const PdfWord &w) { return w.text == printed.left(2); });
         QCOMPARE(first.box.left() > first.pageWidth / 8, dialog == u"fold"_s);
+    }
+
+    // "Speak Card" by key and menu: what is said, in which language.
+    void speak_data()
+    {
+        QTest::addColumn<QString>("setup");
+        QTest::addColumn<QString>("route");
+        QTest::addColumn<QString>("said");
+        QTest::newRow("F5: the question, in German") << QString() << u"key F5"_s << u"de: q2"_s;
+        QTest::newRow("the menu item") << QString() << u"menu mP_speak"_s << u"de: q2"_s;
+        QTest::newRow("the answer side, in English") << u"answer"_s << u"key F5"_s << u"en: a2"_s;
+        QTest::newRow("the options' languages") << u"options=es,pt answer"_s << u"key F5"_s << u"pt: a2"_s;
+        QTest::newRow("the chapter's before the options'")
+                << u"options=es,pt chapter=fr,it"_s << u"key F5"_s << u"fr: q2"_s;
+        QTest::newRow("the chapter's answer language") << u"chapter=fr,it answer"_s << u"key F5"_s << u"it: a2"_s;
+        QTest::newRow("a chapter with one language") << u"chapter=,it"_s << u"key F5"_s << u"de: q2"_s;
+        QTest::newRow("no engine: nothing, item off") << u"noengine"_s << u"key F5"_s << QString();
+        QTest::newRow("a new card speaks when asked") << u"auto"_s << u"key Right"_s << u"de: q3"_s;
+        QTest::newRow("and not when not") << QString() << u"key Right"_s << QString();
+        QTest::newRow("not the same card after a shuffle") << u"auto"_s << u"key S"_s << QString();
+        QTest::newRow("while shuffling") << u"shuffling"_s << u"key F5"_s << QString();
+    }
+    void speak()
+    {
+        QFETCH(QString, setup);
+        QFETCH(QString, route);
+        QFETCH(QString, said);
+        TestEnvironment env;
+        startStudying(env, {});
+        const QString reason = u"No speech engine is installed"_s;
+        SpeechSettings settings;
+        for (const QString &step : setup.split(u' ', Qt::SkipEmptyParts)) {
+            const QStringList two = step.section(u'=', 1).split(u',');
+            if (step == u"answer"_s)
+                modrender::ToggleAnswer();
+            else if (step == u"noengine"_s)
+                env.speaker.unavailable = reason;
+            else if (step == u"auto"_s)
+                settings.speakNewCards = true;
+            else if (step == u"shuffling"_s)
+                g_ShuffleRunning = true;
+            else if (step.startsWith(u"options="_s))
+                std::tie(settings.questionLanguage, settings.answerLanguage) = std::tie(two[0], two[1]);
+            else if (step.startsWith(u"chapter="_s))
+                g_Deck.SetLanguages(u"Kapitel"_s, {two[0], two[1]});
+        }
+        QVERIFY(cardspeech::ChangeSettings(settings, nullptr));
+        press(route);
+        QCOMPARE(env.speaker.said.join(u'|'), said);
+
+        frmMain *main = frmMain::Existing();
+        Q_EMIT main->mP->aboutToShow();
+        QCOMPARE(main->mP_speak->isEnabled(), env.speaker.unavailable.isEmpty());
+        if (!env.speaker.unavailable.isEmpty())
+            QCOMPARE(main->mP_speak->toolTip(), reason);
+    }
+
+    // The options' "Speech" page: it shows the saved options, which are in
+    // force from the first card on, and keeps every change in its own file at
+    // once (or says why it can't).
+    void speechOptions_data()
+    {
+        QTest::addColumn<bool>("writable");
+        QTest::newRow("saved at once") << true;
+        QTest::newRow("the file can't be written: told, in force") << false;
+    }
+    void speechOptions()
+    {
+        QFETCH(bool, writable);
+        TestEnvironment env;
+        const QString file = env.path(u"speech.cfg"_s);
+        // What is wrong is left out (a language that is none).
+        WriteFileBytes(file,
+                       "# by hand\r\nanswer_language = en_gb\nquestion_language=fr\nspeak_new_cards=1\n"
+                       "answer_language=xx\n");
+        startStudying(env, {});
+        QCOMPARE(env.speaker.said, QStringList({u"fr: q0"_s, u"fr: q1"_s, u"fr: q2"_s}));
+        frmOptions *options = frmOptions::Instance();
+        options->show();
+        QTest::mouseClick(options->ts, Qt::LeftButton, {}, options->ts->tabRect(2).center());
+        SpeechPage *page = options->PictureSpeech;
+        QVERIFY(page->isVisible() && !options->Picture1[0]->isVisible() && !options->Picture1[1]->isVisible());
+        QCOMPARE(page->QuestionLanguage->currentData().toString() + u' '
+                         + page->AnswerLanguage->currentData().toString(),
+                 u"fr en-GB"_s);
+        QVERIFY(page->SpeakNewCards->isChecked());
+        QVERIFY(SaveScreenshot(options->grab().toImage(), u"options-speech.png"_s));
+        QTest::mouseClick(page->TryButton, Qt::LeftButton);
+        QCOMPARE(env.speaker.said.last(), u"fr: français"_s);
+
+        if (!writable) {
+            QFile::remove(file);
+            QDir().mkpath(file);
+        }
+        const int german = page->QuestionLanguage->findData(u"de"_s);
+        page->QuestionLanguage->setCurrentIndex(german);
+        Q_EMIT page->QuestionLanguage->activated(german);
+        QCOMPARE(cardspeech::Settings().questionLanguage, u"de"_s);
+        QCOMPARE(env.prompter.boxTitles(), writable ? QStringList() : QStringList {u"Vocabrix Options"_s});
+        if (writable)
+            QCOMPARE(ReadFileBytes(file),
+                     QByteArray("# Vocabrix: how cards are spoken\nquestion_language=de\n"
+                                "answer_language=en-GB\nspeak_new_cards=1\n"));
+    }
+
+    // The machine's own engine says a word to its end, when it has one. Its
+    // speech-dispatcher runs for this test alone (its own folders, the sound
+    // going nowhere) and ends with it.
+    void speaksForReal()
+    {
+        TestEnvironment env;
+        const QString home = env.home();
+        QDir(home).mkpath(u".config/speech-dispatcher"_s);
+        QDir(home).mkpath(u"run"_s);
+        QFile(home + u"/run"_s).setPermissions(QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
+        WriteFileBytes(home + u"/.config/speech-dispatcher/speechd.conf"_s,
+                       "Timeout 1\nAudioOutputMethod \"libao\"\nDefaultModule espeak-ng\n");
+        WriteFileBytes(home + u"/.libao"_s, "default_driver=null\n");
+        const QByteArray runtime = qgetenv("XDG_RUNTIME_DIR");
+        qputenv("XDG_RUNTIME_DIR", (home + u"/run"_s).toUtf8());
+        auto restore = qScopeGuard([&] { qputenv("XDG_RUNTIME_DIR", runtime); });
+        // Nothing outlives the test: the daemon it starts ends, taking its pid
+        // file along, a second after its last client; or it is ended.
+        const QString pidFile = home + u"/run/speech-dispatcher/pid/speech-dispatcher.pid"_s;
+        auto reap = qScopeGuard([&] {
+            for (int i = 0; i < 150 && QFileInfo::exists(pidFile); ++i)
+                QTest::qWait(100);
+            if (const qint64 pid = ReadFileBytes(pidFile).trimmed().toLongLong(); pid > 0)
+                ::kill(pid_t(pid), SIGKILL);
+        });
+        {
+            QtSpeaker speech;
+            if (!speech.Unavailable().isEmpty())
+                QSKIP(qPrintable(speech.Unavailable()));
+            QSignalSpy started(&speech, &QtSpeaker::Started);
+            QSignalSpy spoken(&speech, &QtSpeaker::Spoken);
+            QElapsedTimer clock;
+            clock.start();
+            speech.Say(u"Hallo"_s, u"de"_s);
+            QVERIFY(clock.elapsed() < 500); // the engine starts in its own thread
+            QTRY_VERIFY_WITH_TIMEOUT(started.count() == 1, 30000);
+            if (!speech.Unavailable().isEmpty())
+                QSKIP(qPrintable(speech.Unavailable()));
+            QTRY_VERIFY_WITH_TIMEOUT(spoken.count() == 1, 30000);
+        }
+        QTRY_VERIFY_WITH_TIMEOUT(!QFileInfo::exists(pidFile), 15000);
     }
 };
 

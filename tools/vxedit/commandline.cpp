@@ -1,5 +1,6 @@
 #include "commandline.h"
 
+#include "cards/chapterlanguages.h"
 #include "cardtext.h"
 #include "chapterrules.h"
 #include "drawing/cardsheet.h"
@@ -8,11 +9,14 @@
 #include "korva/ikorvalite.h"
 #include "korvajson.h"
 #include "printcommand.h"
+#include "settings/speechsettings.h"
 
 #include <QFile>
 #include <QFileInfo>
 #include <QIODevice>
 #include <QSaveFile>
+
+#include <optional>
 
 using namespace Qt::Literals::StringLiterals;
 
@@ -30,9 +34,10 @@ const QString kUsage =
         "       vxedit import SOURCE.tsv|SOURCE.csv -o OUT.zel [--title TITLE]\n"
         "       vxedit export FILE.zel [-o OUT.tsv|OUT.csv]\n"
         "       vxedit print FILE.zel|FILE.vxs -o OUT.pdf [--trouble-only] [--fold]\n"
+        "       vxedit languages FILE.zel [--set QUESTION,ANSWER | --clear]\n"
         "       vxedit --help | --version\n"_s;
 
-const QStringList kVerbs {u"dump"_s, u"import"_s, u"export"_s, u"print"_s};
+const QStringList kVerbs {u"dump"_s, u"import"_s, u"export"_s, u"print"_s, u"languages"_s};
 
 class Session
 {
@@ -54,6 +59,7 @@ public:
     int import(const QString &source, const QString &target, const QString &title);
     int exportCards(const QString &path, const QString &target);
     int print(const QString &path, const QString &target, bool troubleOnly, bool fold);
+    int languages(const QString &path, const std::optional<ChapterLanguages> &set);
 
 private:
     bool mount(const QString &path, ikorvalite &db, int &status);
@@ -206,6 +212,30 @@ int Session::print(const QString &path, const QString &target, bool troubleOnly,
     return 0;
 }
 
+int Session::languages(const QString &path, const std::optional<ChapterLanguages> &set)
+{
+    ikorvalite db;
+    int status = 0;
+    if (!mount(path, db, status))
+        return status;
+    if (db.Description() != korva::kChapterDescription)
+        return fail(path, u"not a chapter file (its description is '%1')"_s.arg(db.Description()));
+    QString error;
+    if (set) {
+        if (!chapterlanguages::Write(path, *set, &error))
+            return fail(chapterlanguages::FilePath(path), error + u"; nothing was written"_s);
+        return 0;
+    }
+    ChapterLanguages kept;
+    if (!chapterlanguages::Read(path, kept, &error))
+        return fail(path, error);
+    if (!kept.question.isEmpty())
+        m_out.write("question=" + kept.question.toUtf8() + '\n');
+    if (!kept.answer.isEmpty())
+        m_out.write("answer=" + kept.answer.toUtf8() + '\n');
+    return 0;
+}
+
 } // namespace
 
 bool IsCommandLine(const QStringList &args)
@@ -246,19 +276,20 @@ int Run(const QStringList &args, QIODevice &out, QIODevice &err)
         return session.usage((verb.startsWith(u'-') ? u"unknown option "_s : u"unknown command "_s)
                              + verb);
 
-    // Options after the verb: -o PATH, --title TEXT and the flags; one
-    // positional file.
-    QString file, output, title;
-    bool hasOutput = false;
+    // Options after the verb: -o PATH, --title TEXT, --set LANGUAGES and the
+    // flags; one positional file.
+    QString file, output, title, languages;
+    bool hasOutput = false, hasLanguages = false;
     QStringList flags;
-    const QStringList knownFlags {u"--trouble-only"_s, u"--fold"_s};
+    const QStringList knownFlags {u"--trouble-only"_s, u"--fold"_s, u"--clear"_s};
     for (qsizetype i = 1; i < args.size(); ++i) {
         const QString &a = args[i];
-        if (a == u"-o"_s || a == u"--title"_s) {
+        if (a == u"-o"_s || a == u"--title"_s || a == u"--set"_s) {
             if (i + 1 >= args.size())
                 return session.usage(a + u" needs a value"_s);
-            (a == u"-o"_s ? output : title) = args[++i];
+            (a == u"-o"_s ? output : a == u"--set"_s ? languages : title) = args[++i];
             hasOutput = hasOutput || a == u"-o"_s;
+            hasLanguages = hasLanguages || a == u"--set"_s;
         } else if (knownFlags.contains(a)) {
             flags << a;
         } else if (a.startsWith(u'-') && a.size() > 1) {
@@ -272,16 +303,38 @@ int Run(const QStringList &args, QIODevice &out, QIODevice &err)
     if (file.isEmpty())
         return session.usage(verb + u" needs a file"_s);
 
+    const bool printFlags = flags.contains(u"--trouble-only"_s) || flags.contains(u"--fold"_s);
     if (verb == u"print"_s) {
         if (!hasOutput || output.isEmpty())
             return session.usage(u"print needs -o OUT.pdf"_s);
-        if (!title.isEmpty())
+        if (!title.isEmpty() || hasLanguages || flags.contains(u"--clear"_s))
             return session.usage(u"print takes -o, --trouble-only and --fold"_s);
         return session.print(file, output, flags.contains(u"--trouble-only"_s),
                              flags.contains(u"--fold"_s));
     }
-    if (!flags.isEmpty())
-        return session.usage(verb + u" takes neither --trouble-only nor --fold"_s);
+    if (verb == u"languages"_s) {
+        const bool clear = flags.contains(u"--clear"_s);
+        if (hasOutput || !title.isEmpty() || printFlags || (clear && hasLanguages))
+            return session.usage(u"languages takes --set QUESTION,ANSWER or --clear"_s);
+        if (!hasLanguages && !clear)
+            return session.languages(file, std::nullopt);
+        ChapterLanguages set;
+        const QStringList sides = languages.split(u',');
+        if (hasLanguages && sides.size() != 2)
+            return session.usage(u"--set takes QUESTION,ANSWER, such as de,en (either may "
+                                 "be left empty)"_s);
+        for (int side = 0; hasLanguages && side < 2; ++side) {
+            const QString tag = NormalizeLanguageTag(sides[side]);
+            if (tag.isEmpty() && !sides[side].trimmed().isEmpty())
+                return session.usage(
+                        u"'%1' is not a language (try a tag such as de or en-GB)"_s.arg(
+                                sides[side]));
+            (side == 0 ? set.question : set.answer) = tag;
+        }
+        return session.languages(file, set);
+    }
+    if (printFlags || hasLanguages || flags.contains(u"--clear"_s))
+        return session.usage(verb + u" takes none of --trouble-only, --fold, --set, --clear"_s);
 
     if (verb == u"dump"_s) {
         if (hasOutput || !title.isEmpty())

@@ -10,6 +10,8 @@ class QIODevice;
 //   vxedit export FILE.zel [-o OUT.tsv|OUT.csv]    a chapter's cards as text
 //   vxedit print FILE.zel|FILE.vxs -o OUT.pdf [--trouble-only] [--fold]
 //                                                   cards on paper, as a PDF
+//   vxedit languages FILE.zel [--set Q,A | --clear] the languages kept beside
+//                                                   a chapter, shown or set
 //   vxedit --help | --version
 // Refused input gives exit status 1 and one line on err naming the file (and
 // line); nothing is written then. Usage errors (an unknown verb or option
