@@ -5,6 +5,7 @@
 #include "drawing/logicalfont.h"
 #include "drawing/programicon.h"
 #include "windows/qtplatform.h"
+#include "windows/qtspeaker.h"
 
 #include <QApplication>
 #include <QIcon>
@@ -66,6 +67,8 @@ int main(int argc, char *argv[])
 
     QtPrompter prompter;
     SetPrompter(&prompter);
+    QtSpeaker speech;
+    SetSpeaker(&speech);
     ResetProgramState();
     modMain::InstallLifecycle();
 

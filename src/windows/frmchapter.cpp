@@ -435,6 +435,10 @@ void frmChapter::ResumeProgress(const QString &path)
                 ? !modMain::LoadProgress()
                 : (Log(u"Reading saved progress from file/n"_s), !modMain::LoadProgressFrom(path)))
         return;
+    // The file keeps chapter names only: their languages come from the
+    // chapters of the list that have those names.
+    for (int i = 0; i < LV1->topLevelItemCount(); ++i)
+        LoadChapterLanguages(ItemPath(LV1->topLevelItem(i)), LV1->topLevelItem(i)->text(0));
     Log(u" .. loaded "_s + QString::number(g_Deck.UBound() - g_Deck.LBound()) + u" nodes/n"_s);
     SaveFileList();
     if (masterMounted())

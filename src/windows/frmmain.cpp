@@ -187,6 +187,12 @@ void frmMain::BuildMenu()
     mP->addSeparator();
     item(mP_u, u"mP_u"_s, u"Undo"_s, u"Z"_s, &frmMain::Undo);
     connect(mP, &QMenu::aboutToShow, this, [this] { mP_u->setEnabled(modrender::CanUndo()); });
+
+    mP->addSeparator();
+    item(mP_print, u"mP_print"_s, u"Print Trouble Cards..."_s, u"P"_s, &frmMain::PrintTroubleCards);
+    item(mP_speak, u"mP_speak"_s, u"Speak Card"_s, u"F5"_s, &frmMain::SpeakCard);
+    mP->setToolTipsVisible(true);
+    connect(mP, &QMenu::aboutToShow, this, &frmMain::UpdateSpeakItem);
 }
 
 void frmMain::Load()

@@ -15,6 +15,7 @@
 #include "windows/frmmain.h"
 #include "windows/modrender.h"
 #include "windows/programstyle.h"
+#include "windows/speechpage.h"
 #include "windows/typedanswer.h"
 #include "windows/windowplacement.h"
 
@@ -32,6 +33,8 @@
 #include <QTabBar>
 #include <QTimer>
 #include <QVBoxLayout>
+
+#include <iterator>
 
 using namespace Qt::Literals::StringLiterals;
 
@@ -126,6 +129,7 @@ frmOptions::frmOptions()
     ts->addTab(u"Colors"_s);
     ts->addTab(u"User Interface"_s);
     ts->addTab(u"Study"_s);
+    ts->addTab(u"Speech"_s);
     ts->setExpanding(false);
 
     // The colours page: names, swatch and defaults beside the preview.
@@ -172,12 +176,15 @@ frmOptions::frmOptions()
     ui->addWidget(Check4);
     ui->addStretch();
 
+    PictureSpeech = new SpeechPage(this);
+
     auto *layout = new QVBoxLayout(this);
     layout->addWidget(ts);
     layout->addWidget(Picture1[0]);
     layout->addWidget(Picture1[1]);
     Picture1[2] = BuildStudyPage();
     layout->addWidget(Picture1[2]);
+    layout->addWidget(PictureSpeech);
     auto *buttons = new QHBoxLayout;
     buttons->addStretch();
     buttons->addWidget(Command2);
@@ -185,9 +192,14 @@ frmOptions::frmOptions()
     layout->addLayout(buttons);
     Command1->setDefault(true);
     Command2->setAutoDefault(false);
-    // Tab in reading order: the tabs, each page's controls, Close, Apply.
-    const QList<QWidget *> order {ts,     LV,     Command3, Command4, Check1,  Slider1,
-                                  Check2, Check3, Check4,   Command2, Command1};
+    // Tab in reading order: the tabs, each page's controls as they were laid
+    // out, Close, Apply.
+    QList<QWidget *> order {ts, LV, Command3, Command4, Check1, Slider1, Check2, Check3, Check4};
+    for (QWidget *page : {Picture1[2], static_cast<QWidget *>(PictureSpeech)})
+        for (QWidget *control : page->findChildren<QWidget *>())
+            if (control->focusPolicy() & Qt::TabFocus)
+                order << control;
+    order << Command2 << Command1;
     for (qsizetype i = 1; i < order.size(); ++i)
         setTabOrder(order[i - 1], order[i]);
     SelectTab(0);
@@ -267,9 +279,11 @@ frmOptions::~frmOptions() = default;
 
 void frmOptions::SelectTab(int tab)
 {
-    for (QWidget *page : Picture1)
+    // The pages in the order of their tabs.
+    QWidget *const pages[] = {Picture1[0], Picture1[1], Picture1[2], PictureSpeech};
+    for (QWidget *page : pages)
         page->hide();
-    Picture1[qBound(0, tab, 2)]->show();
+    pages[qBound(0, tab, int(std::size(pages)) - 1)]->show();
     if (ts->currentIndex() != tab)
         ts->setCurrentIndex(tab);
 }

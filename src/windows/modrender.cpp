@@ -11,6 +11,7 @@
 #include "settings/settingskeys.h"
 #include "settings/studyoptions.h"
 #include "windows/cardarea.h"
+#include "windows/cardspeech.h"
 #include "windows/frmmain.h"
 #include "windows/typedanswer.h"
 
@@ -200,6 +201,8 @@ void showAsNewView(View kind)
         redraw();
         setTroubleMark(card);
     }
+    if (kind != View::Again)
+        cardspeech::NewCardShown();
 }
 
 // A move or a jump to the card at CurrentCard, undone to the face before.

@@ -16,6 +16,8 @@ void ChapterDocument::New()
     m_cards.clear();
     m_path.clear();
     m_readOnly = false;
+    m_languages = m_savedLanguages = ChapterLanguages();
+    m_languagesProblem.clear();
 }
 
 ChapterDocument::OpenResult ChapterDocument::Open(const QString &path, bool allowOtherFiles,
@@ -45,6 +47,10 @@ ChapterDocument::OpenResult ChapterDocument::Open(const QString &path, bool allo
     m_cards.assign(db.Entries().begin() + 1, db.Entries().end());
     m_path = path;
     m_readOnly = !chapter;
+    m_languagesProblem.clear();
+    if (!chapterlanguages::Read(path, m_languages, &m_languagesProblem))
+        m_languages = ChapterLanguages();
+    m_savedLanguages = m_languages;
     return OpenResult::Opened;
 }
 
@@ -94,6 +100,18 @@ bool ChapterDocument::Save(const QString &path, Problem *problem)
             *problem = {-2, db.LastError()};
         return false;
     }
+    // A chapter saved under another name takes its languages along, and a
+    // file of languages left there by an older chapter goes.
+    const bool moved = path != m_path;
     m_path = path;
+    if (moved || m_languages != m_savedLanguages) {
+        QString why;
+        if (!chapterlanguages::Write(path, m_languages, &why)) {
+            if (problem)
+                *problem = {-3, why};
+            return false;
+        }
+        m_savedLanguages = m_languages;
+    }
     return true;
 }
