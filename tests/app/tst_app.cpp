@@ -1,5 +1,6 @@
 #include "app/instanceguard.h"
 #include "cards/progressfile.h"
+#include "controls/zelcheck.h"
 #include "core/extrasettings.h"
 #include "core/keycodes.h"
 #include "core/modbrowser.h"
@@ -12,8 +13,10 @@
 #include "windows/frmsplash.h"
 #include "windows/typedanswer.h"
 
+#include <QAccessible>
 #include <QContextMenuEvent>
 #include <QCryptographicHash>
+#include <QFontDatabase>
 #include <QLabel>
 #include <QLocalServer>
 #include <QMenu>
@@ -129,6 +132,22 @@ private Q_SLOTS:
                             m_programDir.filePath(ExecutableFileName(u"vxedit"_s))));
         modFolders::SetProgramDirectory(m_programDir.path());
         instanceguard::SetKey(u"vocabrix-test-"_s + QString::number(QCoreApplication::applicationPid()));
+    }
+
+    void applicationPrepared()
+    {
+        QFont::removeSubstitutions(u"Tahoma"_s);
+        QApplication::setQuitOnLastWindowClosed(true);
+        QApplication::setWindowIcon(QIcon());
+        zelCheck check;
+        QCOMPARE(QAccessible::queryAccessibleInterface(&check)->role(), QAccessible::Client); // Qt's plain widget
+        modMain::PrepareApplication();
+        QCOMPARE(QApplication::applicationName(), u"Vocabrix"_s);
+        QVERIFY(!QApplication::windowIcon().isNull());
+        QVERIFY(!QApplication::quitOnLastWindowClosed());
+        QVERIFY(QFontDatabase::families().contains(u"Tahoma"_s) || !QFont::substitutes(u"Tahoma"_s).isEmpty());
+        zelCheck another;
+        QCOMPARE(QAccessible::queryAccessibleInterface(&another)->role(), QAccessible::CheckBox);
     }
 
     void init()
