@@ -470,7 +470,8 @@ private Q_SLOTS:
         QTRY_COMPARE(dialog.headerRow->isChecked(), !header); // a key clicks a moment later
         const int count = int(cards.size()) + (header ? 1 : -1);
         QCOMPARE(int(dialog.Cards().size()), count);
-        QCOMPARE(dialog.summary->text().section(u'.', 0, 0), u"%1 cards will be added"_s.arg(count));
+        QCOMPARE(dialog.summary->text().section(u'.', 0, 0),
+                 count == 1 ? u"1 card will be added"_s : u"%1 cards will be added"_s.arg(count));
         const int delimiter = dialog.delimiter->currentIndex();
         dialog.delimiter->setCurrentIndex(delimiter == 0 ? 1 : 0);
         dialog.delimiter->setCurrentIndex(delimiter);

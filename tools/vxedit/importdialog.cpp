@@ -201,14 +201,16 @@ void ImportDialog::UpdatePreview()
     const QString namesNote = headerRow->isChecked() && !m_rows.empty()
             ? u" The first line gives the column names and is left out."_s
             : QString();
+    const QString added = cards.size() == 1 ? u"1 card will be added"_s
+                                            : u"%1 cards will be added"_s.arg(cards.size());
     if (!m_error.isEmpty())
         summary->setText(u"The file can't be read: "_s + m_error);
     else if (problems == 0)
-        summary->setText(u"%1 cards will be added."_s.arg(cards.size()) + namesNote);
+        summary->setText(added + u'.' + namesNote);
     else
         summary->setText(
-                u"%1 cards will be added; %2 of them can't be stored as they are and are marked "
-                "for you to mend before saving."_s.arg(cards.size())
-                        .arg(problems)
+                added
+                + u"; %1 of them can't be stored as they are and are marked for you to mend "
+                  "before saving."_s.arg(problems)
                 + namesNote);
 }
