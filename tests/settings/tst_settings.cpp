@@ -3,6 +3,7 @@
 #include "testsupport.h"
 
 #include <QSignalSpy>
+#include <QTimer>
 
 using namespace Qt::Literals::StringLiterals;
 
@@ -10,10 +11,14 @@ namespace {
 
 using Corner = r_data::Corner;
 
-const QStringList kDefaultNames = {
-        u"backcolor_a"_s,    u"backcolor_b"_s,       u"main_text_shadow"_s, u"main_text_forecolor"_s,
-        u"tr_text_shadow"_s, u"tr_text_forecolor"_s, u"tl_text_shadow"_s,   u"tl_text_forecolor"_s,
-        u"br_text_shadow"_s, u"br_text_forecolor"_s, u"bl_text_shadow"_s,   u"bl_text_forecolor"_s,
+// Every default colour, as "name=value", in the order they are defined.
+const QStringList kDefaultColors = {
+        u"backcolor_a=0"_s,      u"backcolor_b=14570825"_s,
+        u"main_text_shadow=0"_s, u"main_text_forecolor=16777215"_s,
+        u"tr_text_shadow=0"_s,   u"tr_text_forecolor=16777215"_s,
+        u"tl_text_shadow=0"_s,   u"tl_text_forecolor=16777215"_s,
+        u"br_text_shadow=0"_s,   u"br_text_forecolor=16777215"_s,
+        u"bl_text_shadow=0"_s,   u"bl_text_forecolor=16777215"_s,
 };
 
 void mountMaster(TestEnvironment &env)
@@ -42,10 +47,8 @@ private Q_SLOTS:
         QCOMPARE(colors[0].name, QString()); // the placeholder
         QStringList names;
         for (size_t i = 1; i < colors.size(); ++i)
-            names << colors[i].name;
-        QCOMPARE(names, kDefaultNames);
-        QCOMPARE(metrics.Color(u"backcolor_b"_s, 0), 14570825u);
-        QCOMPARE(metrics.Color(u"main_text_forecolor"_s, 0), 0xFFFFFFu);
+            names << colors[i].name + u'=' + QString::number(colors[i].color);
+        QCOMPARE(names, kDefaultColors);
         QCOMPARE(metrics.Color(u"main_text_shadow"_s, 7), 0u);
         QCOMPARE(metrics.Color(u"no_such_colour"_s, 7), 7u);
 
@@ -144,6 +147,10 @@ private Q_SLOTS:
         QSignalSpy expired(&metrics, &r_data::cornerExpired);
         metrics.SetCornerText(Corner::BottomLeft, u"Roll mouse over controls to see descriptions"_s, 1);
         QVERIFY(metrics.CornerShown(Corner::BottomLeft));
+        const QList<QTimer *> timers = metrics.findChildren<QTimer *>();
+        QCOMPARE(timers.size(), 1);
+        QCOMPARE(timers[0]->interval(), 1000);
+        QVERIFY(timers[0]->isSingleShot());
         QTRY_COMPARE_WITH_TIMEOUT(expired.count(), 1, 3000);
         QCOMPARE(expired.at(0).at(0).value<Corner>(), Corner::BottomLeft);
         QVERIFY(!metrics.CornerShown(Corner::BottomLeft));
