@@ -62,11 +62,11 @@ deb: package-deps $(RELEASE_DIR)/CMakeCache.txt
 package-check: debug deb
 	bash scripts/check-package.sh $(RELEASE_DIR)/vocabrix_*.deb $(DEBUG_DIR)
 
-# The metainfo's screenshots, from the pictures the tests took of the real
-# windows (run `make test` first); they are published under the project
-# page's screenshots/.
+# The metainfo's screenshots (published under the project page's
+# screenshots/) and the manual's pictures of every window (doc/screenshots),
+# from the pictures the tests took of the real windows (run `make test` first).
 screenshots: package-deps
-	bash scripts/update-screenshots.sh $(DEBUG_DIR)/screens packaging/screenshots
+	bash scripts/update-screenshots.sh $(DEBUG_DIR)/screens packaging/screenshots doc/screenshots
 
 debug: deps $(DEBUG_DIR)/CMakeCache.txt
 	cmake --build $(DEBUG_DIR) -j $(JOBS)

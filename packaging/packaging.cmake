@@ -70,6 +70,8 @@ install(TARGETS vocabrix vxedit RUNTIME DESTINATION ${VOCABRIX_INSTALL_DIR})
 install(FILES ${CMAKE_BINARY_DIR}/ex1.zel ${CMAKE_BINARY_DIR}/ex2.zel ${CMAKE_BINARY_DIR}/ex3.zel
               ${CMAKE_BINARY_DIR}/ex4.zel DESTINATION ${VOCABRIX_INSTALL_DIR})
 install(FILES ${PROJECT_SOURCE_DIR}/doc/index.html DESTINATION ${VOCABRIX_INSTALL_DIR}/doc)
+install(DIRECTORY ${PROJECT_SOURCE_DIR}/doc/screenshots DESTINATION ${VOCABRIX_INSTALL_DIR}/doc
+        FILES_MATCHING PATTERN "*.png")
 foreach(program vocabrix vxedit)
     install(CODE "file(MAKE_DIRECTORY \$ENV{DESTDIR}\${CMAKE_INSTALL_PREFIX}/${CMAKE_INSTALL_BINDIR})
                   file(CREATE_LINK ../${VOCABRIX_INSTALL_DIR}/${program}

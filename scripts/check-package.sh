@@ -65,6 +65,10 @@ contents() {
         [[ "$(readlink "$root/usr/bin/$p")" == "../lib/vocabrix/$p" ]] \
             || { echo "/usr/bin/$p is not a link to ../lib/vocabrix/$p"; missing=1; }
     done
+    # Every picture the manual shows comes with it.
+    for f in $(grep -o 'src="screenshots/[^"]*"' "$here/doc/index.html" | sed 's/^src="//; s/"$//'); do
+        [[ -f "$root/usr/lib/vocabrix/doc/$f" ]] || { echo "missing: /usr/lib/vocabrix/doc/$f"; missing=1; }
+    done
     return $missing
 }
 

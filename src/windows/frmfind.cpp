@@ -79,6 +79,7 @@ frmFind::frmFind()
     setWindowIcon(ProgramIcon());
     setModal(false);
 
+    ts->setObjectName(u"ts"_s);
     ts->addTab(u"Find Text"_s);
     ts->addTab(u"Go To Card"_s);
     ts->setExpanding(false);
@@ -108,7 +109,9 @@ frmFind::frmFind()
     auto *goLayout = new QVBoxLayout(goPage);
     goLayout->setContentsMargins(0, 8, 0, 0);
     auto *numberRow = new QHBoxLayout;
-    numberRow->addWidget(new QLabel(u"Card number:"_s, goPage));
+    auto *numberLabel = new QLabel(u"Card &number:"_s, goPage);
+    numberLabel->setBuddy(Text1);
+    numberRow->addWidget(numberLabel);
     Text1->setMaximumWidth(90);
     numberRow->addWidget(Text1);
     numberRow->addWidget(Label1);

@@ -107,14 +107,14 @@ frmOptions *frmOptions::Existing()
 frmOptions::frmOptions()
     : QDialog(nullptr)
     , ts(new QTabBar(this))
-    , Check1(new QCheckBox(u"Fade new cards in (alpha effects)"_s))
+    , Check1(new QCheckBox(u"&Fade new cards in (alpha effects)"_s))
     , Slider1(new QSlider(Qt::Horizontal))
     , Frame1(new QGroupBox(u"Alpha Effects"_s))
-    , Check2(new QCheckBox(u"Show mouse hover descriptions"_s))
+    , Check2(new QCheckBox(u"Show mouse &hover descriptions"_s))
     , Check3(new ReleaseCheckBox)
-    , Check4(new QCheckBox(u"Reset all settings when Vocabrix exits"_s))
+    , Check4(new QCheckBox(u"&Reset all settings when Vocabrix exits"_s))
     , LV(new QListWidget)
-    , Command3(new QPushButton(u"Colour..."_s))
+    , Command3(new QPushButton(u"C&olour..."_s))
     , Command4(new QPushButton(u"&Defaults"_s))
     , Command1(new QPushButton(u"&Apply"_s, this))
     , Command2(new QPushButton(u"&Close"_s, this))
@@ -126,6 +126,7 @@ frmOptions::frmOptions()
     setWindowIcon(ProgramIcon());
     setModal(false);
 
+    ts->setObjectName(u"ts"_s);
     ts->addTab(u"Colors"_s);
     ts->addTab(u"User Interface"_s);
     ts->addTab(u"Study"_s);

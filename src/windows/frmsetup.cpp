@@ -26,18 +26,18 @@ frmSetup::frmSetup(QWidget *owner)
     , Frame1(new QGroupBox(
               u"Automatic Trouble Marking - You can modify these settings later in the options box."_s,
               this))
-    , Option1(new QRadioButton(u"I want the cards to be marked as trouble cards by default"_s,
+    , Option1(new QRadioButton(u"I &want the cards to be marked as trouble cards by default"_s,
                                Frame1))
     , Label3(new QLabel(
               u"Select this option if you normally don't get the answers right on the first try."_s,
               Frame1))
-    , Option2(new QRadioButton(u"I do NOT want the cards to be marked as trouble by default"_s,
+    , Option2(new QRadioButton(u"I do &NOT want the cards to be marked as trouble by default"_s,
                                Frame1))
     , Label4(new QLabel(
               u"Select this option if you normally get the answers right on the first try."_s,
               Frame1))
-    , Check1(new QCheckBox(u"Show mouse hover descriptions"_s, this))
-    , Command1(new QPushButton(u"Finished"_s, this))
+    , Check1(new QCheckBox(u"Show mouse &hover descriptions"_s, this))
+    , Command1(new QPushButton(u"&Finished"_s, this))
 {
     setObjectName(u"frmSetup"_s);
     setWindowTitle(u"Vocabrix 2007 Initial Setup"_s);

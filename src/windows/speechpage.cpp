@@ -57,7 +57,7 @@ SpeechPage::SpeechPage(QWidget *parent)
     : QWidget(parent)
     , QuestionLanguage(new QComboBox)
     , AnswerLanguage(new QComboBox)
-    , SpeakNewCards(new QCheckBox(u"Speak each new card by itself"_s))
+    , SpeakNewCards(new QCheckBox(u"&Speak each new card by itself"_s))
     , TryButton(new QPushButton(u"&Try"_s))
     , EngineState(new QLabel)
 {

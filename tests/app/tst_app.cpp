@@ -846,6 +846,8 @@ private Q_SLOTS:
         QVERIFY(resume->toolTip().endsWith(u"(Ctrl+L)"_s));
         QVERIFY(QTest::qWaitForWindowExposed(chapters));
         QVERIFY(chapters->Toolbar2->widgetForAction(chapters->findChild<QAction *>(u"about"_s))->isVisible());
+        if (!exit)
+            QVERIFY(SaveScreenshot(chapters->grab().toImage(), u"chapter-window-session.png"_s));
         QVERIFY(QTest::qWaitForWindowActive(chapters));
         QTest::keyClick(chapters->LV1, Qt::Key_L, Qt::ControlModifier);
         FlushDeletes();

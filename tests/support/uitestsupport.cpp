@@ -4,7 +4,9 @@
 #include <QAbstractItemView>
 #include <QAbstractSlider>
 #include <QComboBox>
+#include <QHash>
 #include <QHeaderView>
+#include <QLabel>
 #include <QTabBar>
 #include <QToolButton>
 
@@ -114,5 +116,51 @@ void checkTabOrder(QWidget *w)
         const bool sameRow = qAbs(a.y() - b.y()) < 12;
         const bool back = sameRow ? b.x() < a.x() : (b.y() < a.y() && b.x() <= a.x());
         QVERIFY2(!back, qPrintable(name(chain[i - 1]) + u" before "_s + name(chain[i])));
+    }
+}
+
+namespace {
+
+// The letter after the first single '&' of a caption ("&&" is an ampersand).
+QChar mnemonic(const QString &caption)
+{
+    for (qsizetype i = 0; i + 1 < caption.size(); ++i) {
+        if (caption[i] != u'&')
+            continue;
+        if (caption[i + 1] != u'&')
+            return caption[i + 1].toUpper();
+        ++i;
+    }
+    return {};
+}
+
+} // namespace
+
+// What is on show at once must not share a key: hidden pages may, since Qt
+// gives a key only to the controls that can be seen.
+void checkMnemonics(QWidget *w)
+{
+    QHash<QChar, QString> owners;
+    auto claim = [&](const QString &caption, QWidget *control) {
+        const QChar key = mnemonic(caption);
+        if (key.isNull())
+            return;
+        const QString name = QString::fromLatin1(control->metaObject()->className()) + u" '"_s + caption + u'\'';
+        QVERIFY2(!owners.contains(key),
+                 qPrintable(w->objectName() + u": Alt+"_s + key + u" for "_s + owners.value(key) + u" and "_s + name));
+        owners.insert(key, name);
+    };
+    for (QWidget *child : w->findChildren<QWidget *>()) {
+        if (!child->isVisibleTo(w))
+            continue;
+        if (auto *button = qobject_cast<QAbstractButton *>(child))
+            claim(button->text(), child);
+        else if (auto *label = qobject_cast<QLabel *>(child); label && label->buddy())
+            claim(label->text(), child);
+        else if (auto *tabs = qobject_cast<QTabBar *>(child))
+            for (int i = 0; i < tabs->count(); ++i)
+                claim(tabs->tabText(i), child);
+        if (QTest::currentTestFailed())
+            return;
     }
 }

@@ -41,8 +41,10 @@ void UnloadAllForms();
 void StudyDeck(const std::vector<std::pair<QString, QString>> &cards, const QList<int> &trouble = {});
 // A deck of n cards "q0".."q{n-1}" / "a0".. the same way.
 void StudyDeck(int n, const QList<int> &trouble = {});
-// Saves a picture for people to look at under the build folder's screens/.
 
 // Fails the running test unless Tab visits every control of the window that
 // is on show, in reading order (toolbar buttons may have keys instead).
 void checkTabOrder(QWidget *window);
+// Fails the running test when two controls on show in the window answer to
+// the same Alt+letter (buttons, boxes, tabs, labels of a field).
+void checkMnemonics(QWidget *window);

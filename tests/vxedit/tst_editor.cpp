@@ -95,8 +95,9 @@ private Q_SLOTS:
         const QSize room(1024 - 2 * kFrameSides, 600 - kFrameTop - kFrameSides);
         ImportDialog importer("a\tb\n"_ba, u"list.tsv"_s);
         FindReplaceDialog finder(*m_window->Model(), *m_window->UndoStack(), m_window.get());
+        LanguagesDialog languages({u"de"_s, u"en"_s}, m_window.get());
         for (QWidget *w : {static_cast<QWidget *>(m_window.get()), static_cast<QWidget *>(&importer),
-                           static_cast<QWidget *>(&finder)}) {
+                           static_cast<QWidget *>(&finder), static_cast<QWidget *>(&languages)}) {
             FitInto(w, screen);
             QVERIFY2(w->width() <= room.width() && w->height() <= room.height(),
                      qPrintable(u"%1 %2x%3"_s.arg(QString::fromLatin1(w->metaObject()->className()))
@@ -105,9 +106,17 @@ private Q_SLOTS:
             const QSize smallest = w->minimumSizeHint().expandedTo(w->minimumSize());
             QVERIFY(smallest.width() <= room.width() && smallest.height() <= room.height());
             QVERIFY(screen.contains(w->geometry()));
-            // And every control is reached by Tab in reading order.
+            // And every control is reached by Tab in reading order, each
+            // Alt+letter by one control.
             w->show();
             checkTabOrder(w);
+            checkMnemonics(w);
+            if (QTest::currentTestFailed())
+                return;
+            if (w == &languages)
+                w->adjustSize(); // the size it opens at, having no size of its own
+            if (w != m_window.get())
+                QVERIFY(SaveScreenshot(w->grab().toImage(), u"editor-"_s + w->objectName() + u".png"_s));
         }
     }
 

@@ -95,8 +95,8 @@ FindReplaceDialog::FindReplaceDialog(ChapterModel &model, QUndoStack &undo, QWid
     for (QCheckBox *c : {inQuestion, inAnswer, inNote})
         c->setChecked(true);
     auto *form = new QFormLayout;
-    form->addRow(u"Find:"_s, findText);
-    form->addRow(u"Replace with:"_s, replaceText);
+    form->addRow(u"F&ind:"_s, findText);
+    form->addRow(u"Replace &with:"_s, replaceText);
     auto *where = new QHBoxLayout;
     where->addWidget(new QLabel(u"Search in:"_s, this));
     where->addWidget(inQuestion);

@@ -33,8 +33,8 @@ constexpr int kPreviewRows = 10;
 ImportDialog::ImportDialog(const QByteArray &content, const QString &path, QWidget *parent)
     : QDialog(parent)
     , delimiter(new QComboBox(this))
-    , quoted(new QCheckBox(u"Fields may be in \"quotes\""_s, this))
-    , html(new QCheckBox(u"Fields hold HTML"_s, this))
+    , quoted(new QCheckBox(u"Fields may be in \"&quotes\""_s, this))
+    , html(new QCheckBox(u"Fields hold &HTML"_s, this))
     , headerRow(new QCheckBox(u"The first line holds column &names"_s, this))
     , questionColumn(new QComboBox(this))
     , answerColumn(new QComboBox(this))
@@ -64,16 +64,16 @@ ImportDialog::ImportDialog(const QByteArray &content, const QString &path, QWidg
                                                       : u"Reading (detected)"_s,
                                   this);
     auto *readingForm = new QFormLayout(reading);
-    readingForm->addRow(u"Fields separated by:"_s, delimiter);
+    readingForm->addRow(u"Fields &separated by:"_s, delimiter);
     readingForm->addRow(QString(), quoted);
     readingForm->addRow(QString(), html);
     readingForm->addRow(QString(), headerRow);
 
     auto *mapping = new QGroupBox(u"Columns"_s, this);
     auto *mappingForm = new QFormLayout(mapping);
-    mappingForm->addRow(u"Question from:"_s, questionColumn);
-    mappingForm->addRow(u"Answer from:"_s, answerColumn);
-    mappingForm->addRow(u"Note from:"_s, noteColumn);
+    mappingForm->addRow(u"Q&uestion from:"_s, questionColumn);
+    mappingForm->addRow(u"&Answer from:"_s, answerColumn);
+    mappingForm->addRow(u"N&ote from:"_s, noteColumn);
 
     auto *top = new QHBoxLayout;
     top->addWidget(reading);
