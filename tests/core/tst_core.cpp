@@ -1,5 +1,6 @@
 #include "core/extrasettings.h"
 #include "core/gcommondialog.h"
+#include "core/keycodes.h"
 #include "core/modbrowser.h"
 #include "core/modfolders.h"
 #include "testsupport.h"
@@ -149,6 +150,25 @@ private Q_SLOTS:
         QTest::newRow("no marker: warned, unchanged") << qint64(1000) << qint64(0) << qint64(5) << u"no marker here/n"_s
                                                       << u"no marker here/n"_s << 5.0 << true;
     }
+    // Every key the windows tell apart, with the code they match it by.
+    void virtualKeys()
+    {
+        const QList<std::pair<int, int>> keys = {
+                {Qt::Key_Backspace, 8}, {Qt::Key_Tab, 9},     {Qt::Key_Backtab, 9},  {Qt::Key_Return, 13},
+                {Qt::Key_Enter, 13},    {Qt::Key_Shift, 16},  {Qt::Key_Control, 17}, {Qt::Key_Alt, 18},
+                {Qt::Key_Pause, 19},    {Qt::Key_Escape, 27}, {Qt::Key_Space, 32},   {Qt::Key_PageUp, 33},
+                {Qt::Key_PageDown, 34}, {Qt::Key_End, 35},    {Qt::Key_Home, 36},    {Qt::Key_Left, 37},
+                {Qt::Key_Up, 38},       {Qt::Key_Right, 39},  {Qt::Key_Down, 40},    {Qt::Key_Insert, 45},
+                {Qt::Key_Delete, 46},   {Qt::Key_0, 48},      {Qt::Key_9, 57},       {Qt::Key_A, 65},
+                {Qt::Key_Z, 90},        {Qt::Key_F1, 112},    {Qt::Key_F5, 116},     {Qt::Key_F24, 135},
+                {Qt::Key_Menu, 0},      {Qt::Key_Exclam, 0},  {Qt::Key_F25, 0},
+        };
+        for (const auto &[key, code] : keys)
+            QVERIFY2(keycodes::ToVirtualKey(key) == code, qPrintable(u"Qt key 0x"_s + QString::number(key, 16)));
+        QCOMPARE(keycodes::ToShiftState(Qt::ShiftModifier | Qt::ControlModifier | Qt::AltModifier), 7);
+        QCOMPARE(keycodes::ToShiftState(Qt::ControlModifier | Qt::KeypadModifier), 2);
+    }
+
     void elapsedText()
     {
         QFETCH(qint64, frequency);
@@ -294,7 +314,9 @@ private Q_SLOTS:
         qputenv("XDG_DATA_DIRS", env.path(u"nowhere"_s).toUtf8());
         qputenv("XDG_CONFIG_DIRS", env.path(u"nowhere"_s).toUtf8());
         writeDesktopFile(apps, u"mybrowser.desktop"_s, u"/usr/bin/mybrowser --private %u"_s);
+        writeDesktopFile(apps, u"other.desktop"_s, u"/usr/bin/other %u"_s);
         WriteFileBytes(env.home() + u"/.config/mimeapps.list"_s,
+                       "x-scheme-handler/http=other.desktop;\n" // outside any group: not read
                        "[Added Associations]\nx-scheme-handler/http=other.desktop;\n"
                        "[Default "
                        "Applications]\nx-scheme-handler/http=missing.desktop;mybrowser.desktop;\n");
