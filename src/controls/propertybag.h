@@ -21,7 +21,6 @@ public:
         else
             m_values.insert(key, value);
     }
-    bool Contains(const QString &key) const { return m_values.contains(key); }
     const QVariantMap &values() const { return m_values; }
 
 private:

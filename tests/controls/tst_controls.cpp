@@ -1,4 +1,5 @@
 #include "controls/propertybag.h"
+#include "controls/widgetsurface.h"
 #include "controls/zelaccessible.h"
 #include "drawing/cmemdc.h"
 #include "uitestsupport.h"
@@ -183,8 +184,30 @@ private Q_SLOTS:
                 QCOMPARE(c->cursor().shape(), inside && enabled ? Qt::PointingHandCursor : Qt::ArrowCursor);
                 if (auto *check = qobject_cast<zelCheck *>(c.get()))
                     QCOMPARE(check->HoverStyle(), inside && enabled);
+                // Leaving tells once that the pointer went, and not again
+                // when a move already said so.
+                QEvent leave(QEvent::Leave);
+                QCoreApplication::sendEvent(c.get(), &leave);
+                QCOMPARE(out.count(), events ? (inside ? 1 : 2) : 0);
+                QVERIFY(!c->Hovering());
+                c->HandleMouseMove(1, 1);
+                c->HandleMouseMove(-1, -1);
+                const int outs = out.count();
+                QCoreApplication::sendEvent(c.get(), &leave);
+                QCOMPARE(out.count(), outs);
             }
         }
+    }
+
+    // A picture follows its widget to a screen of another scale, once.
+    void surfaceFollowsTheScreen()
+    {
+        QWidget widget;
+        WidgetSurface surface(&widget);
+        surface.SetDevicePixelRatio(widget.devicePixelRatioF() + 1);
+        QVERIFY(surface.FollowScreen());
+        QCOMPARE(surface.devicePixelRatio(), widget.devicePixelRatioF());
+        QVERIFY(!surface.FollowScreen());
     }
 
     void keysPassThrough_data()
