@@ -317,7 +317,9 @@ private Q_SLOTS:
 
         const QByteArray before = ReadFileBytes(path(u"big.zel"_s));
         back.AppendEntry({u"one too many"_s, -1, u"a"_s, 0, {}});
+        QCOMPARE(back.Count(), 32768);
         QVERIFY(!back.Save());
+        QCOMPARE(back.Count(), 32768); // a refused save leaves the count alone
         QCOMPARE(m_warnings.size(), size_t(1));
         QVERIFY(m_warnings[0].second.contains(u"32767"_s));
         QCOMPARE(ReadFileBytes(path(u"big.zel"_s)), before);
