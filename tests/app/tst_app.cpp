@@ -325,6 +325,8 @@ private Q_SLOTS:
         frmSetup setup;
         setup.show();
         QCOMPARE(setup.windowTitle(), u"Vocabrix 2007 Initial Setup"_s);
+        QVERIFY(setup.Label1->font().bold());
+        QCOMPARE(setup.Label1->font().pointSizeF(), setup.font().pointSizeF() * 1.6);
         QVERIFY(!setup.Option1->isChecked() && !setup.Option2->isChecked()); // nothing chosen for you
         QVERIFY(!setup.Command1->isEnabled());
         auto click = [](QWidget *w) { QTest::mouseClick(w, Qt::LeftButton, {}, QPoint(6, w->height() / 2)); };
@@ -548,11 +550,16 @@ private Q_SLOTS:
         startProgram();
         study({0});
         frmMain *main = frmMain::Existing();
+        main->Check1->SetChecked(true);
+        main->Check2->SetChecked(true);
+        QVERIFY(main->Timer1->isActive());
         m_env->log->clear();
         main->mP_n->trigger();
         FlushDeletes();
         QCOMPARE(frmMain::Existing(), main); // the same window, hidden and cleared
         QVERIFY(!main->isVisible());
+        QVERIFY(!main->Check1->Checked() && !main->Check2->Checked());
+        QVERIFY(!main->Timer1->isActive());
         QVERIFY(!main->Studying());
         QVERIFY(!g_ProcessReleased);
         const QStringList lines = m_env->logLines();
@@ -677,6 +684,7 @@ private Q_SLOTS:
         chapters->LV1->clear();
         chapters->LoadFileList();
         QCOMPARE(chapters->LV1->topLevelItemCount(), 1);
+        QCOMPARE(chapters->findChild<QLabel *>(u"Notice"_s), chapters->Notice); // found by name, as tools look
         QVERIFY(chapters->Notice->isVisibleTo(chapters));
         const QString notice = chapters->Notice->text();
         QVERIFY2(notice.contains(u"'"_s + gone + u"' (the file is gone)"_s), qPrintable(notice));
