@@ -15,8 +15,11 @@
 #include <QCoreApplication>
 #include <QGuiApplication>
 #include <QLabel>
+#include <QRegularExpression>
 #include <QScreen>
 #include <QSettings>
+#include <QSignalSpy>
+#include <QStatusBar>
 #include <QTableView>
 #include <QUndoStack>
 
@@ -176,7 +179,9 @@ private Q_SLOTS:
         QCOMPARE(questions(model), QStringList({u"eins"_s, u"zwei"_s, u"drei"_s}));
 
         // Sorting, and the same column again the other way round.
+        QSignalSpy relaidOut(&model, &QAbstractItemModel::layoutChanged); // what the table redraws by
         m_window->SortBy(ChapterModel::Question);
+        QCOMPARE(relaidOut.count(), 1);
         QCOMPARE(questions(model), QStringList({u"drei"_s, u"eins"_s, u"zwei"_s}));
         QCOMPARE(model.Text(2, ChapterModel::Answer), u"two"_s); // cards move whole
         m_window->SortBy(ChapterModel::Question);
@@ -204,8 +209,17 @@ private Q_SLOTS:
         QCOMPARE(m_window->Table()->currentIndex(), model.index(1, ChapterModel::Question));
         QVERIFY(!m_window->Document().CardProblem(1).isEmpty()); // empty until typed
         QCOMPARE(model.ProblemCount(), 1);
+        auto problemsShown = [this] {
+            QStringList shown;
+            for (QLabel *label : m_window->statusBar()->findChildren<QLabel *>())
+                if (label->text().contains(u"saved yet"_s))
+                    shown << label->text().remove(QRegularExpression(u"<[^>]*>"_s));
+            return shown;
+        };
+        QCOMPARE(problemsShown(), QStringList({u"1 card can't be saved yet (F8)"_s}));
         m_window->UndoStack()->undo();
         QCOMPARE(model.rowCount(), 2);
+        QCOMPARE(problemsShown(), QStringList());
     }
 
     void recordLimits_data()
@@ -339,6 +353,12 @@ private Q_SLOTS:
             auto *dialog = qobject_cast<LanguagesDialog *>(window);
             started = QStringList {dialog->QuestionLanguage->currentData().toString(),
                                    dialog->AnswerLanguage->currentData().toString()};
+            QStringList labels; // each box named by its label, which Alt reaches it by
+            for (QComboBox *box : {dialog->QuestionLanguage, dialog->AnswerLanguage})
+                for (QLabel *label : dialog->findChildren<QLabel *>())
+                    if (label->buddy() == box)
+                        labels << label->text();
+            [&] { QCOMPARE(labels, QStringList({u"&Question side:"_s, u"&Answer side:"_s})); }();
             if (choose.isEmpty())
                 return int(QDialog::Rejected);
             dialog->QuestionLanguage->setCurrentIndex(dialog->QuestionLanguage->findData(choose[0]));
@@ -429,6 +449,21 @@ private Q_SLOTS:
         QCOMPARE(questions(model), QStringList({u"der Hund"_s, u"die Katze"_s, u"der Vogel"_s}));
         o.matchCase = true;
         QCOMPARE(findreplace::ReplaceAll(model, *m_window->UndoStack(), o, u"ein"_s), 0);
+
+        // The window says where it found the text, as a person counts cards.
+        FindReplaceDialog dialog(model, *m_window->UndoStack());
+        QSignalSpy found(&dialog, &FindReplaceDialog::found);
+        dialog.findText->setText(u"Vogel"_s);
+        dialog.findNext->click();
+        QCOMPARE(dialog.result->text(), u"Card 3"_s);
+        QCOMPARE(found.takeFirst(), QVariantList({2, 0}));
+        dialog.findText->setText(u"Maus"_s);
+        dialog.findNext->click();
+        QCOMPARE(dialog.result->text(), u"Not found"_s);
+        dialog.findText->setText(u"die"_s);
+        dialog.replaceText->setText(u"eine"_s);
+        dialog.replaceAll->click();
+        QCOMPARE(dialog.result->text(), u"1 text changed"_s);
     }
 
     void importDetectsLayouts_data()

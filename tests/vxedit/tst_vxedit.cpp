@@ -97,6 +97,8 @@ private Q_SLOTS:
         QTest::newRow("bom, windows line ends, blank lines")
                 << QByteArray("\xEF\xBB\xBFgr\xC3\xBCn\tgreen\r\n\r\nrot\tred\r\n") << false
                 << Rows {{u"grün"_s, u"green"_s}, {u"rot"_s, u"red"_s}} << QList<int> {1, 3};
+        QTest::newRow("a carriage return last of all")
+                << QByteArray("rot\tred\r") << false << Rows {{u"rot"_s, u"red\r"_s}} << QList<int> {1};
         QTest::newRow("header lines of an export")
                 << QByteArray("#separator:tab\n#html:false\nja\tyes\n#not a header\tx\n") << false
                 << Rows {{u"ja"_s, u"yes"_s}, {u"#not a header"_s, u"x"_s}} << QList<int> {3, 4};
