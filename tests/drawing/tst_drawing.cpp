@@ -1,6 +1,8 @@
 #include "core/osversion.h"
 #include "drawing/cmemdc.h"
 #include "drawing/logicalfont.h"
+#include "drawing/paintedicon.h"
+#include "drawing/programicon.h"
 #include "drawing/r_renderer.h"
 #include "drawing/windowsurface.h"
 #include "drawing/zelsplashdraw.h"
@@ -55,6 +57,37 @@ class DrawingTest : public QObject
 
 private Q_SLOTS:
     void initTestCase() { InstallFontSubstitutes(); }
+    // The program's icon: its card face shades from side to side, drawn
+    // upright over the tilted card behind; a command's badge in its colour.
+    void iconsAreDrawnAsDesigned()
+    {
+        QTest::failOnWarning(QRegularExpression(u".*"_s)); // an unbalanced painter, say
+        const QImage icon = ProgramIcon().pixmap(QSize(64, 64), 1.0).toImage();
+        QCOMPARE(icon.pixel(10, 30), icon.pixel(10, 48));
+        QCOMPARE(icon.pixel(42, 26), icon.pixel(42, 50));
+        const QColor dark = icon.pixelColor(10, 30);
+        QVERIFY2(dark.alpha() == 255 && dark.blue() < 0x90 && dark.blue() > dark.red(), qPrintable(dark.name()));
+        const QImage add = CommandIconFor(CommandIcon::AddChapter).pixmap(QSize(32, 32), 1.0).toImage();
+        QCOMPARE(add.pixelColor(20, 20), QColor(0x2E, 0x9E, 0x4F));
+    }
+
+    // A window's watcher hears every change until the one who set it goes.
+    void changeWatcherBelongsToItsKey()
+    {
+        WindowSurface surface;
+        surface.Resize(QSize(8, 8));
+        int heard = 0;
+        const int owner = 0, stranger = 0;
+        surface.SetChangeWatcher(&owner, [&] { ++heard; });
+        surface.Changed(QRect(0, 0, 1, 1));
+        surface.ClearChangeWatcher(&stranger);
+        surface.Changed(QRect(0, 0, 1, 1));
+        QCOMPARE(heard, 2);
+        surface.ClearChangeWatcher(&owner);
+        surface.Changed(QRect(0, 0, 1, 1));
+        QCOMPARE(heard, 2);
+    }
+
     void cleanup()
     {
         SetOsVersionOverride(std::nullopt);
