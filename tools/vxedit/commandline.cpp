@@ -23,6 +23,7 @@ constexpr qint64 kMaxSourceSize = 64 * 1024 * 1024;
 const QString kUsage = u"usage: vxedit [FILE.zel]\n"
                        "       vxedit dump FILE\n"
                        "       vxedit import SOURCE.tsv|SOURCE.csv -o OUT.zel [--title TITLE]\n"
+                       "                     [--header|--no-header]\n"
                        "       vxedit export FILE.zel [-o OUT.tsv|OUT.csv]\n"
                        "       vxedit --help | --version\n"_s;
 
@@ -45,7 +46,8 @@ public:
     }
 
     int dump(const QString &path);
-    int import(const QString &source, const QString &target, const QString &title);
+    int import(const QString &source, const QString &target, const QString &title,
+               cardtext::HeaderRow header);
     int exportCards(const QString &path, const QString &target);
 
 private:
@@ -82,7 +84,8 @@ int Session::dump(const QString &path)
     return 0;
 }
 
-int Session::import(const QString &source, const QString &target, const QString &title)
+int Session::import(const QString &source, const QString &target, const QString &title,
+                    cardtext::HeaderRow header)
 {
     if (korva::sameFile(source, target))
         return fail(target,
@@ -100,7 +103,11 @@ int Session::import(const QString &source, const QString &target, const QString 
         return fail(source, readError);
     }
 
-    const QString titleProblem = chapterrules::CheckTitle(title);
+    // The chapter is Windows-1252 until a text that it cannot hold makes it
+    // UTF-8; from then on every card counts its bytes in UTF-8.
+    korva::Encoding encoding = chapterrules::CardEncoding(
+            chapterrules::CardEntry(title, {}, {}), korva::Encoding::Cp1252);
+    const QString titleProblem = chapterrules::CheckTitle(title, encoding);
     if (!titleProblem.isEmpty())
         return fail(source, titleProblem);
 
@@ -112,12 +119,14 @@ int Session::import(const QString &source, const QString &target, const QString 
     db.SetDescription(korva::kChapterDescription);
     db.SetTitle(title);
     db.SetFormat(4);
+    std::vector<int> lines; // where each card came from, should the chapter turn UTF-8
+    bool first = true;
     // Each card is checked and kept as it is read, so a long list is never
     // held twice, and one that cannot become a chapter stops at its first
     // problem.
     auto takeCard = [&](cardtext::Row &&row, QString *why) {
-        auto refuse = [&](const QString &problem) {
-            *why = u"line "_s + QString::number(row.line) + u": "_s + problem;
+        auto refuse = [&](int line, const QString &problem) {
+            *why = u"line "_s + QString::number(line) + u": "_s + problem;
             return false;
         };
         // Bookkeeping columns of another program's export are not card text.
@@ -125,22 +134,48 @@ int Session::import(const QString &source, const QString &target, const QString 
             if (layout.metaColumns.contains(int(i)))
                 row.fields.removeAt(i);
         }
+        // A first row of column names is no card.
+        const bool names = first
+                && (header == cardtext::HeaderRow::Yes
+                    || (header == cardtext::HeaderRow::Detect
+                        && cardtext::LooksLikeColumnNames(row.fields)));
+        first = false;
+        if (names)
+            return true;
         if (row.fields.size() < 2)
-            return refuse(u"a card needs a question and an answer separated by "_s + separator);
+            return refuse(row.line,
+                          u"a card needs a question and an answer separated by "_s + separator);
         for (qsizetype i = 3; i < row.fields.size(); ++i) {
             if (!row.fields[i].isEmpty())
-                return refuse(u"a card has three fields at most (question, answer, note); "
+                return refuse(row.line,
+                              u"a card has three fields at most (question, answer, note); "
                               "this line has %1"_s.arg(row.fields.size()));
         }
-        const QString &question = row.fields[0], &answer = row.fields[1];
-        const QString note = row.fields.value(2);
-        const QString problem = chapterrules::CheckCard(question, answer, note);
+        const korva::Entry card =
+                chapterrules::CardEntry(row.fields[0], row.fields[1], row.fields.value(2));
+        if (chapterrules::CardEncoding(card, encoding) != encoding) {
+            // The cards before were checked in Windows-1252: again, in UTF-8.
+            encoding = korva::Encoding::Utf8;
+            const QString titleUtf8 = chapterrules::CheckTitle(title, encoding);
+            if (!titleUtf8.isEmpty())
+                return refuse(row.line, titleUtf8 + u" (this card makes the chapter UTF-8)"_s);
+            for (int i = db.FirstIndex(); i <= db.LastIndex(); ++i) {
+                const korva::Entry before = db.GetEntry(i);
+                const QString problem =
+                        chapterrules::CheckCard(before.key, before.text, before.note, encoding);
+                if (!problem.isEmpty())
+                    return refuse(lines[size_t(i - 1)],
+                                  problem + u" (line %1 makes the chapter UTF-8)"_s.arg(row.line));
+            }
+        }
+        const QString problem = chapterrules::CheckCard(card.key, card.text, card.note, encoding);
         if (!problem.isEmpty())
-            return refuse(problem);
+            return refuse(row.line, problem);
         if (db.LastIndex() >= korva::kMaxEntries)
-            return refuse(
-                    u"more than %1 cards; a chapter holds %1 at most"_s.arg(korva::kMaxEntries));
-        db.AppendEntry(chapterrules::CardEntry(question, answer, note));
+            return refuse(row.line, u"more than %1 cards; a chapter holds %1 at most"_s.arg(
+                                            korva::kMaxEntries));
+        db.AppendEntry(card);
+        lines.push_back(row.line);
         return true;
     };
     QString error;
@@ -222,12 +257,20 @@ int Run(const QStringList &args, QIODevice &out, QIODevice &err)
         return session.usage((verb.startsWith(u'-') ? u"unknown option "_s : u"unknown command "_s)
                              + verb);
 
-    // Options after the verb: -o PATH, --title TEXT; one positional file.
+    // Options after the verb: -o PATH, --title TEXT, --header, --no-header;
+    // one positional file.
     QString file, output, title;
     bool hasOutput = false;
+    cardtext::HeaderRow header = cardtext::HeaderRow::Detect;
+    bool headerSaid = false;
     for (qsizetype i = 1; i < args.size(); ++i) {
         const QString &a = args[i];
-        if (a == u"-o"_s || a == u"--title"_s) {
+        if (a == u"--header"_s || a == u"--no-header"_s) {
+            if (headerSaid)
+                return session.usage(u"--header or --no-header, once"_s);
+            header = a == u"--header"_s ? cardtext::HeaderRow::Yes : cardtext::HeaderRow::No;
+            headerSaid = true;
+        } else if (a == u"-o"_s || a == u"--title"_s) {
             if (i + 1 >= args.size())
                 return session.usage(a + u" needs a value"_s);
             (a == u"-o"_s ? output : title) = args[++i];
@@ -243,6 +286,8 @@ int Run(const QStringList &args, QIODevice &out, QIODevice &err)
     if (file.isEmpty())
         return session.usage(verb + u" needs a file"_s);
 
+    if (headerSaid && verb != u"import"_s)
+        return session.usage(verb + u" takes no --header or --no-header"_s);
     if (verb == u"dump"_s) {
         if (hasOutput || !title.isEmpty())
             return session.usage(u"dump takes only a file"_s);
@@ -251,7 +296,7 @@ int Run(const QStringList &args, QIODevice &out, QIODevice &err)
     if (verb == u"import"_s) {
         if (!hasOutput || output.isEmpty())
             return session.usage(u"import needs -o OUT.zel"_s);
-        return session.import(file, output, title);
+        return session.import(file, output, title, header);
     }
     if (!title.isEmpty())
         return session.usage(u"export takes no title"_s);

@@ -109,6 +109,7 @@ ImportDialog::ImportDialog(const QByteArray &content, const QString &path, QWidg
         FillColumns();
         UpdatePreview();
     });
+    connect(headerRow, &QCheckBox::clicked, this, [this] { m_headerChosen = true; });
     for (QComboBox *box : {questionColumn, answerColumn, noteColumn})
         connect(box, &QComboBox::currentIndexChanged, this, &ImportDialog::UpdatePreview);
     Reparse();
@@ -125,7 +126,18 @@ void ImportDialog::Reparse()
     m_columns = 0;
     for (const cardtext::Row &row : m_rows)
         m_columns = qMax(m_columns, int(row.fields.size()));
+    if (!m_headerChosen) {
+        const QSignalBlocker quiet(headerRow);
+        headerRow->setChecked(!m_rows.empty()
+                              && cardtext::LooksLikeColumnNames(m_rows.front().fields));
+    }
     FillColumns();
+    UpdatePreview();
+}
+
+void ImportDialog::SetChapterEncoding(korva::Encoding encoding)
+{
+    m_chapterEncoding = encoding;
     UpdatePreview();
 }
 
@@ -172,11 +184,15 @@ std::vector<korva::Entry> ImportDialog::Cards() const
 void ImportDialog::UpdatePreview()
 {
     const std::vector<korva::Entry> cards = Cards();
+    // One card that Windows-1252 cannot hold makes the whole chapter UTF-8.
+    korva::Encoding encoding = m_chapterEncoding;
+    for (const korva::Entry &c : cards)
+        encoding = chapterrules::CardEncoding(c, encoding);
     preview->setRowCount(int(qMin<size_t>(cards.size(), kPreviewRows)));
     int problems = 0;
     for (size_t i = 0; i < cards.size(); ++i) {
         const korva::Entry &c = cards[i];
-        const QString problem = chapterrules::CheckCard(c.key, c.text, c.note);
+        const QString problem = chapterrules::CheckCard(c.key, c.text, c.note, encoding);
         problems += problem.isEmpty() ? 0 : 1;
         if (i >= size_t(kPreviewRows))
             continue;
@@ -188,13 +204,17 @@ void ImportDialog::UpdatePreview()
             preview->setItem(int(i), col, item);
         }
     }
+    const QString turns = encoding != m_chapterEncoding
+            ? u" The chapter will be saved in UTF-8, as some of them are outside Windows-1252."_s
+            : QString();
     if (!m_error.isEmpty())
         summary->setText(u"The file can't be read: "_s + m_error);
     else if (problems == 0)
-        summary->setText(u"%1 cards will be added."_s.arg(cards.size()));
+        summary->setText(u"%1 cards will be added."_s.arg(cards.size()) + turns);
     else
         summary->setText(
                 u"%1 cards will be added; %2 of them can't be stored as they are and are marked "
                 "for you to mend before saving."_s.arg(cards.size())
-                        .arg(problems));
+                        .arg(problems)
+                + turns);
 }

@@ -10,9 +10,10 @@ class QComboBox;
 class QLabel;
 class QTableWidget;
 
-// Reading cards from a text file: the delimiter detected (and changeable),
-// which columns hold question, answer and note, and a preview of the first
-// cards as they will be added, with any that cannot be stored marked.
+// Reading cards from a text file: the delimiter and a first row of column
+// names detected (and changeable), which columns hold question, answer and
+// note, and a preview of the first cards as they will be added, with any that
+// cannot be stored marked.
 class ImportDialog : public QDialog
 {
     Q_OBJECT
@@ -30,6 +31,10 @@ public:
     QTableWidget *preview;
     QLabel *summary;
 
+    // The encoding of the chapter the cards go into; the preview checks the
+    // cards as they will be written there.
+    void SetChapterEncoding(korva::Encoding encoding);
+
     // The cards the file gives with the choices made; empty on a parse error.
     std::vector<korva::Entry> Cards() const;
     QString ParseError() const { return m_error; }
@@ -45,4 +50,6 @@ private:
     std::vector<cardtext::Row> m_rows;
     QString m_error;
     int m_columns = 0;
+    korva::Encoding m_chapterEncoding = korva::Encoding::Cp1252;
+    bool m_headerChosen = false; // the user set the check box: detection keeps off it
 };
