@@ -9,7 +9,8 @@ FUZZ_SECONDS ?= 60
 FUZZ_DIR := build/fuzz
 FUZZ_TARGETS := fuzz_korva fuzz_progress fuzz_chapter fuzz_settings fuzz_cardtext
 # Inputs up to these sizes (bytes): files of hundreds of records, lists of
-# thousands of lines.
+# thousands of lines. No single allocation may pass 256 MB; the process as a
+# whole gets 2 GB, as the sanitizer's allocator keeps what was freed.
 FUZZ_MAX_LEN_korva := 65536
 FUZZ_MAX_LEN_progress := 65536
 FUZZ_MAX_LEN_chapter := 65536
@@ -95,7 +96,8 @@ fuzz: deps
 			*) len=$(FUZZ_MAX_LEN_cardtext);; \
 		esac; \
 		echo "== $$t"; \
-		ASAN_OPTIONS=detect_leaks=1 ./$(FUZZ_DIR)/$$t -max_total_time=$(FUZZ_SECONDS) -max_len=$$len -rss_limit_mb=1024 \
+		ASAN_OPTIONS=detect_leaks=1 ./$(FUZZ_DIR)/$$t -max_total_time=$(FUZZ_SECONDS) -max_len=$$len \
+			-malloc_limit_mb=256 -rss_limit_mb=2048 \
 			-print_final_stats=1 $(FUZZ_DIR)/corpus/$$name fuzz/seeds/$$name || exit 1; \
 	done
 

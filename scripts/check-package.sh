@@ -153,6 +153,11 @@ file_types() {
                XDG_DATA_DIRS=$mime gio mime application/x-vocabrix-chapter)
     grep -q '^Default application for .*: vxedit.desktop$' <<<"$handlers" \
         || { echo "chapters do not open with vxedit.desktop: $handlers"; return 1; }
+    # Progress files open in Vocabrix, which resumes them.
+    handlers=$(PATH=$root/usr/bin:$PATH XDG_DATA_HOME=$work/nohome XDG_CONFIG_HOME=$work/nohome \
+               XDG_DATA_DIRS=$mime gio mime application/x-vocabrix-progress)
+    grep -q '^Default application for .*: vocabrix.desktop$' <<<"$handlers" \
+        || { echo "progress files do not open with vocabrix.desktop: $handlers"; return 1; }
 }
 
 echo "check-package: $(basename "$deb") ($(du -k "$deb" | cut -f1) KiB)"

@@ -8,14 +8,20 @@ set -euo pipefail
 packages=(
     # compiler and build tools
     g++ make cmake
-    # Qt 6 (Core, Gui, Widgets, Network, Test) with moc and the platform plugins
+    # Qt 6 (Core, Gui, Widgets, Network, PrintSupport, Test) with moc and the platform plugins
     qt6-base-dev qt6-base-dev-tools qt6-qpa-plugins libgl-dev
+    # speaking the card: Qt TextToSpeech, its speech-dispatcher plugin and espeak-ng's voices;
+    # Qt TextToSpeech's CMake files also want QmlIntegration's headers (in qt6-declarative-dev)
+    qt6-speech-dev qt6-speech-speechd-plugin speech-dispatcher-espeak-ng espeak-ng-data
+    qt6-declarative-dev
     # a real X server for the end-to-end test, a way to drive it, and screenshots
     xvfb xauth xdotool x11-apps
     # fonts, so text looks the same on every machine
     fonts-dejavu-core
     # `make mutate` (scripts/mutate.py)
     python3
+    # printed sheets are read back as text and pictures
+    poppler-utils
 )
 
 case "${1:-}" in

@@ -5,6 +5,7 @@
 #include "drawing/logicalfont.h"
 #include "drawing/programicon.h"
 #include "windows/qtplatform.h"
+#include "windows/qtspeaker.h"
 
 #include <QApplication>
 #include <QIcon>
@@ -14,12 +15,14 @@
 
 namespace {
 
-const char kHelp[] = "usage: vocabrix [show_console]\n"
+const char kHelp[] = "usage: vocabrix [FILE.zel | FILE.vxs] [show_console]\n"
                      "       vocabrix --help | --version\n"
                      "\n"
                      "Study vocabulary with flash cards. Chapters are chosen in the program's\n"
                      "window; chapter files are made with vxedit.\n"
                      "\n"
+                     "  FILE.zel      add this chapter to the list and select it\n"
+                     "  FILE.vxs      resume from this progress file\n"
                      "  show_console  also log the run mode at start-up (found anywhere on the\n"
                      "                command line, in any case)\n"
                      "  -h, --help    print this help and exit\n"
@@ -64,6 +67,8 @@ int main(int argc, char *argv[])
 
     QtPrompter prompter;
     SetPrompter(&prompter);
+    QtSpeaker speech;
+    SetSpeaker(&speech);
     ResetProgramState();
     modMain::InstallLifecycle();
 
@@ -71,5 +76,6 @@ int main(int argc, char *argv[])
     // A start-up abandoned before the event loop runs has already set the status.
     if (g_ProcessReleased)
         return g_ExitStatus;
+    modMain::OpenFileArguments(QCoreApplication::arguments().mid(1));
     return app.exec();
 }

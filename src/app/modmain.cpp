@@ -356,6 +356,20 @@ void StartNewSession()
     LoadSystem(false);
 }
 
+void OpenFileArguments(const QStringList &arguments)
+{
+    for (const QString &argument : arguments) {
+        const QFileInfo file(argument);
+        frmChapter *chapters = ChapterWindow();
+        if (!chapters || !file.isFile())
+            continue;
+        if (file.suffix() == u"zel"_s)
+            chapters->AddChapterFile(file.absoluteFilePath());
+        else if (file.suffix() == u"vxs"_s)
+            chapters->ResumeProgress(file.absoluteFilePath());
+    }
+}
+
 QString RunModeName()
 {
     switch (g_RunMode) {

@@ -28,6 +28,11 @@ void StartNewSession();
 // Lets the windows below reach DestroySystem and StartNewSession.
 void InstallLifecycle();
 
+// A chapter (.zel) or progress file (.vxs) named on the command line, as the
+// desktop passes a file opened with the program: the chapter joins the list,
+// selected; the progress is resumed. Other arguments are left alone.
+void OpenFileArguments(const QStringList &arguments);
+
 QString RunModeName();
 // The program's release date, 9 February 2010, as mm/dd/yyyy with the
 // locale's date separator.

@@ -25,6 +25,23 @@ void refuse(const QString &title, const QString &text)
 
 } // namespace
 
+void Deck::SetLanguages(const QString &chapter, const ChapterLanguages &languages)
+{
+    if (languages.isEmpty())
+        m_languages.remove(chapter);
+    else
+        m_languages.insert(chapter, languages);
+}
+
+void LoadChapterLanguages(const QString &path, const QString &chapterName)
+{
+    ChapterLanguages languages;
+    QString error;
+    if (!chapterlanguages::Read(path, languages, &error))
+        Log(u" .. languages left out: "_s + error + u"/n"_s);
+    g_Deck.SetLanguages(chapterName, languages);
+}
+
 void LoadChapterFile(const QString &path, const QString &chapterName)
 {
     const QString loadFailed = u"The file '"_s + path + u"' can't be loaded!"_s;
@@ -79,6 +96,7 @@ void LoadChapterFile(const QString &path, const QString &chapterName)
         card.spare.clear();
     }
     Log(u"file loaded; using "_s + QString::number(bytes) + u" bytes of memory/n"_s);
+    LoadChapterLanguages(path, chapterName);
 }
 
 void FlushData(bool firstUse)

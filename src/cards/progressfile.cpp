@@ -146,9 +146,11 @@ bool LoadProgress()
 
     const std::optional<QString> chosen =
             GCommonDialog::AskOpen(u"Open File"_s, kFilter, kExtension, kPlace);
-    if (!chosen)
-        return false;
-    const QString path = *chosen;
+    return chosen && LoadProgressFrom(*chosen);
+}
+
+bool LoadProgressFrom(const QString &path)
+{
     // A file that is not there is no error; anything but a file is, below.
     if (korva::inspectPath(path).kind == korva::PathKind::Missing)
         return false;

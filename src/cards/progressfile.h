@@ -46,4 +46,6 @@ void SaveProgress();
 namespace modMain {
 // Asks for a file and replaces the deck by its cards. True when a file was read.
 bool LoadProgress();
+// The same with the file already chosen (opened from the desktop).
+bool LoadProgressFrom(const QString &path);
 } // namespace modMain

@@ -99,6 +99,8 @@ bool Write(const Deck &deck, const State &state, QString *error)
             {u"side"_s, side(state.answerShown)},
             {u"first_side"_s, side(state.answerFirst)},
             {u"trouble_only"_s, state.troubleOnly ? u"true"_s : u"false"_s},
+            {u"typed_right"_s, QString::number(state.typedRight)},
+            {u"typed_wrong"_s, QString::number(state.typedWrong)},
     };
     // The deck first: a state that names another deck is found out on reading.
     return korva::saveFile(DeckPath(), image, error)
@@ -146,6 +148,13 @@ bool Read(std::vector<Card> &cards, State &state, QString *error)
     s.answerShown = *shown;
     s.answerFirst = *first;
     s.troubleOnly = *only == u"true"_s;
+    for (const auto &[key, count] :
+         {std::pair {u"typed_right", &s.typedRight}, std::pair {u"typed_wrong", &s.typedWrong}}) {
+        const QString *text = value(key);
+        *count = text ? text->toInt(&ok) : 0;
+        if (text && (!ok || *count < 0))
+            return fail(error, kStateName + u" is damaged"_s);
+    }
 
     cards = std::move(read);
     state = s;

@@ -11,8 +11,9 @@ class Deck;
 // The session kept when studying ends, for Resume Last Session: two files of
 // their own in the home folder. "lastsession.vxs" holds the deck in the
 // progress-file format; "lastsession.txt" (key=value lines) the card on show,
-// its side and the trouble-only state, with the size and hash of the deck
-// file, so a deck that does not belong to the state is found out.
+// its side, the trouble-only state and the counts of typed answers, with the
+// size and hash of the deck file, so a deck that does not belong to the state
+// is found out.
 namespace sessionfile {
 
 struct State
@@ -21,6 +22,8 @@ struct State
     bool answerShown = false; // the side on show
     bool answerFirst = false; // the side that card showed first
     bool troubleOnly = false; // "show only trouble cards"
+    int typedRight = 0;       // typed answers judged right and wrong; a
+    int typedWrong = 0;       // state kept before they were counted has none
 };
 
 QString DeckPath();

@@ -89,15 +89,20 @@ void Set(Pairs &pairs, const QString &key, const QString &value)
     pairs.append({key, value});
 }
 
-Pairs Parse(QByteArrayView text)
+namespace {
+
+// Each line in turn: the pair it holds, or nothing for a line that is none
+// (told by the result; blank lines and comments are skipped unseen).
+template<typename Visit> void eachLine(QByteArrayView text, Visit visit)
 {
-    Pairs pairs;
+    qsizetype number = 0;
     for (qsizetype start = 0; start < text.size();) {
         qsizetype end = text.indexOf('\n', start);
         if (end < 0)
             end = text.size();
         QByteArrayView line = text.sliced(start, end - start);
         start = end + 1;
+        ++number;
         if (line.endsWith('\r'))
             line.chop(1);
         if (line.isEmpty() || line.startsWith('#'))
@@ -105,15 +110,37 @@ Pairs Parse(QByteArrayView text)
         QStringDecoder utf8(QStringDecoder::Utf8, QStringDecoder::Flag::Stateless);
         const QString decoded = utf8(line);
         const qsizetype equals = decoded.indexOf(u'=');
-        if (utf8.hasError() || equals < 0)
-            continue;
-        const QString key = decoded.left(equals);
+        const QString key = decoded.left(equals).trimmed(); // hand-written "key = value" too
         QString value;
-        if (!IsValidKey(key) || !unescape(QStringView(decoded).mid(equals + 1), value))
-            continue;
-        Set(pairs, key, value);
+        const bool pair = !utf8.hasError() && equals >= 0 && IsValidKey(key)
+                && unescape(QStringView(decoded).mid(equals + 1), value);
+        if (!visit(number, pair, key, value))
+            return;
     }
+}
+
+} // namespace
+
+Pairs Parse(QByteArrayView text)
+{
+    Pairs pairs;
+    eachLine(text, [&pairs](qsizetype, bool pair, const QString &key, const QString &value) {
+        if (pair)
+            Set(pairs, key, value);
+        return true;
+    });
     return pairs;
+}
+
+qsizetype FirstBadLine(QByteArrayView text)
+{
+    qsizetype bad = 0;
+    eachLine(text, [&bad](qsizetype number, bool pair, const QString &, const QString &) {
+        if (!pair)
+            bad = number;
+        return pair;
+    });
+    return bad;
 }
 
 QByteArray Format(const Pairs &pairs, const QString &comment)

@@ -19,6 +19,9 @@ using Pairs = QList<std::pair<QString, QString>>;
 // in the place of its first. Lines that are no such pair (damaged, not UTF-8,
 // a bad key or escape) are left out.
 Pairs Parse(QByteArrayView text);
+// The number of the first line (from 1) that is neither a pair, a comment
+// nor blank, for files whose damage is to be told; 0 when there is none.
+qsizetype FirstBadLine(QByteArrayView text);
 // The file for the pairs, a comment line first when one is given.
 QByteArray Format(const Pairs &pairs, const QString &comment = QString());
 

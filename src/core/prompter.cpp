@@ -31,6 +31,7 @@ public:
     }
     bool OpenDocument(const QString &) override { return false; }
     int ShowModal(QObject *) override { return 0; }
+    std::optional<PrintChoice> AskPrint(const PrintRequest &) override { return std::nullopt; }
 };
 
 HeadlessPrompter g_headless;

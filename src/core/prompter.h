@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QSizeF>
 #include <QString>
 #include <QStringList>
 
@@ -35,6 +36,30 @@ struct FileDialogRequest
     QString fileName;   // the starting file or folder, may be empty
 };
 
+// Printing cards: a sheet of question | answer rows, or fold-over cards
+// (question on one half of a strip, answer on the other).
+enum class PrintLayout { Sheet, Fold };
+enum class PrintTarget { Printer, PdfFile };
+
+struct PrintRequest
+{
+    QString title;       // the dialog's caption
+    QString pdfFileName; // suggested when printing to a file
+    PrintLayout layout = PrintLayout::Sheet;
+};
+
+// What the print dialog settled: where to, which layout, on what paper.
+struct PrintChoice
+{
+    PrintTarget target = PrintTarget::PdfFile;
+    QString pdfFile;     // PdfFile: the file to write
+    QString printerName; // Printer: the printer to send it to
+    PrintLayout layout = PrintLayout::Sheet;
+    QSizeF paperMillimetres; // width x height; empty for the default paper
+    bool landscape = false;
+    int copies = 1;
+};
+
 class Prompter
 {
 public:
@@ -54,6 +79,8 @@ public:
     // Shows one of the program's own windows modally (a dialog) and returns
     // its result when it closes.
     virtual int ShowModal(QObject *window) = 0;
+    // The print dialog; nothing when the user cancelled.
+    virtual std::optional<PrintChoice> AskPrint(const PrintRequest &request) = 0;
 };
 
 // The installed prompter; a headless one that refuses everything when none is.

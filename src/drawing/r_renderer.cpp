@@ -3,6 +3,7 @@
 #include "core/log.h"
 #include "core/programstate.h"
 #include "core/rounding.h"
+#include "drawing/colourcontrast.h"
 #include "drawing/windowsurface.h"
 #include "settings/r_data.h"
 
@@ -147,7 +148,10 @@ void r_renderer::Draw(bool withMainText)
         l = text.left(), t = text.top(), r = text.left() + text.width(),
         bt = text.top() + text.height();
         dc.SetForeColor(m_metrics->Color(u"main_text_forecolor"_s, kWhite));
-        dc.DrawText(mainText, l, t, r, bt, kMainTextFormat);
+        if (m_metrics->MainMarking() == r_data::Marking::None)
+            dc.DrawText(mainText, l, t, r, bt, kMainTextFormat);
+        else
+            DrawMarkedText(mainText, text);
         if (const QString note = m_metrics->NoteText(); !note.isEmpty())
             DrawNote(note, text, shadow, font);
     }
@@ -180,6 +184,46 @@ void r_renderer::DrawCorner(int index, const QRect &text, const QRect &shadow)
         dc.SetForeColor(m_metrics->Color(QString::fromUtf16(key), fallback));
         dc.DrawText(caption, l, t, r, b, style.format);
     }
+}
+
+void r_renderer::DrawMarkedText(const QString &mainText, const QRect &text)
+{
+    // Laid out as the plain text is, drawn in runs of marked and unmarked
+    // letters, each clipped to its own stretch of the line; marked letters
+    // in their colour and, unless all of the text is right, underlined.
+    cMemDC &dc = *m_surface;
+    const bool allRight = m_metrics->MainMarking() == r_data::Marking::Right;
+    const quint32 fore = m_metrics->Color(u"main_text_forecolor"_s, kWhite);
+    const quint32 mark = MarkColour(allRight, m_metrics->Color(u"backcolor_b"_s, kDefaultBackB));
+    QList<bool> marked = m_metrics->MarkedLetters();
+    if (allRight || marked.size() != mainText.size())
+        marked = QList<bool>(mainText.size(), allRight);
+    const int start = text.left() + (text.width() - dc.TextWidth(mainText)) / 2;
+    const int underline = text.top() + (text.height() + dc.TextHeight(QString())) / 2 - 2;
+    const qsizetype n = mainText.size();
+    for (qsizetype begin = 0, end = 0; begin < n; begin = end) {
+        while (end < n && marked[end] == marked[begin])
+            ++end;
+        const int from = start + dc.TextWidth(mainText.left(begin));
+        const int to = start + dc.TextWidth(mainText.left(end));
+        const int clipLeft = begin == 0 ? text.left() : from;
+        const int clipRight = end == n ? text.left() + text.width() : to;
+        dc.SetClip(QRect(clipLeft, text.top(), clipRight - clipLeft, text.height()));
+        dc.SetForeColor(marked[begin] ? mark : fore);
+        int l = text.left(), t = text.top(), r = text.left() + text.width(),
+            b = text.top() + text.height();
+        dc.DrawText(mainText, l, t, r, b, kMainTextFormat);
+        if (marked[begin] && !allRight)
+            dc.Line(from, underline, to, underline, mark, 2);
+    }
+    dc.SetClip(QRect());
+}
+
+quint32 r_renderer::MarkColour(bool right, quint32 background)
+{
+    const quint32 light = right ? 0x40E040 : 0x00D7FF;
+    const quint32 dark = right ? 0x006400 : 0x0000B0;
+    return ContrastRatio(light, background) >= 3 ? light : dark;
 }
 
 void r_renderer::DrawNote(const QString &note, const QRect &text, const QRect &shadow,

@@ -49,6 +49,9 @@ public:
     static int NoteSizeLimit(int mainSize);
     // How wide a corner text is drawn on a card with its main text.
     static int CornerTextWidth(const QString &text);
+    // The colour of a main text marked right (a green), or of its marked
+    // letters (a gold), darker where the card's centre colour is light.
+    static quint32 MarkColour(bool right, quint32 background);
 
     cMemDC *Surface() const { return m_surface.get(); }
     // The window shows the frame as well as presenting can show it: further
@@ -81,6 +84,7 @@ private:
     };
 
     void DrawCorner(int corner, const QRect &text, const QRect &shadow);
+    void DrawMarkedText(const QString &mainText, const QRect &text);
     void DrawNote(const QString &note, const QRect &text, const QRect &shadow, LogicalFont font);
     void rememberPresented(PresentMode mode, bool settled);
     void forgetWindow();

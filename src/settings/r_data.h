@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QList>
 #include <QObject>
 #include <QString>
 
@@ -44,8 +45,25 @@ public:
     // ReadColors, falling back to the defaults when the database holds none.
     void LoadColors();
 
+    // How the main text is drawn: plainly, all of it as a right answer, or
+    // with some letters marked (one flag for each character of the text).
+    enum class Marking { None, Right, Letters };
+
     QString MainText() const { return m_mainText; }
-    void SetMainText(const QString &text) { m_mainText = text; }
+    // A new main text is drawn plainly, whatever marking the one before had.
+    void SetMainText(const QString &text)
+    {
+        m_mainText = text;
+        m_marking = Marking::None;
+        m_marked.clear();
+    }
+    Marking MainMarking() const { return m_marking; }
+    const QList<bool> &MarkedLetters() const { return m_marked; }
+    void SetMainMarking(Marking marking, const QList<bool> &letters = {})
+    {
+        m_marking = marking;
+        m_marked = letters;
+    }
     // A smaller line under the main text (the card's note); empty draws none.
     QString NoteText() const { return m_noteText; }
     void SetNoteText(const QString &text) { m_noteText = text; }
@@ -75,5 +93,7 @@ private:
     std::vector<ColorEntry> m_colors;
     QString m_mainText;
     QString m_noteText;
+    Marking m_marking = Marking::None;
+    QList<bool> m_marked;
     std::array<CornerSlot, 4> m_corners;
 };

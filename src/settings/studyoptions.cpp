@@ -58,4 +58,14 @@ void SetSkipEmptySlot(bool skip)
     g_Extras.SetBool(kSkipEmptySlot, skip);
 }
 
+bool TypeAnswer()
+{
+    return g_Extras.Bool(kTypeAnswer, false);
+}
+
+void SetTypeAnswer(bool type)
+{
+    g_Extras.SetBool(kTypeAnswer, type);
+}
+
 } // namespace studyoptions

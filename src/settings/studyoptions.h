@@ -13,6 +13,7 @@ inline const QString kKeepSession = u"study.keep_session"_s;
 inline const QString kFirstSide = u"study.first_side"_s;
 inline const QString kShowNotes = u"study.show_notes"_s;
 inline const QString kSkipEmptySlot = u"study.skip_empty_slot"_s;
+inline const QString kTypeAnswer = u"study.type_answer"_s;
 
 // Which side of a card is shown first.
 enum class FirstSide { Question, Answer, Random };
@@ -29,5 +30,9 @@ void SetShowNotes(bool show);
 // The arrows step over the deck's empty last slot. Off by default.
 bool SkipEmptySlot();
 void SetSkipEmptySlot(bool skip);
+// A line on the card to type the other side in, checked with Return. Off by
+// default.
+bool TypeAnswer();
+void SetTypeAnswer(bool type);
 
 } // namespace studyoptions

@@ -23,6 +23,7 @@
 #include "windows/lifecycle.h"
 #include "windows/modrender.h"
 #include "windows/programstyle.h"
+#include "windows/typedanswer.h"
 #include "windows/windowplacement.h"
 
 #include <QAction>
@@ -328,14 +329,17 @@ void frmChapter::SaveFileList()
     g_MasterDb->SetValue(settings::kFileListCount, QString(), count, QString());
 }
 
-void frmChapter::AddChapterFile()
+void frmChapter::AddChapterFile(const QString &given)
 {
-    const std::optional<QString> chosen =
-            GCommonDialog::AskOpen(u"Select File"_s, u"Vocabrix Data File|*.zel"_s, u"zel"_s,
-                                   u"chapter"_s);
-    if (!chosen)
-        return;
-    const QString path = *chosen;
+    QString path = given;
+    if (path.isEmpty()) {
+        const std::optional<QString> chosen =
+                GCommonDialog::AskOpen(u"Select File"_s, u"Vocabrix Data File|*.zel"_s, u"zel"_s,
+                                       u"chapter"_s);
+        if (!chosen)
+            return;
+        path = *chosen;
+    }
 
     ikorvalite chapter;
     // A file that is not there is not created by looking at it.
@@ -426,6 +430,7 @@ void frmChapter::StartStudying(const sessionfile::State *kept)
     frmMain *main = frmMain::Ensure();
     modrender::StartRendering();
     main->SetStudying(true);
+    main->Typing->SetCounts(kept ? kept->typedRight : 0, kept ? kept->typedWrong : 0);
     if (kept) {
         main->Check2->SetChecked(kept->troubleOnly);
         modrender::ShowKeptCard(kept->card, kept->answerShown, kept->answerFirst);
@@ -438,10 +443,16 @@ void frmChapter::StartStudying(const sessionfile::State *kept)
     forms::Unload(this);
 }
 
-void frmChapter::ResumeProgress()
+void frmChapter::ResumeProgress(const QString &path)
 {
-    if (!modMain::LoadProgress())
+    if (path.isEmpty()
+                ? !modMain::LoadProgress()
+                : (Log(u"Reading saved progress from file/n"_s), !modMain::LoadProgressFrom(path)))
         return;
+    // The file keeps chapter names only: their languages come from the
+    // chapters of the list that have those names.
+    for (int i = 0; i < LV1->topLevelItemCount(); ++i)
+        LoadChapterLanguages(ItemPath(LV1->topLevelItem(i)), LV1->topLevelItem(i)->text(0));
     Log(u" .. loaded "_s + QString::number(g_Deck.UBound() - g_Deck.LBound()) + u" nodes/n"_s);
     SaveFileList();
     if (masterMounted())

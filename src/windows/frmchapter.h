@@ -41,10 +41,13 @@ public:
 
     void LoadFileList();
     void SaveFileList();
-    void AddChapterFile();
+    // Adds a chapter file to the list and selects it: the one given, else one
+    // the user picks.
+    void AddChapterFile(const QString &path = {});
     void RemoveSelected();
     void LoadSelected();
-    void ResumeProgress();
+    // Resumes from a progress file: the one given, else one the user picks.
+    void ResumeProgress(const QString &path = {});
     // Studies the session kept when studying last ended, as it was left.
     void ResumeLastSession();
     // Offers the kept session while there is an intact one; a damaged one is

@@ -16,6 +16,7 @@
 #include "windows/lifecycle.h"
 #include "windows/modrender.h"
 #include "windows/programstyle.h"
+#include "windows/typedanswer.h"
 #include "windows/windowplacement.h"
 
 #include <QCloseEvent>
@@ -132,6 +133,7 @@ void frmMain::BuildControls()
         connect(control, &zelControl::KeyDown, this, &frmMain::HandleKey);
     }
     connect(zelHL1, &zelControl::KeyDown, this, &frmMain::HandleKey);
+    Typing = new TypedAnswer(this);
 
     connect(Check1, &zelControl::Click, this, [this] {
         if (m_studying)
@@ -185,6 +187,12 @@ void frmMain::BuildMenu()
     mP->addSeparator();
     item(mP_u, u"mP_u"_s, u"Undo"_s, u"Z"_s, &frmMain::Undo);
     connect(mP, &QMenu::aboutToShow, this, [this] { mP_u->setEnabled(modrender::CanUndo()); });
+
+    mP->addSeparator();
+    item(mP_print, u"mP_print"_s, u"Print Trouble Cards..."_s, u"P"_s, &frmMain::PrintTroubleCards);
+    item(mP_speak, u"mP_speak"_s, u"Speak Card"_s, u"F5"_s, &frmMain::SpeakCard);
+    mP->setToolTipsVisible(true);
+    connect(mP, &QMenu::aboutToShow, this, &frmMain::UpdateSpeakItem);
 }
 
 void frmMain::Load()
@@ -210,6 +218,8 @@ void frmMain::Reinitialize()
     hide();
     m_studying = false;
     modrender::ClearUndo();
+    Typing->SetCounts(0, 0);
+    Typing->Refresh();
     Check1->SetChecked(false);
     Check2->SetChecked(false);
     m_surface.image().fill(Qt::black);
@@ -223,6 +233,11 @@ void frmMain::EnableStudyControls(bool enabled)
           static_cast<zelControl *>(zelFlatButton3), static_cast<zelControl *>(zelFlatButton4),
           static_cast<zelControl *>(Check1), static_cast<zelControl *>(Check2)})
         c->SetEnabled(enabled);
+    // The keyboard goes back to the typing line with the controls (loading
+    // and shuffling turn them off while the card is already shown).
+    Typing->setEnabled(enabled);
+    if (enabled)
+        Typing->TakeFocus();
     // The disabled look shows at once here, not at the next mouse move.
     for (zelControl *c : m_strip->findChildren<zelControl *>())
         c->Redraw();
@@ -255,6 +270,7 @@ void frmMain::ApplyColors(quint32 backA, quint32 backB, quint32 textColor)
     zelHL1->SetForecolorMouse(text);
     for (zelControl *c : m_strip->findChildren<zelControl *>())
         c->Redraw();
+    Typing->ApplyColors(backA, backB, textColor);
 }
 
 void frmMain::StopCardDisplay()
@@ -318,6 +334,7 @@ void frmMain::OnUnload()
 {
     StopHoverTimer();
     m_studying = false;
+    Typing->Refresh();
 }
 
 void frmMain::paintEvent(QPaintEvent *event)
@@ -333,7 +350,9 @@ void frmMain::keyPressEvent(QKeyEvent *event)
 
 void frmMain::mousePressEvent(QMouseEvent *event)
 {
-    if (event->button() == Qt::RightButton && !g_ShuffleRunning)
+    if (event->button() != Qt::RightButton)
+        Typing->TakeFocus(); // a click on the card leaves the keyboard on the line
+    else if (!g_ShuffleRunning)
         ShowMenuAt(event->globalPosition().toPoint());
 }
 

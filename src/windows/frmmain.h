@@ -12,6 +12,7 @@ class CardArea;
 class QAction;
 class QMenu;
 class QTimer;
+class TypedAnswer;
 class frmProgress;
 class zelCheck;
 class zelControl;
@@ -44,11 +45,13 @@ public:
     zelFlatButton *zelFlatButton3; // previous card
     zelFlatButton *zelFlatButton4; // question / answer
     zelHL *zelHL1;
-    CardArea *Card; // what assistive tools read of the card face
+    CardArea *Card;      // what assistive tools read of the card face
+    TypedAnswer *Typing; // the line to type the answer in, when the option is on
     QTimer *Timer1;
     QMenu *mP;
     QAction *mP_n, *mP_o, *mP_fc, *mP_vac, *mP_sc, *mP_sp, *mP_ss, *mP_qh, *mP_a, *mP_e;
-    QAction *mP_u; // undo, after the menu's own items
+    QAction *mP_u;                // undo, after the menu's own items
+    QAction *mP_print, *mP_speak; // additions, after the menu's own items
     bool RestartPending = false;
 
     static constexpr int kCardWidth = 640;
@@ -59,6 +62,11 @@ public:
     static constexpr int kKeyTroubleOnly = 84;
     static constexpr int kKeyHelp = 112;
     static constexpr int kKeyUndo = 90;
+    // P prints the trouble cards (so Ctrl+P does too: keys count by their code
+    // alone). F5 speaks the card, as media players replay with it; a function
+    // key still works while a line on the card takes the letters typed.
+    static constexpr int kKeyPrint = 80;
+    static constexpr int kKeySpeak = 116;
 
     // The window's load sequence: position, trouble-only box, controls on,
     // shown in front, hover help running.
@@ -100,6 +108,10 @@ public:
     void ShowFind();
     void ViewAllCards();
     void Undo();
+    void PrintTroubleCards();
+    void SpeakCard();
+    // Speak Card is off, saying why in its tooltip, while the engine can't speak.
+    void UpdateSpeakItem();
 
     // ShuffleHost
     void EnableCommands(bool enabled) override { EnableStudyControls(enabled); }

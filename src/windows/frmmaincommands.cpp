@@ -9,11 +9,14 @@
 #include "core/log.h"
 #include "core/programstate.h"
 #include "core/prompter.h"
+#include "core/speaker.h"
 #include "drawing/r_renderer.h"
 #include "settings/r_data.h"
+#include "windows/cardspeech.h"
 #include "windows/frmabout.h"
 #include "windows/lifecycle.h"
 #include "windows/modrender.h"
+#include "windows/printcards.h"
 #include "windows/studydialogs.h"
 #include "windows/windowplacement.h"
 
@@ -84,6 +87,12 @@ void frmMain::HandleAddedKey(int keyCode)
         break;
     case kKeyUndo:
         Undo();
+        break;
+    case kKeyPrint:
+        PrintTroubleCards();
+        break;
+    case kKeySpeak:
+        SpeakCard();
         break;
     default:
         break;
@@ -204,4 +213,23 @@ void frmMain::Undo()
 {
     if (m_studying)
         modrender::Undo();
+}
+
+void frmMain::PrintTroubleCards()
+{
+    if (m_studying)
+        printcards::PrintTroubleCards();
+}
+
+void frmMain::SpeakCard()
+{
+    if (m_studying)
+        cardspeech::SpeakCard();
+}
+
+void frmMain::UpdateSpeakItem()
+{
+    const QString why = speaker().Unavailable();
+    mP_speak->setEnabled(why.isEmpty());
+    mP_speak->setToolTip(why.isEmpty() ? u"Speak the text on the card"_s : why);
 }

@@ -15,6 +15,8 @@
 #include "windows/frmmain.h"
 #include "windows/modrender.h"
 #include "windows/programstyle.h"
+#include "windows/speechpage.h"
+#include "windows/typedanswer.h"
 #include "windows/windowplacement.h"
 
 #include <QCheckBox>
@@ -31,6 +33,8 @@
 #include <QTabBar>
 #include <QTimer>
 #include <QVBoxLayout>
+
+#include <iterator>
 
 using namespace Qt::Literals::StringLiterals;
 
@@ -125,6 +129,7 @@ frmOptions::frmOptions()
     ts->addTab(u"Colors"_s);
     ts->addTab(u"User Interface"_s);
     ts->addTab(u"Study"_s);
+    ts->addTab(u"Speech"_s);
     ts->setExpanding(false);
 
     // The colours page: names, swatch and defaults beside the preview.
@@ -171,12 +176,15 @@ frmOptions::frmOptions()
     ui->addWidget(Check4);
     ui->addStretch();
 
+    PictureSpeech = new SpeechPage(this);
+
     auto *layout = new QVBoxLayout(this);
     layout->addWidget(ts);
     layout->addWidget(Picture1[0]);
     layout->addWidget(Picture1[1]);
     Picture1[2] = BuildStudyPage();
     layout->addWidget(Picture1[2]);
+    layout->addWidget(PictureSpeech);
     auto *buttons = new QHBoxLayout;
     buttons->addStretch();
     buttons->addWidget(Command2);
@@ -184,9 +192,14 @@ frmOptions::frmOptions()
     layout->addLayout(buttons);
     Command1->setDefault(true);
     Command2->setAutoDefault(false);
-    // Tab in reading order: the tabs, each page's controls, Close, Apply.
-    const QList<QWidget *> order {ts,     LV,     Command3, Command4, Check1,  Slider1,
-                                  Check2, Check3, Check4,   Command2, Command1};
+    // Tab in reading order: the tabs, each page's controls as they were laid
+    // out, Close, Apply.
+    QList<QWidget *> order {ts, LV, Command3, Command4, Check1, Slider1, Check2, Check3, Check4};
+    for (QWidget *page : {Picture1[2], static_cast<QWidget *>(PictureSpeech)})
+        for (QWidget *control : page->findChildren<QWidget *>())
+            if (control->focusPolicy() & Qt::TabFocus)
+                order << control;
+    order << Command2 << Command1;
     for (qsizetype i = 1; i < order.size(); ++i)
         setTabOrder(order[i - 1], order[i]);
     SelectTab(0);
@@ -266,9 +279,11 @@ frmOptions::~frmOptions() = default;
 
 void frmOptions::SelectTab(int tab)
 {
-    for (QWidget *page : Picture1)
+    // The pages in the order of their tabs.
+    QWidget *const pages[] = {Picture1[0], Picture1[1], Picture1[2], PictureSpeech};
+    for (QWidget *page : pages)
         page->hide();
-    Picture1[qBound(0, tab, 2)]->show();
+    pages[qBound(0, tab, int(std::size(pages)) - 1)]->show();
     if (ts->currentIndex() != tab)
         ts->setCurrentIndex(tab);
 }
@@ -296,18 +311,24 @@ QWidget *frmOptions::BuildStudyPage()
     Check7 = new QCheckBox(u"The arrows step &over the empty slot at the end of the deck"_s);
     Check7->setToolTip(u"Without it, the arrows stop once on the empty slot after the last card "
                        "(the card face then keeps the card shown before)"_s);
+    Check8 = new QCheckBox(u"T&ype the answer before it is shown"_s);
+    Check8->setToolTip(u"A line on the card for the side not on show; Return checks what you "
+                       "typed, forgiving case, punctuation, a leading article and ae, oe, ue, ss "
+                       "for umlauts. A wrong answer marks the card as a trouble card"_s);
     auto *column = new QVBoxLayout(page);
     column->addWidget(Check5);
     column->addWidget(Frame2);
     column->addWidget(Check6);
     column->addWidget(Check7);
+    column->addWidget(Check8);
     column->addStretch();
 
     Check5->setChecked(studyoptions::KeepSession());
     Option1[int(studyoptions::First())]->setChecked(true);
     Check6->setChecked(studyoptions::ShowNotes());
     Check7->setChecked(studyoptions::SkipEmptySlot());
-    for (QCheckBox *box : {Check5, Check6, Check7})
+    Check8->setChecked(studyoptions::TypeAnswer());
+    for (QCheckBox *box : {Check5, Check6, Check7, Check8})
         connect(box, &QCheckBox::toggled, this, &frmOptions::StudyOptionsChanged);
     for (QRadioButton *option : Option1)
         connect(option, &QRadioButton::toggled, this, [this](bool checked) {
@@ -325,8 +346,12 @@ void frmOptions::StudyOptionsChanged()
                                                              : studyoptions::FirstSide::Question);
     studyoptions::SetShowNotes(Check6->isChecked());
     studyoptions::SetSkipEmptySlot(Check7->isChecked());
-    // The side shown first applies from the next card; the note at once.
+    studyoptions::SetTypeAnswer(Check8->isChecked());
+    // The side shown first applies from the next card; the note and the
+    // typing line at once.
     modrender::RefreshNote();
+    if (frmMain *main = frmMain::Existing())
+        main->Typing->Refresh();
     if (!g_Extras.IsDirty())
         return;
     QString error;

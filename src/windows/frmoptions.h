@@ -18,6 +18,7 @@ class QTabBar;
 class QTimer;
 class r_data;
 class r_renderer;
+class SpeechPage;
 
 // A check box that reports when a mouse button is let go after a press on it,
 // wherever that happens and whether or not the box changed; and when the
@@ -84,11 +85,13 @@ public:
     QPushButton *Command2;   // close
     QTimer *Timer1;          // redraws the preview
     PreviewPanel *Picture2;
-    QCheckBox *Check5;        // keep the session for Resume Last Session
-    QGroupBox *Frame2;        // the side shown first
-    QRadioButton *Option1[3]; // question, answer, either at random
-    QCheckBox *Check6;        // the note under the answer
-    QCheckBox *Check7;        // the arrows step over the empty slot
+    QCheckBox *Check5;         // keep the session for Resume Last Session
+    QGroupBox *Frame2;         // the side shown first
+    QRadioButton *Option1[3];  // question, answer, either at random
+    QCheckBox *Check6;         // the note under the answer
+    QCheckBox *Check7;         // the arrows step over the empty slot
+    QCheckBox *Check8;         // type the answer
+    SpeechPage *PictureSpeech; // the "Speech" page
 
     r_data *PreviewMetrics() const { return m_preview.get(); }
     r_renderer *PreviewRenderer() const { return m_renderer.get(); }

@@ -8,6 +8,7 @@
 #include "settings/studyoptions.h"
 #include "windows/frmmain.h"
 #include "windows/modrender.h"
+#include "windows/typedanswer.h"
 
 using namespace Qt::Literals::StringLiterals;
 
@@ -23,6 +24,8 @@ void Keep()
     state.answerShown = modrender::ShownSide() == modrender::Side::Answer;
     state.answerFirst = modrender::AnswerFirst();
     state.troubleOnly = main->Check2->Checked();
+    state.typedRight = main->Typing->RightCount();
+    state.typedWrong = main->Typing->WrongCount();
     QString error;
     if (!sessionfile::Write(g_Deck, state, &error))
         MsgBox(u"Session Not Kept"_s,

@@ -4,9 +4,9 @@
 // Resume Last Session (the files are the card store's sessionfile).
 namespace lastsession {
 
-// Keeps the deck, the card on show, its side and the trouble-only box, when
-// the study window studies a deck and the study options keep sessions. A
-// session that cannot be kept is told in a message box; nothing is logged.
+// Keeps the deck, the card on show, its side, the trouble-only box and the
+// counts of typed answers, when the study window studies a deck and the study options keep
+// sessions. A session that cannot be kept is told in a message box; nothing is logged.
 void Keep();
 
 } // namespace lastsession

@@ -11,7 +11,9 @@
 #include "settings/settingskeys.h"
 #include "settings/studyoptions.h"
 #include "windows/cardarea.h"
+#include "windows/cardspeech.h"
 #include "windows/frmmain.h"
+#include "windows/typedanswer.h"
 
 #include <QRandomGenerator>
 
@@ -81,8 +83,10 @@ void redraw()
         return;
     g_renderer->Draw(false);
     g_renderer->Draw(true);
-    if (frmMain *main = frmMain::Existing())
+    if (frmMain *main = frmMain::Existing()) {
         main->Card->SetDescription(CardDescription());
+        main->Typing->FaceShown();
+    }
 }
 
 void setTroubleMark(const Card *card)
@@ -197,6 +201,8 @@ void showAsNewView(View kind)
         redraw();
         setTroubleMark(card);
     }
+    if (kind != View::Again)
+        cardspeech::NewCardShown();
 }
 
 // A move or a jump to the card at CurrentCard, undone to the face before.

@@ -8,8 +8,13 @@
 #include <QFileDialog>
 #include <QFileInfo>
 #include <QMessageBox>
+#include <QPrintDialog>
+#include <QPrinter>
+#include <QPrinterInfo>
 #include <QProcess>
+#include <QRadioButton>
 #include <QUrl>
+#include <QVBoxLayout>
 
 using namespace Qt::Literals::StringLiterals;
 
@@ -126,4 +131,47 @@ int QtPrompter::ShowModal(QObject *window)
 {
     auto *dialog = qobject_cast<QDialog *>(window);
     return dialog ? dialog->exec() : 0;
+}
+
+std::optional<PrintChoice> QtPrompter::AskPrint(const PrintRequest &request)
+{
+    QPrinter printer(QPrinter::HighResolution);
+    // Without a printer the dialog starts on "Print to File (PDF)" with this file.
+    if (QPrinterInfo::defaultPrinter().isNull())
+        printer.setOutputFileName(request.pdfFileName);
+    QPrintDialog dialog(&printer, dialogParent());
+    dialog.setWindowTitle(request.title);
+    dialog.setOptions(QAbstractPrintDialog::PrintToFile | QAbstractPrintDialog::PrintShowPageSize);
+
+    // The layout is one more page of the dialog's options.
+    auto *layoutPage = new QWidget(&dialog);
+    layoutPage->setWindowTitle(u"Layout"_s);
+    auto *sheet = new QRadioButton(u"&Sheet: a question | answer row for each card"_s);
+    auto *fold = new QRadioButton(
+            u"&Fold-over cards: the question on one half, the answer on the other"_s);
+    (request.layout == PrintLayout::Fold ? fold : sheet)->setChecked(true);
+    auto *column = new QVBoxLayout(layoutPage);
+    column->addWidget(sheet);
+    column->addWidget(fold);
+    column->addStretch();
+    dialog.setOptionTabs({layoutPage});
+    if (dialog.exec() != QDialog::Accepted)
+        return std::nullopt;
+
+    PrintChoice choice;
+    choice.layout = fold->isChecked() ? PrintLayout::Fold : PrintLayout::Sheet;
+    if (printer.outputFormat() == QPrinter::PdfFormat) {
+        choice.target = PrintTarget::PdfFile;
+        choice.pdfFile = printer.outputFileName();
+        if (choice.pdfFile.isEmpty())
+            return std::nullopt;
+    } else {
+        choice.target = PrintTarget::Printer;
+        choice.printerName = printer.printerName();
+    }
+    const QPageLayout page = printer.pageLayout();
+    choice.paperMillimetres = page.pageSize().size(QPageSize::Millimeter);
+    choice.landscape = page.orientation() == QPageLayout::Landscape;
+    choice.copies = printer.copyCount();
+    return choice;
 }

@@ -15,6 +15,7 @@ public:
                       const QString &workingDirectory) override;
     bool OpenDocument(const QString &pathOrUrl) override;
     int ShowModal(QObject *window) override;
+    std::optional<PrintChoice> AskPrint(const PrintRequest &request) override;
 };
 
 // Colours are kept as 0x00BBGGRR, red in the low byte.

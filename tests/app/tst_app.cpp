@@ -9,6 +9,7 @@
 #include "windows/frmchapter.h"
 #include "windows/frmsetup.h"
 #include "windows/frmsplash.h"
+#include "windows/typedanswer.h"
 
 #include <QContextMenuEvent>
 #include <QCryptographicHash>
@@ -707,6 +708,36 @@ private Q_SLOTS:
         QCOMPARE(g_ExitStatus, 0);
     }
 
+    // Files opened with the program from the desktop: a chapter joins the
+    // list, selected; a progress file is resumed; anything else is left alone.
+    void filesOpenedFromTheDesktop()
+    {
+        startProgram();
+        const QString mine = m_env->path(u"mine.zel"_s);
+        WriteFileBytes(mine,
+                       bytes::header("generated automatically by the Vocabrix Editor v1.21", 4, 2)
+                               + bytes::placeholder() + bytes::entry("a", -1, "b", 0, {})
+                               + bytes::entry("c", -1, "d", 0, {}));
+        modMain::OpenFileArguments({m_env->path(u"missing.vxs"_s), mine, u"show_console"_s});
+        frmChapter *chapters = modMain::ChapterWindow();
+        QCOMPARE(chapters->LV1->topLevelItemCount(), 5);
+        QCOMPARE(chapters->LV1->selectedItems(), QList<QTreeWidgetItem *>({chapters->LV1->topLevelItem(4)}));
+        QVERIFY(m_env->prompter.fileDialogs.empty() && m_env->prompter.boxes.empty());
+        chapters->LoadSelected();
+        const QString saved = m_env->path(u"opened.vxs"_s);
+        m_env->prompter.fileAnswers = {saved};
+        frmMain::Existing()->mP_sp->trigger();
+        frmMain::Existing()->mP_n->trigger();
+        FlushDeletes();
+        m_env->log->clear();
+        modMain::OpenFileArguments({saved});
+        FlushDeletes();
+        QVERIFY(!modMain::ChapterWindow());
+        QCOMPARE(g_Deck.UBound(), 2);
+        QVERIFY(m_env->logLines().contains(u"Reading saved progress from file/n"_s));
+        QVERIFY(m_env->logLines().contains(u" .. loaded 2 nodes/n"_s));
+    }
+
     void progressSavedAndResumed()
     {
         startProgram();
@@ -770,6 +801,7 @@ private Q_SLOTS:
         frmMain *main = frmMain::Existing();
         for (int key : {39, 39, 32, 84, 13}) // two on, mark it, trouble cards only, flip
             main->HandleKey(key, 0);
+        main->Typing->SetCounts(4, 1); // typed answers, right and wrong
         const QStringList seen = sessionSeen();
         QVERIFY(seen[3].startsWith(u"Showing "_s));
         const QString deck = m_env->home() + u"/Documents/Vocabrix/lastsession.vxs"_s;
@@ -785,6 +817,7 @@ private Q_SLOTS:
             modMain::StartProgram();
         } else {
             main->mP_n->trigger();
+            QCOMPARE(main->Typing->RightCount() + main->Typing->WrongCount(), 0); // a new session counts anew
         }
         FlushDeletes();
         QCOMPARE(m_env->prompter.boxTitles(), blocked ? QStringList(u"Session Not Kept"_s) : QStringList());
@@ -804,6 +837,8 @@ private Q_SLOTS:
         QVERIFY(!modMain::ChapterWindow());
         QVERIFY(frmMain::Existing()->isVisible());
         QCOMPARE(sessionSeen(), seen);
+        QCOMPARE(std::pair(frmMain::Existing()->Typing->RightCount(), frmMain::Existing()->Typing->WrongCount()),
+                 std::pair(4, 1));
         QVERIFY(!modrender::CanUndo());
         if (!exit)
             QVERIFY(SaveScreenshot(frmMain::Existing()->grab().toImage(), u"resumed-session.png"_s));
@@ -858,6 +893,8 @@ private Q_SLOTS:
                                          << keptState(deck,
                                                       "card=0\nside=back\nfirst_side=question\ntrouble_only=true\n")
                                          << u"lastsession.txt is damaged"_s;
+        QTest::newRow("typed answers counted wrongly")
+                << deck << keptState(deck, fine + "typed_right=2\ntyped_wrong=-1\n") << u"lastsession.txt is damaged"_s;
         QTest::newRow("no state") << deck << QByteArray() << u"lastsession.txt: no such file"_s;
         QTest::newRow("not a session") << deck << QByteArray("\x01\x02junk")
                                        << u"lastsession.txt is not a session this version keeps"_s;
@@ -901,6 +938,19 @@ private Q_SLOTS:
             QCOMPARE(ReadFileBytes(home + u"lastsession-damaged.txt"_s), state);
         QVERIFY(QFileInfo(home + u"lastsession-damaged.vxs"_s).exists());
         QCOMPARE(chapters->LV1->topLevelItemCount(), 4); // the chapters are all there
+    }
+
+    // Typing the answer: the keys go to the line from the first card on.
+    void typedAnswerFromTheFirstCard()
+    {
+        startProgram();
+        g_Extras.SetBool(u"study.type_answer"_s, true);
+        study({0});
+        frmMain *main = frmMain::Existing();
+        QCOMPARE(main->focusWidget(), main->Typing->Line());
+        QTest::keyClicks(main->focusWidget(), u"hello"_s);
+        QTest::keyClick(main->focusWidget(), Qt::Key_Return);
+        QCOMPARE(main->Typing->RightCount(), 1);
     }
 
     // The added keys: T for the box that no key reached (Space on it marks the

@@ -1,3 +1,4 @@
+#include "cards/answercheck.h"
 #include "cards/deck.h"
 #include "cards/progressfile.h"
 #include "cards/shuffler.h"
@@ -146,6 +147,66 @@ class CardsTest : public QObject
 
 private Q_SLOTS:
     void cleanup() { SetRandomSource(nullptr); }
+
+    // Typed answers judged right, and wrong with the letters that differ in
+    // brackets (in the answer nearest to what was typed).
+    void typedAnswers_data()
+    {
+        QTest::addColumn<QString>("typed");
+        QTest::addColumn<QString>("expected");
+        QTest::addColumn<QString>("verdict"); // "right", or the expected side with its marks
+        QTest::newRow("case and spaces") << u"  hUND  "_s << u"Hund"_s << u"right"_s;
+        QTest::newRow("punctuation around") << u"wie geht es ihnen"_s << u"Wie geht es Ihnen?"_s << u"right"_s;
+        QTest::newRow("dots and a run of spaces") << u"I  would like!"_s << u"I would like ..."_s << u"right"_s;
+        QTest::newRow("article left out") << u"Hund"_s << u"der Hund"_s << u"right"_s;
+        QTest::newRow("article typed, none expected") << u"the dog"_s << u"dog"_s << u"right"_s;
+        QTest::newRow("English infinitive") << u"go"_s << u"to go"_s << u"right"_s;
+        QTest::newRow("another article") << u"das Hund"_s << u"der Hund"_s << u"right"_s;
+        QTest::newRow("an article alone is a word") << u"die"_s << u"to die"_s << u"right"_s;
+        QTest::newRow("ue for ü") << u"Tschuess"_s << u"Tschüss"_s << u"right"_s;
+        QTest::newRow("oe, ae, ss") << u"schoene Strasse, Maedchen"_s << u"schöne Straße, Mädchen"_s << u"right"_s;
+        QTest::newRow("ä for ae") << u"Mädchen"_s << u"Maedchen"_s << u"right"_s;
+        QTest::newRow("capital umlaut") << u"AEPFEL"_s << u"die Äpfel"_s << u"right"_s;
+        QTest::newRow("combining mark") << u"Tschu\u0308ss"_s << u"Tschüss"_s << u"right"_s;
+        QTest::newRow("curly apostrophe") << u"I\u2019m sorry"_s << u"I'm sorry"_s << u"right"_s;
+        QTest::newRow("one of the answers") << u"hello"_s << u"good day; hello"_s << u"right"_s;
+        QTest::newRow("comma separated") << u"noodles"_s << u"pasta, noodles"_s << u"right"_s;
+        QTest::newRow("several typed") << u"thank you; thanks"_s << u"thanks; thank you"_s << u"right"_s;
+        QTest::newRow("bracketed part left out") << u"stop"_s << u"stop (bus, tram)"_s << u"right"_s;
+        QTest::newRow("bracketed part typed") << u"(sich) freuen"_s << u"freuen"_s << u"right"_s;
+        QTest::newRow("a letter wrong") << u"Hunt"_s << u"der Hund"_s << u"der Hun[d]"_s;
+        QTest::newRow("a letter left out") << u"Hnd"_s << u"der Hund"_s << u"der H[u]nd"_s;
+        QTest::newRow("a letter too many") << u"Hundx"_s << u"Hund"_s << u"Hun[d]"_s;
+        QTest::newRow("letters swapped") << u"dgo"_s << u"the dog"_s << u"the d[og]"_s;
+        QTest::newRow("u for ü") << u"Tschuss"_s << u"Tschüss"_s << u"Tsch[ü]ss"_s;
+        QTest::newRow("a for ä") << u"Apfel"_s << u"die Äpfel"_s << u"die [Ä]pfel"_s;
+        QTest::newRow("nearest answer marked") << u"hallo"_s << u"good day; hello"_s << u"good day; h[e]llo"_s;
+        QTest::newRow("one of several typed is wrong") << u"hello, bye"_s << u"hello"_s << u"hell[o]"_s;
+        QTest::newRow("an article alone") << u"der"_s << u"der Hund"_s << u"der [Hund]"_s;
+        QTest::newRow("the bracketed part alone") << u"bus"_s << u"stop (bus, tram)"_s << u"[stop] (bus, tram)"_s;
+        QTest::newRow("nothing typed") << u"  "_s << u"Hund"_s << u"Hund"_s;
+        QTest::newRow("only punctuation") << u"?!"_s << u"Hund"_s << u"Hund"_s;
+        QTest::newRow("nothing expected") << u"Hund"_s << u"..."_s << u"..."_s;
+    }
+    void typedAnswers()
+    {
+        QFETCH(QString, typed);
+        QFETCH(QString, expected);
+        QFETCH(QString, verdict);
+        const answercheck::Verdict v = answercheck::Check(typed, expected);
+        QString seen;
+        for (qsizetype i = 0; i < expected.size(); ++i) {
+            const bool mark = v.marked.value(i);
+            if (mark && !v.marked.value(i - 1))
+                seen += u'[';
+            seen += expected[i];
+            if (mark && !v.marked.value(i + 1))
+                seen += u']';
+        }
+        QCOMPARE(v.marked.size(), expected.size());
+        QCOMPARE(v.right ? u"right"_s : seen, verdict);
+        QVERIFY(!v.right || !v.marked.contains(true));
+    }
 
     void umlautEscapes_data()
     {

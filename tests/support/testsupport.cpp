@@ -78,6 +78,16 @@ int FakePrompter::ShowModal(QObject *window)
     return onModal ? onModal(window) : 0;
 }
 
+std::optional<PrintChoice> FakePrompter::AskPrint(const PrintRequest &request)
+{
+    printDialogs.push_back(request);
+    if (printAnswers.empty())
+        return std::nullopt;
+    auto answer = printAnswers.front();
+    printAnswers.pop_front();
+    return answer;
+}
+
 QStringList FakePrompter::boxTitles() const
 {
     QStringList titles;
@@ -123,6 +133,7 @@ TestEnvironment::TestEnvironment(bool withWatcher)
     // never beside the test or at the root.
     g_BaseDirectory = home;
     SetPrompter(&prompter);
+    SetSpeaker(&speaker);
     SetPauser(&pauser);
     if (withWatcher) {
         auto w = std::make_unique<RecordingWatcher>(log);
@@ -136,6 +147,7 @@ TestEnvironment::~TestEnvironment()
     ResetProgramState();
     g_Deck.Reset();
     SetPrompter(nullptr);
+    SetSpeaker(nullptr);
     SetPauser(nullptr);
     qputenv("HOME", m_oldHome);
     qunsetenv("XDG_CONFIG_HOME");

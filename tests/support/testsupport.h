@@ -5,6 +5,7 @@
 #include "core/pause.h"
 #include "core/programstate.h"
 #include "core/prompter.h"
+#include "core/speaker.h"
 #include "korva/ikorvalite.h"
 #include "korvabuilder.h"
 
@@ -46,6 +47,8 @@ public:
     // left as it came.
     std::function<int(QObject *window)> onModal;
     std::vector<QString> modalWindows; // their object names
+    std::vector<PrintRequest> printDialogs;
+    std::deque<std::optional<PrintChoice>> printAnswers;
 
     MsgResult ShowMessage(const MessageBoxRequest &request) override;
     std::optional<QString> AskFileName(const FileDialogRequest &request) override;
@@ -53,10 +56,23 @@ public:
     bool StartProgram(const QString &program, const QStringList &arguments, const QString &workingDirectory) override;
     bool OpenDocument(const QString &pathOrUrl) override;
     int ShowModal(QObject *window) override;
+    std::optional<PrintChoice> AskPrint(const PrintRequest &request) override;
 
     QStringList boxTitles() const;
     // Every box so far, each as Box() writes it.
     QStringList seen() const;
+};
+
+// Records what it was asked to say, as "language: text"; plays a machine
+// without a speech engine when unavailable is set.
+class FakeSpeaker final : public Speaker
+{
+public:
+    QString unavailable;
+    QStringList said;
+
+    QString Unavailable() const override { return unavailable; }
+    void Say(const QString &text, const QString &language) override { said << language + QStringLiteral(": ") + text; }
 };
 
 // A message box as "title | text | icon | buttons", so a test compares all of it.
@@ -154,6 +170,7 @@ public:
     QStringList logLines() const;
 
     FakePrompter prompter;
+    FakeSpeaker speaker;
     InstantPauser pauser;
     std::shared_ptr<LogRecord> log = std::make_shared<LogRecord>();
     RecordingWatcher *watcher = nullptr; // owned by g_Watcher; gone after a shutdown

@@ -6,6 +6,7 @@
 #include "editorwindow.h"
 #include "findreplace.h"
 #include "importdialog.h"
+#include "languagesdialog.h"
 #include "uitestsupport.h"
 #include "windows/frmchapter.h"
 #include "windows/screenfit.h"
@@ -347,6 +348,71 @@ private Q_SLOTS:
         m_env->prompter.fileAnswers = {path(u"copy.zel"_s)};
         QVERIFY(m_window->SaveAs());
         QCOMPARE(ReadFileBytes(path(u"copy.zel"_s)), file);
+    }
+
+    // The chapter's languages: chosen in their dialog (undoably), written
+    // beside the chapter when it is saved and only when they changed, taken
+    // along to another name; a damaged file is told of and left alone.
+    void chapterLanguages_data()
+    {
+        QTest::addColumn<QByteArray>("before");  // words.zel.lang; null: none
+        QTest::addColumn<QStringList>("shown");  // what the dialog starts with
+        QTest::addColumn<QStringList>("choose"); // empty: cancelled
+        QTest::addColumn<QString>("then");       // "save" or "saveas"
+        QTest::addColumn<QByteArray>("after");   // beside the saved chapter
+        const QByteArray head = "# Vocabrix: the languages this chapter's cards are spoken in\n";
+        const QStringList none {QString(), QString()};
+        QTest::newRow("chosen, saved beside it") << QByteArray() << none << QStringList {u"de"_s, u"en"_s} << u"save"_s
+                                                 << head + "question=de\nanswer=en\n";
+        QTest::newRow("unchanged: the file not written")
+                << QByteArray("question=fr\n") << QStringList {u"fr"_s, QString()} << QStringList() << u"save"_s
+                << QByteArray("question=fr\n");
+        QTest::newRow("back to the options': the file goes")
+                << QByteArray("question=fr\n") << QStringList {u"fr"_s, QString()} << none << u"save"_s << QByteArray();
+        QTest::newRow("saved as another chapter: taken along")
+                << QByteArray("question=fr\n") << QStringList {u"fr"_s, QString()} << QStringList() << u"saveas"_s
+                << head + "question=fr\n";
+        QTest::newRow("damaged: told, left alone")
+                << QByteArray("question fr\n") << none << QStringList() << u"save"_s << QByteArray("question fr\n");
+    }
+    void chapterLanguages()
+    {
+        QFETCH(QByteArray, before);
+        QFETCH(QStringList, shown);
+        QFETCH(QStringList, choose);
+        QFETCH(QString, then);
+        QFETCH(QByteArray, after);
+        const QByteArray chapter = chapterFile({{"Hund", "dog", ""}, {"Katze", "cat", ""}});
+        const QString words = path(u"words.zel"_s);
+        WriteFileBytes(words, chapter);
+        if (!before.isNull())
+            WriteFileBytes(words + u".lang"_s, before);
+        QVERIFY(m_window->OpenFile(words));
+        const bool damaged = QTest::currentDataTag() == QByteArray("damaged: told, left alone");
+        QCOMPARE(m_env->prompter.boxTitles(), damaged ? QStringList {u"Chapter Languages Left Out"_s} : QStringList());
+
+        QStringList started;
+        m_env->prompter.onModal = [&](QObject *window) {
+            auto *dialog = qobject_cast<LanguagesDialog *>(window);
+            started = QStringList {dialog->QuestionLanguage->currentData().toString(),
+                                   dialog->AnswerLanguage->currentData().toString()};
+            if (choose.isEmpty())
+                return int(QDialog::Rejected);
+            dialog->QuestionLanguage->setCurrentIndex(dialog->QuestionLanguage->findData(choose[0]));
+            dialog->AnswerLanguage->setCurrentIndex(dialog->AnswerLanguage->findData(choose[1]));
+            return int(QDialog::Accepted);
+        };
+        m_window->EditLanguages();
+        QCOMPARE(started, shown);
+        QCOMPARE(m_window->UndoStack()->isClean(), choose.isEmpty());
+        const QString target = then == u"saveas"_s ? path(u"other.zel"_s) : words;
+        m_env->prompter.fileAnswers = {target};
+        QVERIFY(then == u"saveas"_s ? m_window->SaveAs() : m_window->Save());
+        QCOMPARE(ReadFileBytes(target), chapter);
+        QCOMPARE(QFileInfo::exists(target + u".lang"_s), !after.isNull());
+        QCOMPARE(ReadFileBytes(target + u".lang"_s), after);
+        if (then == u"saveas"_s)
+            QCOMPARE(ReadFileBytes(words + u".lang"_s), before);
     }
 
     void otherKorvaFilesOnlyForALook()

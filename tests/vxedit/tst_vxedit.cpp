@@ -2,6 +2,7 @@
 #include "cardtext.h"
 #include "chapterrules.h"
 #include "commandline.h"
+#include "pdftext.h"
 #include "settings/r_data.h"
 #include "testsupport.h"
 
@@ -44,6 +45,36 @@ QJsonObject dumpJson(const QString &path)
 }
 
 using Rows = QList<QStringList>;
+
+const QByteArray kChapter = "generated automatically by the Vocabrix Editor v1.21";
+
+// The files the print and languages verbs read, byte by byte, in a folder:
+// a chapter "Tiere", a progress file (Katze its one trouble card), one with
+// no trouble card, a damaged one and a KORVA file that is no chapter.
+void writeSources(const QTemporaryDir &dir)
+{
+    using namespace bytes;
+    WriteFileBytes(dir.filePath(u"chapter.zel"_s),
+                   header(kChapter, 4, 3, "Tiere") + placeholder() + entry("Hund", -1, "dog", 0, "")
+                           + entry("Katze", -1, "cat", 0, "") + entry("Maus", -1, "mouse", 0, ""));
+    WriteFileBytes(dir.filePath(u"other.zel"_s),
+                   header("x", 4, 2) + placeholder() + entry("a", -1, "b", 0, "") + entry("c", -1, "d", 0, ""));
+    auto card = [](const QByteArray &q, const QByteArray &chapter, qint16 trouble) {
+        return text(q) + text("a") + text("") + text("") + i16(trouble) + i16(1) + text(chapter);
+    };
+    const QByteArray slot = card("", "", 0);
+    WriteFileBytes(dir.filePath(u"progress.vxs"_s),
+                   i16(3) + card("Hund", "Tiere", 0) + card("Katze", "Tiere", -1) + card("Rot", "Farben", 0) + slot);
+    WriteFileBytes(dir.filePath(u"none.vxs"_s), i16(2) + card("Hund", "Tiere", 0) + card("Rot", "Farben", 0) + slot);
+    WriteFileBytes(dir.filePath(u"bad.vxs"_s), i16(3) + card("Hund", "Tiere", 0));
+}
+
+QStringList withFolder(QStringList args, const QTemporaryDir &dir)
+{
+    for (QString &a : args)
+        a.replace(u'@', dir.path() + u'/');
+    return args;
+}
 
 } // namespace
 
@@ -538,6 +569,170 @@ private Q_SLOTS:
         QCOMPARE(byKey.value(u"backcolor_b"_s).value(u"note"_s).toString(), u"color_metrics"_s);
         QCOMPARE(byKey.value(QString()).value(u"note"_s).toString(), u"color_metrics"_s);
         QCOMPARE(json.value(u"count"_s).toInt(), 14);
+    }
+
+    // `vxedit print`, run as a user runs it: in a terminal without a display.
+    void printCommand_data()
+    {
+        QTest::addColumn<QStringList>("args"); // '@' stands for the folder
+        QTest::addColumn<int>("status");
+        QTest::addColumn<QStringList>("printed"); // the questions, in order
+        QTest::addColumn<QString>("chapters");    // as the header names them
+        QTest::addColumn<QString>("err");
+        const QStringList animals {u"Hund"_s, u"Katze"_s, u"Maus"_s};
+        QTest::newRow("a chapter under its title")
+                << QStringList {u"@chapter.zel"_s, u"-o"_s, u"@out.pdf"_s} << 0 << animals << u"Tiere"_s << QString();
+        QTest::newRow("progress: the trouble cards")
+                << QStringList {u"--trouble-only"_s, u"@progress.vxs"_s, u"-o"_s, u"@out.pdf"_s} << 0
+                << QStringList {u"Katze"_s} << u"Tiere"_s << QString();
+        QTest::newRow("progress: every card, every chapter")
+                << QStringList {u"@progress.vxs"_s, u"-o"_s, u"@out.pdf"_s} << 0
+                << QStringList {u"Hund"_s, u"Katze"_s, u"Rot"_s} << u"Tiere, Farben"_s << QString();
+        QTest::newRow("a chapter keeps no trouble marks")
+                << QStringList {u"@chapter.zel"_s, u"-o"_s, u"@out.pdf"_s, u"--trouble-only"_s} << 1 << QStringList()
+                << QString()
+                << u"vxedit: @chapter.zel: a chapter file keeps no trouble marks (a progress file does); leave "
+                   "out --trouble-only to print every card\n"_s;
+        QTest::newRow("no trouble card marked")
+                << QStringList {u"@none.vxs"_s, u"-o"_s, u"@out.pdf"_s, u"--trouble-only"_s} << 1 << QStringList()
+                << QString()
+                << u"vxedit: @none.vxs: no card is marked as a trouble card; leave out --trouble-only to "
+                   "print all 2\n"_s;
+        QTest::newRow("no chapter") << QStringList {u"@other.zel"_s, u"-o"_s, u"@out.pdf"_s} << 1 << QStringList()
+                                    << QString()
+                                    << u"vxedit: @other.zel: not a chapter file (its description is 'x')\n"_s;
+        QTest::newRow("a damaged progress file")
+                << QStringList {u"@bad.vxs"_s, u"-o"_s, u"@out.pdf"_s} << 1 << QStringList() << QString()
+                << u"vxedit: @bad.vxs: not a progress file, or a damaged one: "_s;
+        QTest::newRow("a folder as the output") << QStringList {u"@chapter.zel"_s, u"-o"_s, u"@"_s} << 1
+                                                << QStringList() << QString() << u"vxedit: @: "_s;
+        QTest::newRow("no output") << QStringList {u"@chapter.zel"_s} << 2 << QStringList() << QString()
+                                   << u"vxedit: print needs -o OUT.pdf\nusage:"_s;
+    }
+    void printCommand()
+    {
+        QFETCH(QStringList, args);
+        QFETCH(int, status);
+        QFETCH(QStringList, printed);
+        QFETCH(QString, chapters);
+        QFETCH(QString, err);
+        QTemporaryDir dir;
+        writeSources(dir);
+        QProcess p;
+        QProcessEnvironment env = QProcessEnvironment::systemEnvironment();
+        for (const char *name : {"DISPLAY", "WAYLAND_DISPLAY", "QT_QPA_PLATFORM", "XDG_RUNTIME_DIR"})
+            env.remove(QString::fromLatin1(name));
+        p.setProcessEnvironment(env);
+        p.start(QStringLiteral(VXEDIT_BINARY), QStringList {u"print"_s} + withFolder(args, dir));
+        QVERIFY(p.waitForFinished(60000));
+        QCOMPARE(p.exitCode(), status);
+        QVERIFY2(QString::fromUtf8(p.readAllStandardError()).startsWith(withFolder({err}, dir)[0]), qPrintable(err));
+        const QString out = dir.filePath(u"out.pdf"_s);
+        QCOMPARE(QFileInfo::exists(out), status == 0);
+        if (status != 0)
+            return;
+        const PdfText pdf = ReadPdf(out);
+        QVERIFY(pdf.read);
+        QStringList got;
+        for (const PdfWord &w : pdf.words)
+            if (QStringList({u"Hund"_s, u"Katze"_s, u"Maus"_s, u"Rot"_s}).contains(w.text))
+                got << w.text;
+        QCOMPARE(got, printed);
+        QVERIFY(pdf.page(1).contains(chapters));
+        QVERIFY(pdf.page(1).contains(QLocale().toString(QDate::currentDate(), QLocale::LongFormat)));
+    }
+
+    // The languages kept beside a chapter come with its cards; a damaged file
+    // is logged and left out, and the chapter loads as before.
+    void chapterLanguages_data()
+    {
+        QTest::addColumn<QByteArray>("file"); // null: none; "/": a folder in its place
+        QTest::addColumn<QStringList>("languages");
+        QTest::addColumn<QString>("why");
+        QTest::newRow("none") << QByteArray() << QStringList {QString(), QString()} << QString();
+        QTest::newRow("both, with comments, blanks and CRLF")
+                << QByteArray("# x\r\nquestion = de\r\n\r\nanswer=en_gb\r\n") << QStringList {u"de"_s, u"en-GB"_s}
+                << QString();
+        QTest::newRow("not a language") << QByteArray("question=klingonisch\n") << QStringList {QString(), QString()}
+                                        << u"'klingonisch' is not a language (try a tag such as de or en-GB)"_s;
+        QTest::newRow("not UTF-8") << QByteArray("question=d\xFF\n") << QStringList {QString(), QString()}
+                                   << u"the text is not UTF-8"_s;
+        QTest::newRow("a folder in its place")
+                << QByteArray("/") << QStringList {QString(), QString()} << u"it is a folder, not a file"_s;
+    }
+    void chapterLanguages()
+    {
+        QFETCH(QByteArray, file);
+        QFETCH(QStringList, languages);
+        QFETCH(QString, why);
+        TestEnvironment env;
+        FlushData(true);
+        const QByteArray chapter = bytes::header(kChapter, 4, 2) + bytes::placeholder()
+                + bytes::entry("Hund", -1, "dog", 0, "") + bytes::entry("Katze", -1, "cat", 0, "");
+        WriteFileBytes(env.path(u"a.zel"_s), chapter);
+        if (file == "/")
+            QDir().mkpath(env.path(u"a.zel.lang"_s));
+        else if (!file.isNull())
+            WriteFileBytes(env.path(u"a.zel.lang"_s), file);
+        g_Deck.SetLanguages(u"A"_s, {u"fr"_s, u"fr"_s}); // what an earlier load left
+        env.log->clear();
+        LoadChapterFile(env.path(u"a.zel"_s), u"A"_s);
+        QCOMPARE(g_Deck.UBound(), 2);
+        QCOMPARE(g_Deck[1].question, u"Katze"_s);
+        const ChapterLanguages got = g_Deck.Languages(u"A"_s);
+        QCOMPARE(QStringList({got.question, got.answer}), languages);
+        QStringList log {u"file loaded; using 30 bytes of memory/n"_s};
+        if (!why.isEmpty())
+            log << u" .. languages left out: a.zel.lang: "_s + why + u"/n"_s;
+        QCOMPARE(env.logLines(), log);
+        QVERIFY(env.prompter.boxes.empty());
+        QCOMPARE(ReadFileBytes(env.path(u"a.zel"_s)), chapter);
+    }
+
+    // `vxedit languages`: the file beside a chapter shown, set and cleared;
+    // the chapter itself never written.
+    void languagesCommand_data()
+    {
+        QTest::addColumn<QByteArray>("before"); // the file beside the chapter; null: none
+        QTest::addColumn<QStringList>("args");
+        QTest::addColumn<int>("status");
+        QTest::addColumn<QString>("out");
+        QTest::addColumn<QByteArray>("after");
+        const QByteArray kept = "question=de\nanswer=en\n";
+        const QByteArray head = "# Vocabrix: the languages this chapter's cards are spoken in\n";
+        QTest::newRow("shown") << kept << QStringList() << 0 << QString::fromUtf8(kept) << kept;
+        QTest::newRow("set, a region written right") << QByteArray() << QStringList {u"--set"_s, u"de,EN_gb"_s} << 0
+                                                     << QString() << head + "question=de\nanswer=en-GB\n";
+        QTest::newRow("cleared") << kept << QStringList {u"--clear"_s} << 0 << QString() << QByteArray();
+        QTest::newRow("no language: nothing written")
+                << kept << QStringList {u"--set"_s, u"xx,en"_s} << 2 << QString() << kept;
+        QTest::newRow("a damaged file is told")
+                << QByteArray("question de\n") << QStringList() << 1 << QString() << QByteArray("question de\n");
+    }
+    void languagesCommand()
+    {
+        QFETCH(QByteArray, before);
+        QFETCH(QStringList, args);
+        QFETCH(int, status);
+        QFETCH(QString, out);
+        QFETCH(QByteArray, after);
+        QTemporaryDir dir;
+        writeSources(dir);
+        const QString chapter = dir.filePath(u"chapter.zel"_s), beside = chapter + u".lang"_s;
+        const QByteArray chapterBytes = ReadFileBytes(chapter);
+        if (!before.isNull())
+            WriteFileBytes(beside, before);
+        const RunResult r = run(QStringList {u"languages"_s, chapter} + args);
+        QCOMPARE(r.status, status);
+        QCOMPARE(QString::fromUtf8(r.out), out);
+        QCOMPARE(r.err.isEmpty(), status == 0);
+        QCOMPARE(QFileInfo::exists(beside), !after.isNull());
+        QCOMPARE(ReadFileBytes(beside), after);
+        QCOMPARE(ReadFileBytes(chapter), chapterBytes);
+
+        const QString other = dir.filePath(u"other.zel"_s);
+        QCOMPARE(run({u"languages"_s, other, u"--set"_s, u"de,en"_s}).status, 1);
+        QVERIFY(!QFileInfo::exists(other + u".lang"_s));
     }
 
     void binaryAnswersOnStandardStreams()

@@ -10,6 +10,7 @@
 #include "windows/frmsplash.h"
 #include "windows/frmviewer.h"
 #include "windows/screenfit.h"
+#include "windows/typedanswer.h"
 
 #include <QAbstractButton>
 #include <QAbstractItemModelTester>
@@ -493,7 +494,7 @@ private Q_SLOTS:
     // additions' own file ("sys.zel" stays as it was).
     void studyPage_data()
     {
-        QTest::addColumn<int>("control"); // Check5, the three Option1, Check6, Check7
+        QTest::addColumn<int>("control"); // Check5, the three Option1, Check6, Check7, Check8
         QTest::addColumn<QString>("saved");
         QTest::addColumn<bool>("writable");
         QTest::newRow("keep no sessions") << 0 << u"study.keep_session=false"_s << true;
@@ -501,6 +502,7 @@ private Q_SLOTS:
         QTest::newRow("either side at random") << 3 << u"study.first_side=random"_s << true;
         QTest::newRow("notes, at once") << 4 << u"study.show_notes=true"_s << true;
         QTest::newRow("step over the empty slot") << 5 << u"study.skip_empty_slot=true"_s << true;
+        QTest::newRow("type the answer, at once") << 6 << u"study.type_answer=true"_s << true;
         QTest::newRow("the file cannot be written") << 4 << QString() << false;
     }
     void studyPage()
@@ -521,10 +523,11 @@ private Q_SLOTS:
         QVERIFY(options->Picture1[2]->isVisible() && !options->Picture1[0]->isVisible()
                 && !options->Picture1[1]->isVisible());
         const QList<QAbstractButton *> controls {options->Check5,     options->Option1[0], options->Option1[1],
-                                                 options->Option1[2], options->Check6,     options->Check7};
+                                                 options->Option1[2], options->Check6,     options->Check7,
+                                                 options->Check8};
         QCOMPARE(QList<bool>({controls[0]->isChecked(), controls[1]->isChecked(), controls[4]->isChecked(),
-                              controls[5]->isChecked()}),
-                 QList<bool>({true, true, false, false})); // the defaults
+                              controls[5]->isChecked(), controls[6]->isChecked()}),
+                 QList<bool>({true, true, false, false, false})); // the defaults
         QSet<QChar> keys;
         for (QAbstractButton *b : controls) {
             QVERIFY2(!b->toolTip().isEmpty(), qPrintable(b->text()));
@@ -542,6 +545,7 @@ private Q_SLOTS:
         QCOMPARE(file.contains(saved.toUtf8() + '\n'), writable);
         QCOMPARE(m_env->prompter.boxTitles(), writable ? QStringList() : QStringList(u"Options Not Saved"_s));
         QCOMPARE(modrender::Metrics()->NoteText(), control == 4 ? u"a note"_s : QString());
+        QCOMPARE(frmMain::Existing()->Typing->isVisible(), control == 6);
         QCOMPARE(ReadFileBytes(m_env->path(u"sys.zel"_s)), master);
     }
 

@@ -17,6 +17,8 @@ void ChapterDocument::New()
     m_path.clear();
     m_readOnly = false;
     m_wideCards = -1;
+    m_languages = m_savedLanguages = ChapterLanguages();
+    m_languagesProblem.clear();
 }
 
 ChapterDocument::OpenResult ChapterDocument::Open(const QString &path, bool allowOtherFiles,
@@ -47,6 +49,10 @@ ChapterDocument::OpenResult ChapterDocument::Open(const QString &path, bool allo
     m_path = path;
     m_readOnly = !chapter;
     m_wideCards = -1;
+    m_languagesProblem.clear();
+    if (!chapterlanguages::Read(path, m_languages, &m_languagesProblem))
+        m_languages = ChapterLanguages();
+    m_savedLanguages = m_languages;
     return OpenResult::Opened;
 }
 
@@ -128,6 +134,18 @@ bool ChapterDocument::Save(const QString &path, Problem *problem)
         return false;
     }
     m_header.reserved = db.Header().reserved; // the marker, once written
+    // A chapter saved under another name takes its languages along, and a
+    // file of languages left there by an older chapter goes.
+    const bool moved = path != m_path;
     m_path = path;
+    if (moved || m_languages != m_savedLanguages) {
+        QString why;
+        if (!chapterlanguages::Write(path, m_languages, &why)) {
+            if (problem)
+                *problem = {-3, why};
+            return false;
+        }
+        m_savedLanguages = m_languages;
+    }
     return true;
 }

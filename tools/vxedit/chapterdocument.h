@@ -1,5 +1,6 @@
 #pragma once
 
+#include "cards/chapterlanguages.h"
 #include "korva/korvaformat.h"
 
 #include <QString>
@@ -19,7 +20,8 @@ public:
     struct Problem
     {
         int row = -1; // the card, from 0; -1 for the chapter itself; -2 when the
-                      // engine refused the write and has said so (or the user chose not to)
+                      // engine refused the write and has said so (or the user chose not to);
+                      // -3 when the chapter was written but its languages were not
         QString why;
     };
 
@@ -59,6 +61,15 @@ public:
     }
     const std::vector<korva::Entry> &Cards() const { return m_cards; }
 
+    // The languages the chapter's sides are spoken in, kept in a file of their
+    // own beside it and written with it when they changed (or the chapter
+    // moved to another file).
+    const ChapterLanguages &Languages() const { return m_languages; }
+    void SetLanguages(const ChapterLanguages &languages) { m_languages = languages; }
+    // Why the languages beside the opened chapter were left out; empty when
+    // they were read (or there were none).
+    QString LanguagesProblem() const { return m_languagesProblem; }
+
     QString Path() const { return m_path; }
     bool ReadOnly() const { return m_readOnly; }
 
@@ -73,4 +84,7 @@ private:
     bool m_readOnly = false;
     // Cards that Windows-1252 cannot hold; -1 until counted after a change.
     mutable int m_wideCards = -1;
+    ChapterLanguages m_languages;
+    ChapterLanguages m_savedLanguages; // as the file beside the chapter has them
+    QString m_languagesProblem;
 };

@@ -1,14 +1,20 @@
 #include "commandline.h"
 
+#include "cards/chapterlanguages.h"
 #include "cardtext.h"
 #include "chapterrules.h"
+#include "drawing/cardsheet.h"
 #include "korva/chapterformat.h"
 #include "korva/diskfile.h"
 #include "korva/ikorvalite.h"
 #include "korvajson.h"
+#include "printcommand.h"
+#include "settings/speechsettings.h"
 
 #include <QFileInfo>
 #include <QIODevice>
+
+#include <optional>
 
 using namespace Qt::Literals::StringLiterals;
 
@@ -20,14 +26,17 @@ namespace {
 // being read whole.
 constexpr qint64 kMaxSourceSize = 64 * 1024 * 1024;
 
-const QString kUsage = u"usage: vxedit [FILE.zel]\n"
-                       "       vxedit dump FILE\n"
-                       "       vxedit import SOURCE.tsv|SOURCE.csv -o OUT.zel [--title TITLE]\n"
-                       "                     [--header|--no-header]\n"
-                       "       vxedit export FILE.zel [-o OUT.tsv|OUT.csv]\n"
-                       "       vxedit --help | --version\n"_s;
+const QString kUsage =
+        u"usage: vxedit [FILE.zel]\n"
+        "       vxedit dump FILE\n"
+        "       vxedit import SOURCE.tsv|SOURCE.csv -o OUT.zel [--title TITLE]\n"
+        "                     [--header|--no-header]\n"
+        "       vxedit export FILE.zel [-o OUT.tsv|OUT.csv]\n"
+        "       vxedit print FILE.zel|FILE.vxs -o OUT.pdf [--trouble-only] [--fold]\n"
+        "       vxedit languages FILE.zel [--set QUESTION,ANSWER | --clear]\n"
+        "       vxedit --help | --version\n"_s;
 
-const QStringList kVerbs {u"dump"_s, u"import"_s, u"export"_s};
+const QStringList kVerbs {u"dump"_s, u"import"_s, u"export"_s, u"print"_s, u"languages"_s};
 
 class Session
 {
@@ -49,6 +58,8 @@ public:
     int import(const QString &source, const QString &target, const QString &title,
                cardtext::HeaderRow header);
     int exportCards(const QString &path, const QString &target);
+    int print(const QString &path, const QString &target, bool troubleOnly, bool fold);
+    int languages(const QString &path, const std::optional<ChapterLanguages> &set);
 
 private:
     bool mount(const QString &path, ikorvalite &db, int &status);
@@ -222,6 +233,55 @@ int Session::exportCards(const QString &path, const QString &target)
     return 0;
 }
 
+int Session::print(const QString &path, const QString &target, bool troubleOnly, bool fold)
+{
+    printcommand::Source source;
+    QString error;
+    if (!printcommand::Read(path, source, &error))
+        return fail(path, error);
+    if (troubleOnly && !source.troubleMarks)
+        return fail(path,
+                    u"a chapter file keeps no trouble marks (a progress file does); leave "
+                    "out --trouble-only to print every card"_s);
+    CardSheet sheet = cardsheet::Select(source.cards, troubleOnly);
+    if (sheet.cards.empty())
+        return fail(path,
+                    troubleOnly ? u"no card is marked as a trouble card; leave out "
+                                  "--trouble-only to print all %1"_s.arg(source.cards.size())
+                                : u"it holds no cards"_s);
+    sheet.layout = fold ? PrintLayout::Fold : PrintLayout::Sheet;
+    const QByteArray pdf = cardsheet::Pdf(sheet, cardsheet::DefaultPaper());
+    if (pdf.isEmpty())
+        return fail(target, u"the pages could not be made; nothing was written"_s);
+    if (!korva::saveFile(target, pdf, &error))
+        return fail(target, error + u"; nothing was written"_s);
+    return 0;
+}
+
+int Session::languages(const QString &path, const std::optional<ChapterLanguages> &set)
+{
+    ikorvalite db;
+    int status = 0;
+    if (!mount(path, db, status))
+        return status;
+    if (db.Description() != korva::kChapterDescription)
+        return fail(path, u"not a chapter file (its description is '%1')"_s.arg(db.Description()));
+    QString error;
+    if (set) {
+        if (!chapterlanguages::Write(path, *set, &error))
+            return fail(chapterlanguages::FilePath(path), error + u"; nothing was written"_s);
+        return 0;
+    }
+    ChapterLanguages kept;
+    if (!chapterlanguages::Read(path, kept, &error))
+        return fail(path, error);
+    if (!kept.question.isEmpty())
+        m_out.write("question=" + kept.question.toUtf8() + '\n');
+    if (!kept.answer.isEmpty())
+        m_out.write("answer=" + kept.answer.toUtf8() + '\n');
+    return 0;
+}
+
 } // namespace
 
 bool IsCommandLine(const QStringList &args)
@@ -237,6 +297,11 @@ bool IsCommandLine(const QStringList &args)
     const QFileInfo info(first);
     return !(info.exists() || first.contains(u'/') || first.contains(u'\\')
              || !info.suffix().isEmpty());
+}
+
+bool NeedsFonts(const QStringList &args)
+{
+    return !args.isEmpty() && args.first() == u"print"_s;
 }
 
 int Run(const QStringList &args, QIODevice &out, QIODevice &err)
@@ -257,12 +322,14 @@ int Run(const QStringList &args, QIODevice &out, QIODevice &err)
         return session.usage((verb.startsWith(u'-') ? u"unknown option "_s : u"unknown command "_s)
                              + verb);
 
-    // Options after the verb: -o PATH, --title TEXT, --header, --no-header;
-    // one positional file.
-    QString file, output, title;
-    bool hasOutput = false;
+    // Options after the verb: -o PATH, --title TEXT, --set LANGUAGES,
+    // --header or --no-header and the flags; one positional file.
+    QString file, output, title, languages;
+    bool hasOutput = false, hasLanguages = false;
     cardtext::HeaderRow header = cardtext::HeaderRow::Detect;
     bool headerSaid = false;
+    QStringList flags;
+    const QStringList knownFlags {u"--trouble-only"_s, u"--fold"_s, u"--clear"_s};
     for (qsizetype i = 1; i < args.size(); ++i) {
         const QString &a = args[i];
         if (a == u"--header"_s || a == u"--no-header"_s) {
@@ -270,11 +337,14 @@ int Run(const QStringList &args, QIODevice &out, QIODevice &err)
                 return session.usage(u"--header or --no-header, once"_s);
             header = a == u"--header"_s ? cardtext::HeaderRow::Yes : cardtext::HeaderRow::No;
             headerSaid = true;
-        } else if (a == u"-o"_s || a == u"--title"_s) {
+        } else if (a == u"-o"_s || a == u"--title"_s || a == u"--set"_s) {
             if (i + 1 >= args.size())
                 return session.usage(a + u" needs a value"_s);
-            (a == u"-o"_s ? output : title) = args[++i];
+            (a == u"-o"_s ? output : a == u"--set"_s ? languages : title) = args[++i];
             hasOutput = hasOutput || a == u"-o"_s;
+            hasLanguages = hasLanguages || a == u"--set"_s;
+        } else if (knownFlags.contains(a)) {
+            flags << a;
         } else if (a.startsWith(u'-') && a.size() > 1) {
             return session.usage(u"unknown option "_s + a);
         } else if (file.isEmpty()) {
@@ -288,6 +358,39 @@ int Run(const QStringList &args, QIODevice &out, QIODevice &err)
 
     if (headerSaid && verb != u"import"_s)
         return session.usage(verb + u" takes no --header or --no-header"_s);
+    const bool printFlags = flags.contains(u"--trouble-only"_s) || flags.contains(u"--fold"_s);
+    if (verb == u"print"_s) {
+        if (!hasOutput || output.isEmpty())
+            return session.usage(u"print needs -o OUT.pdf"_s);
+        if (!title.isEmpty() || hasLanguages || flags.contains(u"--clear"_s))
+            return session.usage(u"print takes -o, --trouble-only and --fold"_s);
+        return session.print(file, output, flags.contains(u"--trouble-only"_s),
+                             flags.contains(u"--fold"_s));
+    }
+    if (verb == u"languages"_s) {
+        const bool clear = flags.contains(u"--clear"_s);
+        if (hasOutput || !title.isEmpty() || printFlags || (clear && hasLanguages))
+            return session.usage(u"languages takes --set QUESTION,ANSWER or --clear"_s);
+        if (!hasLanguages && !clear)
+            return session.languages(file, std::nullopt);
+        ChapterLanguages set;
+        const QStringList sides = languages.split(u',');
+        if (hasLanguages && sides.size() != 2)
+            return session.usage(u"--set takes QUESTION,ANSWER, such as de,en (either may "
+                                 "be left empty)"_s);
+        for (int side = 0; hasLanguages && side < 2; ++side) {
+            const QString tag = NormalizeLanguageTag(sides[side]);
+            if (tag.isEmpty() && !sides[side].trimmed().isEmpty())
+                return session.usage(
+                        u"'%1' is not a language (try a tag such as de or en-GB)"_s.arg(
+                                sides[side]));
+            (side == 0 ? set.question : set.answer) = tag;
+        }
+        return session.languages(file, set);
+    }
+    if (printFlags || hasLanguages || flags.contains(u"--clear"_s))
+        return session.usage(verb + u" takes none of --trouble-only, --fold, --set, --clear"_s);
+
     if (verb == u"dump"_s) {
         if (hasOutput || !title.isEmpty())
             return session.usage(u"dump takes only a file"_s);

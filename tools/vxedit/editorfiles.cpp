@@ -109,6 +109,12 @@ bool EditorWindow::OpenFile(const QString &path)
     if (m_model->rowCount() > 0)
         m_table->setCurrentIndex(m_model->index(0, 0));
     UpdatePreview();
+    if (!m_document.LanguagesProblem().isEmpty())
+        MsgBox(u"Chapter Languages Left Out"_s,
+               u"The chapter's languages can't be read (%1); Vocabrix speaks it in the "
+               "languages of its options. Choose them again with Edit > Chapter Languages."_s.arg(
+                       m_document.LanguagesProblem()),
+               MsgIcon::Exclamation, MsgButtons::OK);
     return true;
 }
 
@@ -146,6 +152,11 @@ bool EditorWindow::WriteTo(const QString &path)
             MsgBox(u"Chapter Not Saved"_s,
                    u"The chapter can't be saved: %1. Nothing was written."_s.arg(problem.why),
                    MsgIcon::Exclamation, MsgButtons::OK);
+        } else if (problem.row == -3) {
+            MsgBox(u"Languages Not Saved"_s,
+                   u"The chapter was saved, but its languages were not: %1."_s.arg(problem.why),
+                   MsgIcon::Exclamation, MsgButtons::OK);
+            UpdateTitleBar();
         }
         return false;
     }

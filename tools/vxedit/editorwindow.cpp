@@ -244,6 +244,8 @@ void EditorWindow::BuildActions()
     m_findReplace->setShortcuts({QKeySequence::Find, QKeySequence(Qt::CTRL | Qt::Key_H)});
     m_nextProblem = edit->addAction(u"Go to Next &Problem"_s, this, &EditorWindow::GoToNextProblem);
     m_nextProblem->setShortcut(Qt::Key_F8);
+    edit->addSeparator();
+    m_languages = edit->addAction(u"Chapter &Languages..."_s, this, &EditorWindow::EditLanguages);
 
     QMenu *help = menuBar()->addMenu(u"&Help"_s);
     help->addAction(u"Vocabrix &Manual"_s, this, [] {
@@ -467,6 +469,7 @@ void EditorWindow::UpdateActions()
     m_moveUp->setEnabled(editable && selected);
     m_moveDown->setEnabled(editable && selected);
     m_findReplace->setEnabled(editable);
+    m_languages->setEnabled(editable);
     for (QAction *a : m_sortActions)
         a->setEnabled(editable);
     m_title->setReadOnly(!editable);

@@ -44,6 +44,8 @@ public:
     void MoveCards(int delta);
     void SortBy(int column);
     void GoToNextProblem();
+    // The languages the chapter's sides are spoken in (a dialog).
+    void EditLanguages();
 
     ChapterDocument &Document() { return m_document; }
     ChapterModel *Model() const { return m_model; }
@@ -105,5 +107,6 @@ private:
     QAction *m_moveDown;
     QAction *m_findReplace;
     QAction *m_nextProblem;
+    QAction *m_languages;
     QList<QAction *> m_sortActions;
 };

@@ -9,9 +9,27 @@
 
 #include <QApplication>
 #include <QFile>
+#include <QGuiApplication>
 #include <QIcon>
 
 using namespace Qt::Literals::StringLiterals;
+#include <memory>
+
+namespace {
+
+QtMessageHandler g_qtMessages = nullptr;
+
+// The offscreen platform asks for a runtime folder that a terminal without a
+// desktop session lacks; nothing printed needs one, so the warning is noise.
+void quietAboutRuntimeFolder(QtMsgType type, const QMessageLogContext &context,
+                             const QString &message)
+{
+    if (message.startsWith(QStringLiteral("QStandardPaths: XDG_RUNTIME_DIR not set")))
+        return;
+    g_qtMessages(type, context, message);
+}
+
+} // namespace
 
 int main(int argc, char *argv[])
 {
@@ -20,7 +38,17 @@ int main(int argc, char *argv[])
         args << QString::fromLocal8Bit(argv[i]);
 
     if (commandline::IsCommandLine(args)) {
-        QCoreApplication app(argc, argv);
+        std::unique_ptr<QCoreApplication> app;
+        if (commandline::NeedsFonts(args)) {
+            // Laying text out takes the machine's fonts, hence a Gui application;
+            // nothing is shown, so the offscreen platform does without a display.
+            qputenv("QT_QPA_PLATFORM", "offscreen");
+            g_qtMessages = qInstallMessageHandler(quietAboutRuntimeFolder);
+            app = std::make_unique<QGuiApplication>(argc, argv);
+            InstallFontSubstitutes();
+        } else {
+            app = std::make_unique<QCoreApplication>(argc, argv);
+        }
         // The engine asks before it overwrites a read-only file; nobody can
         // answer on the command line, so the answer is no and the verb says so.
         korva::setHooks({});

@@ -1,0 +1,135 @@
+#include "drawing/cardsheet.h"
+#include "drawing/logicalfont.h"
+#include "pdftext.h"
+#include "screens.h"
+
+#include <QImage>
+#include <QLocale>
+#include <QProcess>
+#include <QTemporaryDir>
+#include <QTest>
+
+using namespace Qt::Literals::StringLiterals;
+
+namespace {
+
+std::vector<Card> cards(int count, const QString &firstAnswer = {})
+{
+    std::vector<Card> out;
+    for (int i = 0; i < count; ++i) {
+        Card c;
+        c.question = u"Frage%1"_s.arg(i);
+        c.answer = i == 0 && !firstAnswer.isEmpty() ? firstAnswer : u"Antwort%1"_s.arg(i);
+        c.chapter = u"Kapitel"_s;
+        out.push_back(c);
+    }
+    return out;
+}
+
+// Page one as a picture, for people to look at.
+QImage firstPage(const QByteArray &pdf)
+{
+    QTemporaryDir dir;
+    QFile file(dir.filePath(u"sheet.pdf"_s));
+    if (!file.open(QIODevice::WriteOnly) || file.write(pdf) != pdf.size())
+        return QImage();
+    file.close();
+    QProcess::execute(u"pdftoppm"_s,
+                      {u"-png"_s, u"-r"_s, u"60"_s, u"-f"_s, u"1"_s, u"-l"_s, u"1"_s, file.fileName(),
+                       dir.filePath(u"page"_s)});
+    return QImage(dir.filePath(u"page-1.png"_s));
+}
+
+} // namespace
+
+class CardSheetTest : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void initTestCase() { InstallFontSubstitutes(); }
+
+    // The sheet printed and read back: the header and page number on every
+    // page; every card once, in order, its question in the left column (or
+    // half) and its answer in the right, on one row of one page. A long text
+    // wraps within its column, is set smaller, and at the smallest size is
+    // cut short with an ellipsis rather than run over.
+    void paper_data()
+    {
+        QTest::addColumn<bool>("fold");
+        QTest::addColumn<int>("count");
+        QTest::addColumn<QString>("firstAnswer");
+        QTest::addColumn<int>("pages");
+        QTest::addColumn<bool>("cutShort");
+        QTest::addColumn<QString>("screenshot");
+        const QString words = QStringList(40, u"Wort"_s).join(u' ');
+        const QString flood = QStringList(900, u"Wort"_s).join(u' ');
+        QTest::newRow("sheet of three") << false << 3 << QString() << 1 << false << QString();
+        QTest::newRow("sheet of 70, a long answer wrapped")
+                << false << 70 << words << 3 << false << u"print-sheet.png"_s;
+        QTest::newRow("fold: five strips a page") << true << 12 << QString() << 3 << false << u"print-fold.png"_s;
+        QTest::newRow("a word longer than its column breaks")
+                << false << 2 << QString(150, u'x') << 1 << false << QString();
+        QTest::newRow("sheet: too long for a quarter page, cut short") << false << 2 << flood << 1 << true << QString();
+        QTest::newRow("fold: too long for its strip, cut short") << true << 2 << flood << 1 << true << QString();
+    }
+    void paper()
+    {
+        QFETCH(bool, fold);
+        QFETCH(int, count);
+        QFETCH(QString, firstAnswer);
+        QFETCH(int, pages);
+        QFETCH(bool, cutShort);
+        QFETCH(QString, screenshot);
+        CardSheet sheet = cardsheet::Select(cards(count, firstAnswer), false);
+        sheet.layout = fold ? PrintLayout::Fold : PrintLayout::Sheet;
+        sheet.date = QDate(2026, 11, 21);
+        const QByteArray bytes = cardsheet::Pdf(sheet, QPageSize(QPageSize::A4));
+        const PdfText pdf = ReadPdfBytes(bytes);
+        QVERIFY2(pdf.read, "pdftotext (poppler-utils, see scripts/install-deps.sh) could not read it");
+        QCOMPARE(pdf.pages, pages);
+        const QString date = QLocale().toString(sheet.date, QLocale::LongFormat);
+        for (int p = 1; p <= pages; ++p) {
+            const QString page = pdf.page(p);
+            QVERIFY(page.contains(u"Kapitel"_s) && page.contains(date) && page.contains(u"%1 cards"_s.arg(count)));
+            QVERIFY(page.endsWith(u" Page %1 of %2"_s.arg(p).arg(pages)));
+        }
+
+        QMultiHash<QString, PdfWord> at;
+        for (const PdfWord &w : pdf.words)
+            at.insert(w.text, w);
+        QPair<int, qreal> last {0, 0};
+        for (int i = 0; i < count; ++i) {
+            const QList<PdfWord> q = at.values(u"Frage%1"_s.arg(i)), a = at.values(u"Antwort%1"_s.arg(i));
+            QCOMPARE(q.size(), 1);
+            QVERIFY(q[0].box.right() <= q[0].pageWidth / 2 && qMakePair(q[0].page, q[0].box.top()) > last);
+            last = {q[0].page, q[0].box.top()};
+            if (i == 0 && !firstAnswer.isEmpty())
+                continue;
+            QCOMPARE(a.size(), 1);
+            QVERIFY(a[0].box.left() >= a[0].pageWidth / 2 && a[0].page == q[0].page);
+            QVERIFY(qAbs(a[0].box.top() - q[0].box.top()) < 1);
+        }
+        if (!screenshot.isEmpty())
+            QVERIFY(SaveScreenshot(firstPage(bytes), screenshot));
+        if (firstAnswer.isEmpty())
+            return;
+        QSet<int> rows;
+        int shown = 0, cut = 0;
+        for (const PdfWord &w : pdf.words) {
+            if (!w.text.startsWith(firstAnswer.left(3)))
+                continue;
+            ++shown;
+            cut += w.text.endsWith(u'\u2026') ? 1 : 0;
+            rows << int(w.box.top());
+            QVERIFY(w.box.left() >= w.pageWidth / 2 && w.box.right() <= w.pageWidth - 40 && w.page == 1);
+        }
+        QVERIFY(rows.size() > 1); // wrapped
+        QCOMPARE(cut, cutShort ? 1 : 0);
+        if (!firstAnswer.startsWith(u'x'))
+            QCOMPARE(shown < firstAnswer.count(u' ') + 1, cutShort);
+    }
+};
+
+QTEST_MAIN(CardSheetTest)
+#include "tst_cardsheet.moc"

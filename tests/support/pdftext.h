@@ -1,0 +1,30 @@
+#pragma once
+
+#include <QByteArray>
+#include <QRectF>
+#include <QString>
+
+#include <vector>
+
+// A PDF read back as people read it, with poppler's pdftotext: every word
+// with its page and place (in points), in reading order.
+struct PdfWord
+{
+    QString text;
+    int page = 0; // from 1
+    QRectF box;
+    qreal pageWidth = 0;
+};
+
+struct PdfText
+{
+    bool read = false; // pdftotext ran and understood the file
+    int pages = 0;
+    std::vector<PdfWord> words;
+
+    // A page's words, one space between each.
+    QString page(int number) const;
+};
+
+PdfText ReadPdf(const QString &path);
+PdfText ReadPdfBytes(const QByteArray &pdf);

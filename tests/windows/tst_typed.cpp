@@ -1,0 +1,218 @@
+#include "core/extrasettings.h"
+#include "drawing/colourcontrast.h"
+#include "uitestsupport.h"
+#include "windows/cardarea.h"
+#include "windows/typedanswer.h"
+
+#include <QLabel>
+#include <QMenu>
+
+using namespace Qt::Literals::StringLiterals;
+
+namespace {
+
+// What a person can tell of typing the answer: the card and its main text
+// (marked letters in brackets, a right answer between "="), the line, the
+// counts, the trouble marks, where the keys go, what else opened.
+QStringList seen(const TestEnvironment &env)
+{
+    frmMain *main = frmMain::Existing();
+    const TypedAnswer *typing = main->Typing;
+    const r_data *metrics = modrender::Metrics();
+    const QString text = metrics->MainText();
+    QString face;
+    for (qsizetype i = 0; i < text.size(); ++i) {
+        const bool mark = metrics->MainMarking() == r_data::Marking::Letters && metrics->MarkedLetters().value(i);
+        face += (mark && (i == 0 || !metrics->MarkedLetters()[i - 1]) ? u"["_s : QString()) + text[i]
+                + (mark && !metrics->MarkedLetters().value(i + 1) ? u"]"_s : QString());
+    }
+    if (metrics->MainMarking() == r_data::Marking::Right)
+        face = u'=' + face + u'=';
+    static const char16_t *states[] = {u"off", u"asking", u"revealed", u"wrong", u"right"};
+    QStringList open;
+    for (QWidget *w : forms::Open())
+        open << forms::Name(w);
+    QStringList tokens {
+            u"card=%1"_s.arg(modrender::CurrentCard),
+            u"text="_s + face,
+            u"state="_s + QString::fromUtf16(states[int(typing->CurrentState())]),
+            u"line="_s + typing->Line()->text() + (typing->Line()->isReadOnly() ? u"(ro)"_s : QString()),
+            u"counts="_s + typing->Counts()->text(),
+            u"trouble="_s + QString::number(modrender::CountTroubleCards())
+                    + (main->Check1->Checked() ? u"(on)"_s : QString()),
+            u"keys="_s + (main->focusWidget() == typing->Line() ? u"line"_s : u"window"_s),
+            u"open="_s
+                    + (open + QStringList(env.prompter.modalWindows.begin(), env.prompter.modalWindows.end()))
+                              .join(u','),
+            u"launches="_s + QString::number(env.prompter.launches.size()),
+    };
+    if (!typing->isVisible())
+        tokens = tokens.mid(0, 3) + tokens.mid(5);
+    for (QString &t : tokens)
+        t.replace(u' ', u'_');
+    return tokens;
+}
+
+} // namespace
+
+class TypedTest : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void initTestCase() { InstallFontSubstitutes(); }
+    void cleanup()
+    {
+        UnloadAllForms();
+        SetMainRenderer(nullptr);
+        qunsetenv("BROWSER");
+    }
+
+    // Steps: "type:TEXT", a key sequence, "menu:ACTION", "click:CONTROL",
+    // "wait" (the right answer's moment), "option:KEY=VALUE" changed on the
+    // way, "set:KEY=VALUE" before the first card.
+    void typing_data()
+    {
+        QTest::addColumn<QString>("steps");
+        QTest::addColumn<QString>("effect");
+        const QString asking = u"card=0 text=der_Hund state=asking line= counts=right_0_·_wrong_0 trouble=0 keys=line "
+                               "open=frmMain launches=0"_s;
+        QTest::newRow("the first card asks") << QString() << asking;
+        QTest::newRow("right") << u"type:Dog Return"_s
+                               << u"text==the_dog= state=right line=Dog(ro) counts=right_1_·_wrong_0"_s;
+        QTest::newRow("right, a moment, the next card")
+                << u"type:the_dog. Return wait"_s << u"card=1 text=die_Katze counts=right_1_·_wrong_0"_s;
+        QTest::newRow("right, Return at once")
+                << u"type:dog Return Return"_s << u"card=1 text=die_Katze counts=right_1_·_wrong_0"_s;
+        const QString wrong = u"text=the_d[og] state=wrong line=dgo(ro) counts=right_0_·_wrong_1 trouble=1(on)"_s;
+        QTest::newRow("wrong: marked, a trouble card") << u"type:dgo Return"_s << wrong;
+        QTest::newRow("wrong, Return: the next card")
+                << u"type:dgo Return Return"_s << u"card=1 text=die_Katze counts=right_0_·_wrong_1 trouble=1"_s;
+        QTest::newRow("wrong, undone twice: asked again")
+                << u"type:dgo Return menu:mP_u menu:mP_u"_s << u"counts=right_0_·_wrong_1"_s;
+        QTest::newRow("wrong, then the note on: the line as it was")
+                << u"type:dgo Return option:study.show_notes=true"_s << wrong;
+        QTest::newRow("the option off and on again: asked again")
+                << u"type:dgo Return option:study.type_answer=false option:study.type_answer=true"_s
+                << u"text=the_d[og] state=revealed line=(ro) counts=right_0_·_wrong_1 trouble=1(on)"_s;
+        QTest::newRow("nothing typed: wrong, nothing marked")
+                << u"Return"_s << u"text=the_dog state=wrong line=(ro) counts=right_0_·_wrong_1 trouble=1(on)"_s;
+        QTest::newRow("command letters and Space stay on the line") << u"type:svaxz_o Space"_s << u"line=svaxz_o_"_s;
+        QTest::newRow("with Ctrl too") << u"Ctrl+S Ctrl+O Ctrl+Space"_s << QString();
+        QTest::newRow("F1 still opens the manual") << u"F1"_s << u"launches=1"_s;
+        QTest::newRow("Right on an empty line: the next card") << u"Right"_s << u"card=1 text=die_Katze"_s;
+        QTest::newRow("Left on a typed line: the cursor") << u"type:Hu Left Left"_s << u"line=Hu"_s;
+        QTest::newRow("Right after the check: the next card")
+                << u"type:dgo Return Right"_s << u"card=1 text=die_Katze counts=right_0_·_wrong_1 trouble=1"_s;
+        QTest::newRow("the empty slot asks nothing") << u"Left Return"_s << QString();
+        QTest::newRow("Escape: the study keys again") << u"Escape Space"_s << u"trouble=1(on) keys=window"_s;
+        QTest::newRow("a click on the card: the line again") << u"Escape click:frmMain"_s << QString();
+        QTest::newRow("turned by hand: Return goes on")
+                << u"click:zelFlatButton4"_s << u"text=the_dog state=revealed line=(ro)"_s;
+        QTest::newRow("one of several answers")
+                << u"Right Right type:a_home Return"_s
+                << u"card=2 text==house;_home= state=right line=a_home(ro) counts=right_1_·_wrong_0"_s;
+        QTest::newRow("answer first: the question typed")
+                << u"set:study.first_side=answer type:hund Return"_s
+                << u"text==der_Hund= state=right line=hund(ro) counts=right_1_·_wrong_0"_s;
+        QTest::newRow("option off: no line, the keys as before")
+                << u"set:study.type_answer=false Space"_s << u"state=off trouble=1(on) keys=window"_s;
+    }
+    void typing()
+    {
+        QFETCH(QString, steps);
+        QFETCH(QString, effect);
+        TestEnvironment env;
+        qputenv("BROWSER", "testbrowser");
+        g_Extras.SetBool(u"study.type_answer"_s, true);
+        StudyDeck({{u"der Hund"_s, u"the dog"_s}, {u"die Katze"_s, u"the cat"_s}, {u"das Haus"_s, u"house; home"_s}});
+        g_Deck[0].note = u"m."_s;
+        frmMain *main = frmMain::Existing();
+        QStringList todo = steps.split(u' ', Qt::SkipEmptyParts);
+        while (!todo.isEmpty() && todo.first().startsWith(u"set:"_s)) {
+            const QString set = todo.takeFirst().mid(4);
+            g_Extras.SetString(set.section(u'=', 0, 0), set.section(u'=', 1));
+        }
+        modrender::ShowFirstCard();
+        const QStringList before = seen(env);
+        for (const QString &step : todo) {
+            QWidget *keys = main->focusWidget() ? main->focusWidget() : main;
+            if (step.startsWith(u"type:"_s)) {
+                QTest::keyClicks(keys, step.mid(5).replace(u'_', u' '));
+            } else if (step.startsWith(u"menu:"_s)) {
+                main->findChild<QAction *>(step.mid(5))->trigger();
+            } else if (step.startsWith(u"click:"_s)) {
+                QWidget *target = step.mid(6) == u"frmMain"_s ? main : main->findChild<QWidget *>(step.mid(6));
+                QTest::mouseClick(target, Qt::LeftButton, {}, QPoint(3, 3));
+            } else if (step.startsWith(u"option:"_s)) { // as the options page changes one
+                g_Extras.SetString(step.mid(7).section(u'=', 0, 0), step.mid(7).section(u'=', 1));
+                modrender::RefreshNote();
+                main->Typing->Refresh();
+            } else if (step == u"wait"_s) {
+                QTRY_VERIFY(main->Typing->CurrentState() != TypedAnswer::State::Right);
+            } else {
+                const QKeySequence key = QKeySequence::fromString(step);
+                QTest::keyClick(keys, key[0].key(), key[0].keyboardModifiers());
+            }
+        }
+        QStringList expected = before;
+        for (const QString &change : effect.split(u' ', Qt::SkipEmptyParts))
+            for (QString &token : expected)
+                if (token.section(u'=', 0, 0) == change.section(u'=', 0, 0))
+                    token = change;
+        if (steps.isEmpty())
+            QCOMPARE(before.join(u' '), effect);
+        QCOMPARE(seen(env), expected);
+    }
+
+    // On the card: a right answer all in its green, a wrong one with only
+    // the differing letter in gold; Tab reaches the line first.
+    void marksOnTheCard()
+    {
+        TestEnvironment env;
+        g_Extras.SetBool(u"study.type_answer"_s, true);
+        StudyDeck({{u"der Hund"_s, u"the dog"_s}, {u"die Katze"_s, u"the cat"_s}});
+        modrender::ShowFirstCard();
+        frmMain *main = frmMain::Existing();
+        checkTabOrder(main);
+        QLineEdit *line = main->Typing->Line();
+        const QRgb green = rgb(r_renderer::MarkColour(true, 14570825)),
+                   gold = rgb(r_renderer::MarkColour(false, 14570825));
+        auto marked = [](QRgb colour) {
+            const QImage &face = modrender::Renderer()->Surface()->Image();
+            int first = face.width(), last = -1;
+            for (int y = 0; y < face.height(); ++y)
+                for (int x = 0; x < face.width(); ++x)
+                    if (face.pixel(x, y) == colour) {
+                        first = qMin(first, x);
+                        last = qMax(last, x);
+                    }
+            return std::pair(first, last);
+        };
+        QCOMPARE(marked(green).second, -1);
+        QCOMPARE(marked(gold).second, -1);
+        QTest::keyClicks(line, u"dog"_s);
+        QTest::keyClick(line, Qt::Key_Return);
+        QVERIFY(marked(green).second > 0);
+        QCOMPARE(marked(gold).second, -1);
+        QVERIFY(SaveScreenshot(main->grab().toImage(), u"typed-right.png"_s));
+
+        QTest::keyClick(line, Qt::Key_Return);
+        QTest::keyClicks(line, u"the cut"_s);
+        QTest::keyClick(line, Qt::Key_Return);
+        QCOMPARE(marked(green).second, -1);
+        // The "a" of "the cat", centred: right of the middle, narrower than a fifth of it.
+        const qreal ratio = modrender::Renderer()->Surface()->DevicePixelRatio();
+        const auto [from, to] = marked(gold);
+        QVERIFY(from > 320 * ratio && to - from < 20 * ratio);
+        QVERIFY(SaveScreenshot(main->grab().toImage(), u"typed-wrong.png"_s));
+        for (const bool right : {true, false}) // darker marks on a light card
+            for (const quint32 card : {14570825u, 0xF0F0F0u, 0x00FFFFu, 0u})
+                QVERIFY(ContrastRatio(r_renderer::MarkColour(right, card), card) >= 3);
+        QCOMPARE(main->Card->Description(),
+                 u"the cat (answer side), showing card 2 of 2, from 'Kapitel', typed answer wrong: 'the cut'"_s);
+    }
+};
+
+QTEST_MAIN(TypedTest)
+#include "tst_typed.moc"
