@@ -2,6 +2,7 @@
 #include "cardtext.h"
 #include "chapterrules.h"
 #include "commandline.h"
+#include "headerrow.h"
 #include "pdftext.h"
 #include "settings/r_data.h"
 #include "testsupport.h"
@@ -162,6 +163,48 @@ private Q_SLOTS:
         QCOMPARE(cardtext::HtmlToText(html), text);
     }
 
+    // Column names in a list's first line, and the real cards that must stay cards.
+    void headerRow_data()
+    {
+        QTest::addColumn<QString>("line"); // fields separated by '|'
+        QTest::addColumn<QList<int>>("metaColumns");
+        QTest::addColumn<bool>("named"); // the file's "#columns:" line names them
+        QTest::addColumn<bool>("header");
+        auto row = [](const char *name, const QString &line, bool header, QList<int> meta = {}, bool named = false) {
+            QTest::newRow(name) << line << meta << named << header;
+        };
+        row("question, answer", u"question|answer"_s, true);
+        row("case and blanks", u" FRONT |Back\t"_s, true);
+        row("spelt apart", u"Side_1|side-2"_s, true);
+        row("mixed names", u"Term|Translation"_s, true);
+        row("german", u"Wort|Übersetzung"_s, true);
+        row("french, accent left off", u"Question|Reponse"_s, true);
+        row("spanish", u"Pregunta|Respuesta"_s, true);
+        row("russian", u"Слово|Перевод"_s, true);
+        row("with a note column", u"front|back|Notes"_s, true);
+        row("empty third field", u"front|back|"_s, true);
+        row("after a bookkeeping column", u"Deck|Front|Back"_s, true, {0});
+        row("card", u"der Hund|the dog"_s, false);
+        row("card of two languages", u"Frage|question"_s, false);
+        row("sides swapped", u"answer|question"_s, false);
+        row("names inside a text", u"the question|answer"_s, false);
+        row("third field a card's note", u"front|back|Hund"_s, false);
+        row("one field", u"question"_s, false);
+        row("columns named by the file", u"front|back"_s, false, {}, true);
+    }
+    void headerRow()
+    {
+        QFETCH(QString, line);
+        QFETCH(QList<int>, metaColumns);
+        QFETCH(bool, named);
+        QFETCH(bool, header);
+        const QStringList fields = line.split(u'|');
+        cardtext::Layout layout;
+        layout.columnNames = named ? fields : QStringList();
+        layout.metaColumns = metaColumns;
+        QCOMPARE(headerrow::Detect(fields, layout), header);
+    }
+
     void parseErrors_data()
     {
         QTest::addColumn<QByteArray>("data");
@@ -312,6 +355,60 @@ private Q_SLOTS:
         QDir::setCurrent(QDir::tempPath());
     }
 
+    // The first line of a list: column names when it reads so, or as told.
+    void importFirstLine_data()
+    {
+        QTest::addColumn<QString>("name");
+        QTest::addColumn<QByteArray>("content");
+        QTest::addColumn<QString>("option");
+        QTest::addColumn<QStringList>("questions");
+        QTest::addColumn<QString>("err");
+        const QByteArray named = "Question,Answer,Note\nHund,dog,\nKatze,cat,\n";
+        const QString told = u"vxedit: w.csv: line 1 is taken as column names, not a card (--no-header reads it as "
+                             "a card)\n"_s;
+        QTest::newRow("names detected") << u"w.csv"_s << named << QString() << QStringList {u"Hund"_s, u"Katze"_s}
+                                        << told;
+        QTest::newRow("names read as a card") << u"w.csv"_s << named << u"--no-header"_s
+                                              << QStringList {u"Question"_s, u"Hund"_s, u"Katze"_s} << QString();
+        QTest::newRow("names said") << u"w.csv"_s << named << u"--header"_s << QStringList {u"Hund"_s, u"Katze"_s}
+                                    << QString();
+        QTest::newRow("a card said to be names") << u"w.tsv"_s << QByteArray("Hund\tdog\nKatze\tcat\nMaus\tmouse\n")
+                                                 << u"--header"_s << QStringList {u"Katze"_s, u"Maus"_s} << QString();
+        QTest::newRow("names under header lines")
+                << u"w.tsv"_s << QByteArray("#html:true\n<b>Vorderseite</b>\tR&uuml;ckseite\nHund\tdog\nKatze\tcat\n")
+                << QString() << QStringList {u"Hund"_s, u"Katze"_s}
+                << u"vxedit: w.tsv: line 2 is taken as column names, not a card (--no-header reads it as a card)\n"_s;
+        QTest::newRow("names and one card")
+                << u"w.csv"_s << QByteArray("front,back\nHund,dog\n") << u"--header"_s << QStringList()
+                << u"vxedit: w.csv: only one card; a chapter needs two to be studied\n"_s;
+        QTest::newRow("both said") << u"w.csv"_s << named << u"--header --no-header"_s << QStringList()
+                                   << u"vxedit: --header and --no-header exclude each other; leave both out to have "
+                                      "the first line checked for column names\nusage: vxedit"_s;
+    }
+    void importFirstLine()
+    {
+        QFETCH(QString, name);
+        QFETCH(QByteArray, content);
+        QFETCH(QString, option);
+        QFETCH(QStringList, questions);
+        QFETCH(QString, err);
+        QTemporaryDir dir;
+        QVERIFY(QDir::setCurrent(dir.path()));
+        WriteFileBytes(name, content);
+        QStringList args {u"import"_s, name, u"-o"_s, u"out.zel"_s};
+        args << option.split(u' ', Qt::SkipEmptyParts);
+        const RunResult r = run(args);
+        QDir::setCurrent(QDir::tempPath());
+        const bool usage = err.endsWith(u"usage: vxedit"_s);
+        QCOMPARE(usage ? r.err.left(err.size()) : r.err, err);
+        QCOMPARE(r.status, usage ? 2 : questions.isEmpty() ? 1 : 0);
+        QStringList got;
+        const QJsonArray entries = dumpJson(dir.filePath(u"out.zel"_s)).value(u"entries"_s).toArray();
+        for (qsizetype i = 1; i < entries.size(); ++i)
+            got << entries[i].toObject().value(u"key"_s).toString();
+        QCOMPARE(got, questions);
+    }
+
     void refusedImportKeepsAnExistingChapter()
     {
         QTemporaryDir dir;
@@ -403,6 +500,7 @@ private Q_SLOTS:
         QTest::newRow("missing value") << QStringList({u"import"_s, u"a.tsv"_s, u"-o"_s});
         QTest::newRow("unknown command") << QStringList({u"frobnicate"_s, u"a.zel"_s});
         QTest::newRow("unknown option first") << QStringList({u"--frobnicate"_s});
+        QTest::newRow("header on export") << QStringList({u"export"_s, u"a.zel"_s, u"--no-header"_s});
     }
     void usage()
     {

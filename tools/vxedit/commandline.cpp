@@ -4,6 +4,7 @@
 #include "cardtext.h"
 #include "chapterrules.h"
 #include "drawing/cardsheet.h"
+#include "headerrow.h"
 #include "korva/chapterformat.h"
 #include "korva/diskfile.h"
 #include "korva/ikorvalite.h"
@@ -15,6 +16,7 @@
 #include <QIODevice>
 
 #include <optional>
+#include <utility>
 
 using namespace Qt::Literals::StringLiterals;
 
@@ -30,12 +32,17 @@ const QString kUsage =
         u"usage: vxedit [FILE.zel]\n"
         "       vxedit dump FILE\n"
         "       vxedit import SOURCE.tsv|SOURCE.csv -o OUT.zel [--title TITLE]\n"
+        "                     [--header | --no-header]\n"
         "       vxedit export FILE.zel [-o OUT.tsv|OUT.csv]\n"
         "       vxedit print FILE.zel|FILE.vxs -o OUT.pdf [--trouble-only] [--fold]\n"
         "       vxedit languages FILE.zel [--set QUESTION,ANSWER | --clear]\n"
         "       vxedit --help | --version\n"_s;
 
 const QStringList kVerbs {u"dump"_s, u"import"_s, u"export"_s, u"print"_s, u"languages"_s};
+
+// What the first line of a list is: column names or a card, or whichever it
+// looks like.
+enum class FirstLine { Detect, Header, Card };
 
 class Session
 {
@@ -54,7 +61,8 @@ public:
     }
 
     int dump(const QString &path);
-    int import(const QString &source, const QString &target, const QString &title);
+    int import(const QString &source, const QString &target, const QString &title,
+               FirstLine firstLine);
     int exportCards(const QString &path, const QString &target);
     int print(const QString &path, const QString &target, bool troubleOnly, bool fold);
     int languages(const QString &path, const std::optional<ChapterLanguages> &set);
@@ -93,7 +101,8 @@ int Session::dump(const QString &path)
     return 0;
 }
 
-int Session::import(const QString &source, const QString &target, const QString &title)
+int Session::import(const QString &source, const QString &target, const QString &title,
+                    FirstLine firstLine)
 {
     if (korva::sameFile(source, target))
         return fail(target,
@@ -126,7 +135,20 @@ int Session::import(const QString &source, const QString &target, const QString 
     // Each card is checked and kept as it is read, so a long list is never
     // held twice, and one that cannot become a chapter stops at its first
     // problem.
+    bool first = true;
     auto takeCard = [&](cardtext::Row &&row, QString *why) {
+        if (std::exchange(first, false) && firstLine != FirstLine::Card) {
+            const bool names =
+                    firstLine == FirstLine::Header || headerrow::Detect(row.fields, layout);
+            // A guess is told, so that a card taken for column names is not lost unseen.
+            if (names && firstLine == FirstLine::Detect)
+                m_err.write(u"vxedit: %1: line %2 is taken as column names, not a card "
+                            "(--no-header reads it as a card)\n"_s
+                                    .arg(source, QString::number(row.line))
+                                    .toUtf8());
+            if (names)
+                return true;
+        }
         auto refuse = [&](const QString &problem) {
             *why = u"line "_s + QString::number(row.line) + u": "_s + problem;
             return false;
@@ -292,7 +314,8 @@ int Run(const QStringList &args, QIODevice &out, QIODevice &err)
     QString file, output, title, languages;
     bool hasOutput = false, hasLanguages = false;
     QStringList flags;
-    const QStringList knownFlags {u"--trouble-only"_s, u"--fold"_s, u"--clear"_s};
+    const QStringList knownFlags {u"--trouble-only"_s, u"--fold"_s, u"--clear"_s, u"--header"_s,
+                                  u"--no-header"_s};
     for (qsizetype i = 1; i < args.size(); ++i) {
         const QString &a = args[i];
         if (a == u"-o"_s || a == u"--title"_s || a == u"--set"_s) {
@@ -313,6 +336,12 @@ int Run(const QStringList &args, QIODevice &out, QIODevice &err)
     }
     if (file.isEmpty())
         return session.usage(verb + u" needs a file"_s);
+    const bool header = flags.contains(u"--header"_s), noHeader = flags.contains(u"--no-header"_s);
+    if ((header || noHeader) && verb != u"import"_s)
+        return session.usage(u"only import takes --header and --no-header"_s);
+    if (header && noHeader)
+        return session.usage(u"--header and --no-header exclude each other; leave both out to "
+                             "have the first line checked for column names"_s);
 
     const bool printFlags = flags.contains(u"--trouble-only"_s) || flags.contains(u"--fold"_s);
     if (verb == u"print"_s) {
@@ -355,7 +384,10 @@ int Run(const QStringList &args, QIODevice &out, QIODevice &err)
     if (verb == u"import"_s) {
         if (!hasOutput || output.isEmpty())
             return session.usage(u"import needs -o OUT.zel"_s);
-        return session.import(file, output, title);
+        return session.import(file, output, title,
+                              header             ? FirstLine::Header
+                                      : noHeader ? FirstLine::Card
+                                                 : FirstLine::Detect);
     }
     if (!title.isEmpty())
         return session.usage(u"export takes no title"_s);

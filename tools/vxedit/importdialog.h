@@ -11,7 +11,8 @@ class QLabel;
 class QTableWidget;
 
 // Reading cards from a text file: the delimiter detected (and changeable),
-// which columns hold question, answer and note, and a preview of the first
+// whether the first line names the columns (detected, changeable), which
+// columns hold question, answer and note, and a preview of the first
 // cards as they will be added, with any that cannot be stored marked.
 class ImportDialog : public QDialog
 {
@@ -45,4 +46,5 @@ private:
     std::vector<cardtext::Row> m_rows;
     QString m_error;
     int m_columns = 0;
+    bool m_headerChosen = false; // headerRow was set by the person, not detected
 };
