@@ -67,8 +67,12 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t *raw, size_t size)
         fuzz::check(run({QStringLiteral("export"), chapter, QStringLiteral("-o"), exported}) == 0,
                     "exports as CSV");
     }
+    // An export writes no line of column names: its first line is a card,
+    // even one such as "Frage\tAntwort" that reads like one.
     const QString again = fuzz::scratch(QStringLiteral("again.zel"));
-    fuzz::check(run({QStringLiteral("import"), exported, QStringLiteral("-o"), again}) == 0,
+    fuzz::check(run({QStringLiteral("import"), exported, QStringLiteral("-o"), again,
+                     QStringLiteral("--no-header")})
+                        == 0,
                 "the export imports");
     fuzz::check(fuzz::readFile(again) == imported, "the same chapter again");
     return 0;

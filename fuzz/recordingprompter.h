@@ -21,9 +21,10 @@ public:
     }
     std::optional<QString> AskFileName(const FileDialogRequest &) override { return fileAnswer; }
     std::optional<quint32> AskColor(quint32) override { return std::nullopt; }
-    bool StartProgram(const QString &, const QStringList &) override { return false; }
+    bool StartProgram(const QString &, const QStringList &, const QString &) override { return false; }
     bool OpenDocument(const QString &) override { return true; }
     int ShowModal(QObject *) override { return 0; }
+    std::optional<PrintChoice> AskPrint(const PrintRequest &) override { return std::nullopt; }
 };
 
 } // namespace fuzz

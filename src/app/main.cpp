@@ -1,14 +1,10 @@
 #include "app/modmain.h"
-#include "controls/zelaccessible.h"
 #include "core/programstate.h"
 #include "core/version.h"
-#include "drawing/logicalfont.h"
-#include "drawing/programicon.h"
 #include "windows/qtplatform.h"
 #include "windows/qtspeaker.h"
 
 #include <QApplication>
-#include <QIcon>
 
 #include <cstdio>
 #include <cstring>
@@ -57,13 +53,7 @@ int main(int argc, char *argv[])
         return 0;
 
     QApplication app(argc, argv);
-    QApplication::setApplicationName(QStringLiteral("Vocabrix"));
-    QApplication::setWindowIcon(ProgramIcon());
-    // The program ends when shutdown says so, not when a window closes: a new
-    // session hides every window for a moment.
-    QApplication::setQuitOnLastWindowClosed(false);
-    InstallFontSubstitutes();
-    InstallControlAccessibility();
+    modMain::PrepareApplication();
 
     QtPrompter prompter;
     SetPrompter(&prompter);

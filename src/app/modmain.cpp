@@ -2,6 +2,7 @@
 
 #include "app/instanceguard.h"
 #include "cards/deck.h"
+#include "controls/zelaccessible.h"
 #include "core/clstimer.h"
 #include "core/extrasettings.h"
 #include "core/log.h"
@@ -12,6 +13,8 @@
 #include "core/prompter.h"
 #include "core/rounding.h"
 #include "core/version.h"
+#include "drawing/logicalfont.h"
+#include "drawing/programicon.h"
 #include "korva/diskfile.h"
 #include "korva/ikorvalite.h"
 #include "settings/r_data.h"
@@ -25,6 +28,7 @@
 #include "windows/lifecycle.h"
 #include "windows/modrender.h"
 
+#include <QApplication>
 #include <QCoreApplication>
 #include <QFile>
 #include <QFileInfo>
@@ -341,6 +345,17 @@ public:
 };
 
 } // namespace
+
+void PrepareApplication()
+{
+    QApplication::setApplicationName(QStringLiteral("Vocabrix"));
+    QApplication::setWindowIcon(ProgramIcon());
+    // The program ends when shutdown says so, not when a window closes: a new
+    // session hides every window for a moment.
+    QApplication::setQuitOnLastWindowClosed(false);
+    InstallFontSubstitutes();
+    InstallControlAccessibility();
+}
 
 void InstallLifecycle()
 {

@@ -27,6 +27,10 @@ void DestroySystem(qint16 code, bool keepRunning, int exitStatus = kExitNormal);
 void StartNewSession();
 // Lets the windows below reach DestroySystem and StartNewSession.
 void InstallLifecycle();
+// What the whole application needs before the first window: its name and
+// icon, staying alive while windows come and go, fonts for the card's face
+// names, and the owner-drawn controls made readable to assistive tools.
+void PrepareApplication();
 
 // A chapter (.zel) or progress file (.vxs) named on the command line, as the
 // desktop passes a file opened with the program: the chapter joins the list,

@@ -1,18 +1,22 @@
 #include "app/instanceguard.h"
 #include "cards/progressfile.h"
+#include "controls/zelcheck.h"
 #include "core/extrasettings.h"
 #include "core/keycodes.h"
 #include "core/modbrowser.h"
 #include "core/modfolders.h"
 #include "core/osversion.h"
+#include "korvabuilder.h"
 #include "uitestsupport.h"
 #include "windows/frmchapter.h"
 #include "windows/frmsetup.h"
 #include "windows/frmsplash.h"
 #include "windows/typedanswer.h"
 
+#include <QAccessible>
 #include <QContextMenuEvent>
 #include <QCryptographicHash>
+#include <QFontDatabase>
 #include <QLabel>
 #include <QLocalServer>
 #include <QMenu>
@@ -130,6 +134,22 @@ private Q_SLOTS:
         instanceguard::SetKey(u"vocabrix-test-"_s + QString::number(QCoreApplication::applicationPid()));
     }
 
+    void applicationPrepared()
+    {
+        QFont::removeSubstitutions(u"Tahoma"_s);
+        QApplication::setQuitOnLastWindowClosed(true);
+        QApplication::setWindowIcon(QIcon());
+        zelCheck check;
+        QCOMPARE(QAccessible::queryAccessibleInterface(&check)->role(), QAccessible::Client); // Qt's plain widget
+        modMain::PrepareApplication();
+        QCOMPARE(QApplication::applicationName(), u"Vocabrix"_s);
+        QVERIFY(!QApplication::windowIcon().isNull());
+        QVERIFY(!QApplication::quitOnLastWindowClosed());
+        QVERIFY(QFontDatabase::families().contains(u"Tahoma"_s) || !QFont::substitutes(u"Tahoma"_s).isEmpty());
+        zelCheck another;
+        QCOMPARE(QAccessible::queryAccessibleInterface(&another)->role(), QAccessible::CheckBox);
+    }
+
     void init()
     {
         m_env = std::make_unique<TestEnvironment>();
@@ -239,11 +259,11 @@ private Q_SLOTS:
         QCOMPARE(g_Deck.UBound(), 0);
 
         // The updater file was rewritten.
-        ikorvalite updater;
-        QVERIFY(updater.Mount(programDir() + u"/Vocabrix.upd"_s, false));
-        QCOMPARE(updater.GetText(u"app_current_version"_s).value, u"101"_s);
-        QCOMPARE(updater.GetText(u"app_title"_s).value, u"Vocabrix"_s);
-        QCOMPARE(updater.GetText(u"app_desc"_s).value, u"This is a vocabulary flash cards program"_s);
+        QCOMPARE(ReadFileBytes(programDir() + u"/Vocabrix.upd"_s),
+                 bytes::header("KORVA Database File; KORVA Lite version", 4, 3) + bytes::placeholder()
+                         + bytes::entry("app_title", -1, "Vocabrix", 0, {})
+                         + bytes::entry("app_current_version", -1, "101", 0, {})
+                         + bytes::entry("app_desc", -1, "This is a vocabulary flash cards program", 0, {}));
     }
 
     void releaseDateFollowsTheLocale_data()
@@ -346,21 +366,52 @@ private Q_SLOTS:
         QCOMPARE(modMain::ChapterWindow()->LV1->topLevelItemCount(), 4);
     }
 
+    void unmountableMaster_data()
+    {
+        QTest::addColumn<bool>("watcher");
+        QTest::newRow("watcher connected: the log has the lines") << true;
+        QTest::newRow("no watcher: the high-priority line is a box") << false;
+    }
+
     void unmountableMaster()
     {
+        QFETCH(bool, watcher);
         m_env.reset();
-        m_env = std::make_unique<TestEnvironment>(false); // no watcher: the high-priority box shows
+        m_env = std::make_unique<TestEnvironment>(watcher);
         const QByteArray damaged(300, '\x5A');
         WriteFileBytes(master(), damaged);
+        QStringList splashAtBox;
+        m_env->prompter.onBox = [&](const MessageBoxRequest &) {
+            frmSplash *splash = nullptr;
+            for (QWidget *w : QApplication::topLevelWidgets())
+                splash = splash ? splash : qobject_cast<frmSplash *>(w);
+            const QRect screen = QGuiApplication::primaryScreen()->availableGeometry();
+            splashAtBox << (splash && splash->isVisible() && splash->RendererRunning() ? u"up"_s : u"gone"_s)
+                        << (modMain::IsTopmost(splash) ? u"topmost"_s : u"not topmost"_s)
+                        << (splash && qAbs(splash->frameGeometry().center().x() - screen.center().x()) <= 2
+                                    ? u"centred"_s
+                                    : u"off centre"_s);
+        };
         modMain::StartProgram();
         FlushDeletes();
-        QCOMPARE(m_env->prompter.seen(),
-                 QStringList(
-                         {Box(u"High Priority Message Handler"_s, u"The program cannot start/n"_s, MsgIcon::Critical),
-                          Box(u"KORVA File System Critical Error"_s,
-                              u"The program's master database couldn't be opened. Check the path: \r\n'"_s + master()
-                                      + u"' and try again."_s,
-                              MsgIcon::Critical)}));
+        const QString korvaBox = Box(u"KORVA File System Critical Error"_s,
+                                     u"The program's master database couldn't be opened. Check the path: \r\n'"_s
+                                             + master() + u"' and try again."_s,
+                                     MsgIcon::Critical);
+        if (watcher) {
+            QCOMPARE(m_env->prompter.seen(), QStringList({korvaBox}));
+            const QStringList lines = m_env->logLines();
+            const qsizetype at = lines.indexOf(u" ..KORVA class initialization failure./n"_s);
+            QVERIFY(at > 0);
+            QCOMPARE(lines.mid(at, 2),
+                     QStringList({u" ..KORVA class initialization failure./n"_s, u"The program cannot start/n"_s}));
+        } else {
+            QCOMPARE(m_env->prompter.seen(),
+                     QStringList({Box(u"High Priority Message Handler"_s, u"The program cannot start/n"_s,
+                                      MsgIcon::Critical),
+                                  korvaBox}));
+        }
+        QCOMPARE(splashAtBox.mid(splashAtBox.size() - 3), QStringList({u"up"_s, u"not topmost"_s, u"centred"_s}));
         QCOMPARE(ReadFileBytes(master()), damaged); // nothing written
         QVERIFY(!g_MasterDb);
         QVERIFY(g_ProcessReleased);

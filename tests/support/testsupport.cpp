@@ -26,6 +26,8 @@ using namespace Qt::Literals::StringLiterals;
 MsgResult FakePrompter::ShowMessage(const MessageBoxRequest &request)
 {
     boxes.push_back(request);
+    if (onBox)
+        onBox(request);
     if (!answers.empty()) {
         const MsgResult answer = answers.front();
         answers.pop_front();

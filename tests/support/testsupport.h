@@ -46,6 +46,8 @@ public:
     // Plays the user's part in a modal window; without it the window is
     // left as it came.
     std::function<int(QObject *window)> onModal;
+    // Looks at the program while a box is up.
+    std::function<void(const MessageBoxRequest &request)> onBox;
     std::vector<QString> modalWindows; // their object names
     std::vector<PrintRequest> printDialogs;
     std::deque<std::optional<PrintChoice>> printAnswers;

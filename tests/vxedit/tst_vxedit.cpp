@@ -2,6 +2,7 @@
 #include "cardtext.h"
 #include "chapterrules.h"
 #include "commandline.h"
+#include "headerrow.h"
 #include "pdftext.h"
 #include "settings/r_data.h"
 #include "testsupport.h"
@@ -162,6 +163,48 @@ private Q_SLOTS:
         QCOMPARE(cardtext::HtmlToText(html), text);
     }
 
+    // Column names in a list's first line, and the real cards that must stay cards.
+    void headerRow_data()
+    {
+        QTest::addColumn<QString>("line"); // fields separated by '|'
+        QTest::addColumn<QList<int>>("metaColumns");
+        QTest::addColumn<bool>("named"); // the file's "#columns:" line names them
+        QTest::addColumn<bool>("header");
+        auto row = [](const char *name, const QString &line, bool header, QList<int> meta = {}, bool named = false) {
+            QTest::newRow(name) << line << meta << named << header;
+        };
+        row("question, answer", u"question|answer"_s, true);
+        row("case and blanks", u" FRONT |Back\t"_s, true);
+        row("spelt apart", u"Side_1|side-2"_s, true);
+        row("mixed names", u"Term|Translation"_s, true);
+        row("german", u"Wort|Übersetzung"_s, true);
+        row("french, accent left off", u"Question|Reponse"_s, true);
+        row("spanish", u"Pregunta|Respuesta"_s, true);
+        row("russian", u"Слово|Перевод"_s, true);
+        row("with a note column", u"front|back|Notes"_s, true);
+        row("empty third field", u"front|back|"_s, true);
+        row("after a bookkeeping column", u"Deck|Front|Back"_s, true, {0});
+        row("card", u"der Hund|the dog"_s, false);
+        row("card of two languages", u"Frage|question"_s, false);
+        row("sides swapped", u"answer|question"_s, false);
+        row("names inside a text", u"the question|answer"_s, false);
+        row("third field a card's note", u"front|back|Hund"_s, false);
+        row("one field", u"question"_s, false);
+        row("columns named by the file", u"front|back"_s, false, {}, true);
+    }
+    void headerRow()
+    {
+        QFETCH(QString, line);
+        QFETCH(QList<int>, metaColumns);
+        QFETCH(bool, named);
+        QFETCH(bool, header);
+        const QStringList fields = line.split(u'|');
+        cardtext::Layout layout;
+        layout.columnNames = named ? fields : QStringList();
+        layout.metaColumns = metaColumns;
+        QCOMPARE(headerrow::Detect(fields, layout), header);
+    }
+
     void parseErrors_data()
     {
         QTest::addColumn<QByteArray>("data");
@@ -309,6 +352,60 @@ private Q_SLOTS:
         QDir::setCurrent(QDir::tempPath());
     }
 
+    // The first line of a list: column names when it reads so, or as told.
+    void importFirstLine_data()
+    {
+        QTest::addColumn<QString>("name");
+        QTest::addColumn<QByteArray>("content");
+        QTest::addColumn<QString>("option");
+        QTest::addColumn<QStringList>("questions");
+        QTest::addColumn<QString>("err");
+        const QByteArray named = "Question,Answer,Note\nHund,dog,\nKatze,cat,\n";
+        const QString told = u"vxedit: w.csv: line 1 is taken as column names, not a card (--no-header reads it as "
+                             "a card)\n"_s;
+        QTest::newRow("names detected") << u"w.csv"_s << named << QString() << QStringList {u"Hund"_s, u"Katze"_s}
+                                        << told;
+        QTest::newRow("names read as a card") << u"w.csv"_s << named << u"--no-header"_s
+                                              << QStringList {u"Question"_s, u"Hund"_s, u"Katze"_s} << QString();
+        QTest::newRow("names said") << u"w.csv"_s << named << u"--header"_s << QStringList {u"Hund"_s, u"Katze"_s}
+                                    << QString();
+        QTest::newRow("a card said to be names") << u"w.tsv"_s << QByteArray("Hund\tdog\nKatze\tcat\nMaus\tmouse\n")
+                                                 << u"--header"_s << QStringList {u"Katze"_s, u"Maus"_s} << QString();
+        QTest::newRow("names under header lines")
+                << u"w.tsv"_s << QByteArray("#html:true\n<b>Vorderseite</b>\tR&uuml;ckseite\nHund\tdog\nKatze\tcat\n")
+                << QString() << QStringList {u"Hund"_s, u"Katze"_s}
+                << u"vxedit: w.tsv: line 2 is taken as column names, not a card (--no-header reads it as a card)\n"_s;
+        QTest::newRow("names and one card")
+                << u"w.csv"_s << QByteArray("front,back\nHund,dog\n") << u"--header"_s << QStringList()
+                << u"vxedit: w.csv: only one card; a chapter needs two to be studied\n"_s;
+        QTest::newRow("both said") << u"w.csv"_s << named << u"--header --no-header"_s << QStringList()
+                                   << u"vxedit: --header and --no-header exclude each other; leave both out to have "
+                                      "the first line checked for column names\nusage: vxedit"_s;
+    }
+    void importFirstLine()
+    {
+        QFETCH(QString, name);
+        QFETCH(QByteArray, content);
+        QFETCH(QString, option);
+        QFETCH(QStringList, questions);
+        QFETCH(QString, err);
+        QTemporaryDir dir;
+        QVERIFY(QDir::setCurrent(dir.path()));
+        WriteFileBytes(name, content);
+        QStringList args {u"import"_s, name, u"-o"_s, u"out.zel"_s};
+        args << option.split(u' ', Qt::SkipEmptyParts);
+        const RunResult r = run(args);
+        QDir::setCurrent(QDir::tempPath());
+        const bool usage = err.endsWith(u"usage: vxedit"_s);
+        QCOMPARE(usage ? r.err.left(err.size()) : r.err, err);
+        QCOMPARE(r.status, usage ? 2 : questions.isEmpty() ? 1 : 0);
+        QStringList got;
+        const QJsonArray entries = dumpJson(dir.filePath(u"out.zel"_s)).value(u"entries"_s).toArray();
+        for (qsizetype i = 1; i < entries.size(); ++i)
+            got << entries[i].toObject().value(u"key"_s).toString();
+        QCOMPARE(got, questions);
+    }
+
     void refusedImportKeepsAnExistingChapter()
     {
         QTemporaryDir dir;
@@ -319,50 +416,29 @@ private Q_SLOTS:
         QCOMPARE(ReadFileBytes(out), QByteArray("the chapter that was there"));
     }
 
-    // Lists in any script, with or without a row of column names: the
-    // chapter is Windows-1252 when that holds every card, else UTF-8; it
-    // exports and imports again to the same bytes.
+    // Lists in any script: the chapter is Windows-1252 when that holds every
+    // card, else UTF-8; it exports and imports again to the same bytes.
     void importInAnyLanguage_data()
     {
         QTest::addColumn<QString>("name");
         QTest::addColumn<QByteArray>("list");
-        QTest::addColumn<QStringList>("options");
         QTest::addColumn<QStringList>("questions");
         QTest::addColumn<QString>("encoding"); // or the error
-        QTest::addColumn<QByteArray>("file");  // the chapter's bytes, when given
+        QTest::addColumn<QByteArray>("file");  // the chapter's bytes
         const QByteArray zhuk = "\xD0\xB6\xD1\x83\xD0\xBA", dom = "\xD0\xB4\xD0\xBE\xD0\xBC";
         const QByteArray chapter = "generated automatically by the Vocabrix Editor v1.21";
         QTest::newRow("russian list, utf-8 chapter")
-                << u"w.tsv"_s << zhuk + "\tbeetle\n" + dom + "\thouse\n" << QStringList() << QStringList {u"жук"_s, u"дом"_s}
+                << u"w.tsv"_s << zhuk + "\tbeetle\n" + dom + "\thouse\n" << QStringList {u"жук"_s, u"дом"_s}
                 << u"UTF-8"_s
                 << bytes::header(chapter, 4, 2, {}, "utf-8") + bytes::placeholder()
                         + bytes::entry(zhuk, -1, "beetle", 0, {}) + bytes::entry(dom, -1, "house", 0, {});
         QTest::newRow("german list, windows-1252 chapter")
-                << u"w.tsv"_s << QByteArray("Gr\xC3\xBCn\tgreen\nrot\tred\n") << QStringList()
+                << u"w.tsv"_s << QByteArray("Gr\xC3\xBCn\tgreen\nrot\tred\n")
                 << QStringList {u"Grün"_s, u"rot"_s} << u"Windows-1252"_s
                 << bytes::header(chapter, 4, 2) + bytes::placeholder() + bytes::entry("Gr\xFCn", -1, "green", 0, {})
                         + bytes::entry("rot", -1, "red", 0, {});
-        QTest::newRow("column names detected, utf-8")
-                << u"w.csv"_s << "question,answer\n" + zhuk + ",beetle\n" + dom + ",house\n" << QStringList()
-                << QStringList {u"жук"_s, u"дом"_s} << u"UTF-8"_s << QByteArray();
-        QTest::newRow("german column names detected, windows-1252")
-                << u"w.txt"_s << QByteArray("Frage;Antwort\nHaus;house\nMaus;mouse\n") << QStringList()
-                << QStringList {u"Haus"_s, u"Maus"_s} << u"Windows-1252"_s << QByteArray();
-        QTest::newRow("russian column names detected")
-                << u"w.tsv"_s << QByteArray("\xD0\x92\xD0\xBE\xD0\xBF\xD1\x80\xD0\xBE\xD1\x81\t\xD0\x9E\xD1\x82\xD0\xB2\xD0\xB5\xD1\x82\n")
-                        + zhuk + "\tbeetle\n" + dom + "\thouse\n"
-                << QStringList() << QStringList {u"жук"_s, u"дом"_s} << u"UTF-8"_s << QByteArray();
-        QTest::newRow("--no-header keeps them a card")
-                << u"w.tsv"_s << "Front\tBack\tNotes\n" + zhuk + "\tbeetle\n" << QStringList {u"--no-header"_s}
-                << QStringList {u"Front"_s, u"жук"_s} << u"UTF-8"_s << QByteArray();
-        QTest::newRow("--header drops a first card")
-                << u"w.tsv"_s << QByteArray("Haus\thouse\nMaus\tmouse\nRaus\tout\n") << QStringList {u"--header"_s}
-                << QStringList {u"Maus"_s, u"Raus"_s} << u"Windows-1252"_s << QByteArray();
-        QTest::newRow("two names of one side are a card")
-                << u"w.tsv"_s << QByteArray("question\tFrage\nHaus\thouse\n") << QStringList()
-                << QStringList {u"question"_s, u"Haus"_s} << u"Windows-1252"_s << QByteArray();
         QTest::newRow("a later Cyrillic card makes an earlier one too long")
-                << u"w.tsv"_s << QByteArray("\xC3\xBC").repeated(60) + "\tx\n" + zhuk + "\tbeetle\n" << QStringList()
+                << u"w.tsv"_s << QByteArray("\xC3\xBC").repeated(60) + "\tx\n" + zhuk + "\tbeetle\n"
                 << QStringList()
                 << u"w.tsv: line 1: the card takes 133 bytes in UTF-8, more than the 128 of a chapter record "
                    "(question, answer and note may have 116 bytes together) (line 2 makes the chapter UTF-8)"_s
@@ -372,14 +448,13 @@ private Q_SLOTS:
     {
         QFETCH(QString, name);
         QFETCH(QByteArray, list);
-        QFETCH(QStringList, options);
         QFETCH(QStringList, questions);
         QFETCH(QString, encoding);
         QFETCH(QByteArray, file);
         QTemporaryDir dir;
         WriteFileBytes(dir.filePath(name), list);
         const QString zel = dir.filePath(u"out.zel"_s);
-        const RunResult r = run(QStringList {u"import"_s, dir.filePath(name), u"-o"_s, zel} + options);
+        const RunResult r = run({u"import"_s, dir.filePath(name), u"-o"_s, zel});
         if (questions.isEmpty()) {
             QCOMPARE(r.err, u"vxedit: "_s + dir.filePath(encoding) + u'\n');
             QVERIFY(!QFileInfo::exists(zel));
@@ -392,8 +467,7 @@ private Q_SLOTS:
         for (const QJsonValue &e : json.value(u"entries"_s).toArray())
             got << e.toObject().value(u"key"_s).toString();
         QCOMPARE(got, QStringList(QString()) + questions);
-        if (!file.isEmpty())
-            QCOMPARE(ReadFileBytes(zel), file);
+        QCOMPARE(ReadFileBytes(zel), file);
 
         const QString tsv = dir.filePath(u"back.tsv"_s), again = dir.filePath(u"again.zel"_s);
         QCOMPARE(run({u"export"_s, zel, u"-o"_s, tsv}).status, 0);
@@ -482,6 +556,7 @@ private Q_SLOTS:
         QTest::newRow("missing value") << QStringList({u"import"_s, u"a.tsv"_s, u"-o"_s});
         QTest::newRow("unknown command") << QStringList({u"frobnicate"_s, u"a.zel"_s});
         QTest::newRow("unknown option first") << QStringList({u"--frobnicate"_s});
+        QTest::newRow("header on export") << QStringList({u"export"_s, u"a.zel"_s, u"--no-header"_s});
     }
     void usage()
     {

@@ -321,41 +321,6 @@ bool LooksLikeHeaderLine(const QString &line)
     return isHeaderLine(line.trimmed()) && line.startsWith(u'#');
 }
 
-bool LooksLikeColumnNames(const QStringList &fields)
-{
-    // Names lists are exported with, in English and in the languages of the
-    // example chapters. Only a whole row of them counts, with both sides
-    // named, so a card such as "question<tab>Frage" stays a card.
-    static const QStringList kQuestion {
-            u"question"_s, u"front"_s,    u"term"_s,  u"word"_s,  u"prompt"_s,
-            u"frage"_s,    u"vorderseite"_s, u"wort"_s, u"begriff"_s, u"вопрос"_s,
-            u"слово"_s,    u"термин"_s,
-    };
-    static const QStringList kAnswer {
-            u"answer"_s,      u"back"_s,         u"definition"_s, u"translation"_s, u"meaning"_s,
-            u"antwort"_s,     u"rückseite"_s,    u"übersetzung"_s, u"bedeutung"_s,  u"ответ"_s,
-            u"перевод"_s,     u"значение"_s,     u"определение"_s,
-    };
-    static const QStringList kOther {
-            u"note"_s,        u"notes"_s,  u"comment"_s,  u"example"_s,    u"hint"_s,
-            u"tags"_s,        u"deck"_s,   u"notiz"_s,    u"bemerkung"_s, u"beispiel"_s,
-            u"примечание"_s, u"заметка"_s, u"пример"_s,
-    };
-    bool question = false, answer = false;
-    for (const QString &field : fields) {
-        const QString name = field.trimmed().toLower();
-        if (name.isEmpty())
-            continue;
-        if (kQuestion.contains(name))
-            question = true;
-        else if (kAnswer.contains(name))
-            answer = true;
-        else if (!kOther.contains(name))
-            return false;
-    }
-    return question && answer;
-}
-
 bool FormatRow(const QStringList &fields, Format format, QString &line, QString *error)
 {
     QStringList out;
@@ -380,11 +345,6 @@ bool FormatCards(const korva::Entry *cards, qsizetype count, Format format, QByt
                  int *badCard, QString *error)
 {
     QString text;
-    // A first card that reads like column names would be taken for them: a
-    // row of names goes before it, so it comes back as a card.
-    if (count > 0 && LooksLikeColumnNames({cards[0].key, cards[0].text, cards[0].note}))
-        text = (format == Format::Tsv ? u"question\tanswer\tnote\n"_s
-                                      : u"question,answer,note\n"_s);
     for (qsizetype i = 0; i < count; ++i) {
         const korva::Entry &c = cards[i];
         QStringList fields {c.key, c.text};

@@ -66,15 +66,6 @@ bool Parse(const QByteArray &data, Format format, std::vector<Row> &rows, QStrin
 // A line that a reader would take for a header line if it came first.
 bool LooksLikeHeaderLine(const QString &line);
 
-// A first row that names its columns rather than holding a card, such as
-// "question,answer" or "Front<tab>Back<tab>Notes": every field a known column
-// name, one of them for the question side and one for the answer side.
-bool LooksLikeColumnNames(const QStringList &fields);
-
-// Whether the first row is read as column names: as it looks, or as the user
-// said.
-enum class HeaderRow { Detect, Yes, No };
-
 // Plain text of an HTML field: tags dropped, line breaks as blanks, entities
 // decoded.
 QString HtmlToText(const QString &html);
@@ -84,8 +75,7 @@ QString HtmlToText(const QString &html);
 bool FormatRow(const QStringList &fields, Format format, QString &line, QString *error);
 
 // The cards (question, answer and a note when there is one) as the UTF-8
-// lines of a file that reads back as the same cards (with a row of column
-// names first when the first card would pass for one). False with the card's
+// lines of a file that reads back as the same cards. False with the card's
 // number (from 1) and why when one cannot be written.
 bool FormatCards(const korva::Entry *cards, qsizetype count, Format format, QByteArray &out,
                  int *badCard, QString *error);

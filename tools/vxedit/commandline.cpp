@@ -4,6 +4,7 @@
 #include "cardtext.h"
 #include "chapterrules.h"
 #include "drawing/cardsheet.h"
+#include "headerrow.h"
 #include "korva/chapterformat.h"
 #include "korva/diskfile.h"
 #include "korva/ikorvalite.h"
@@ -15,6 +16,7 @@
 #include <QIODevice>
 
 #include <optional>
+#include <utility>
 
 using namespace Qt::Literals::StringLiterals;
 
@@ -30,13 +32,17 @@ const QString kUsage =
         u"usage: vxedit [FILE.zel]\n"
         "       vxedit dump FILE\n"
         "       vxedit import SOURCE.tsv|SOURCE.csv -o OUT.zel [--title TITLE]\n"
-        "                     [--header|--no-header]\n"
+        "                     [--header | --no-header]\n"
         "       vxedit export FILE.zel [-o OUT.tsv|OUT.csv]\n"
         "       vxedit print FILE.zel|FILE.vxs -o OUT.pdf [--trouble-only] [--fold]\n"
         "       vxedit languages FILE.zel [--set QUESTION,ANSWER | --clear]\n"
         "       vxedit --help | --version\n"_s;
 
 const QStringList kVerbs {u"dump"_s, u"import"_s, u"export"_s, u"print"_s, u"languages"_s};
+
+// What the first line of a list is: column names or a card, or whichever it
+// looks like.
+enum class FirstLine { Detect, Header, Card };
 
 class Session
 {
@@ -56,7 +62,7 @@ public:
 
     int dump(const QString &path);
     int import(const QString &source, const QString &target, const QString &title,
-               cardtext::HeaderRow header);
+               FirstLine firstLine);
     int exportCards(const QString &path, const QString &target);
     int print(const QString &path, const QString &target, bool troubleOnly, bool fold);
     int languages(const QString &path, const std::optional<ChapterLanguages> &set);
@@ -96,7 +102,7 @@ int Session::dump(const QString &path)
 }
 
 int Session::import(const QString &source, const QString &target, const QString &title,
-                    cardtext::HeaderRow header)
+                    FirstLine firstLine)
 {
     if (korva::sameFile(source, target))
         return fail(target,
@@ -131,11 +137,23 @@ int Session::import(const QString &source, const QString &target, const QString 
     db.SetTitle(title);
     db.SetFormat(4);
     std::vector<int> lines; // where each card came from, should the chapter turn UTF-8
-    bool first = true;
     // Each card is checked and kept as it is read, so a long list is never
     // held twice, and one that cannot become a chapter stops at its first
     // problem.
+    bool first = true;
     auto takeCard = [&](cardtext::Row &&row, QString *why) {
+        if (std::exchange(first, false) && firstLine != FirstLine::Card) {
+            const bool names =
+                    firstLine == FirstLine::Header || headerrow::Detect(row.fields, layout);
+            // A guess is told, so that a card taken for column names is not lost unseen.
+            if (names && firstLine == FirstLine::Detect)
+                m_err.write(u"vxedit: %1: line %2 is taken as column names, not a card "
+                            "(--no-header reads it as a card)\n"_s
+                                    .arg(source, QString::number(row.line))
+                                    .toUtf8());
+            if (names)
+                return true;
+        }
         auto refuse = [&](int line, const QString &problem) {
             *why = u"line "_s + QString::number(line) + u": "_s + problem;
             return false;
@@ -145,14 +163,6 @@ int Session::import(const QString &source, const QString &target, const QString 
             if (layout.metaColumns.contains(int(i)))
                 row.fields.removeAt(i);
         }
-        // A first row of column names is no card.
-        const bool names = first
-                && (header == cardtext::HeaderRow::Yes
-                    || (header == cardtext::HeaderRow::Detect
-                        && cardtext::LooksLikeColumnNames(row.fields)));
-        first = false;
-        if (names)
-            return true;
         if (row.fields.size() < 2)
             return refuse(row.line,
                           u"a card needs a question and an answer separated by "_s + separator);
@@ -322,22 +332,16 @@ int Run(const QStringList &args, QIODevice &out, QIODevice &err)
         return session.usage((verb.startsWith(u'-') ? u"unknown option "_s : u"unknown command "_s)
                              + verb);
 
-    // Options after the verb: -o PATH, --title TEXT, --set LANGUAGES,
-    // --header or --no-header and the flags; one positional file.
+    // Options after the verb: -o PATH, --title TEXT, --set LANGUAGES and the
+    // flags; one positional file.
     QString file, output, title, languages;
     bool hasOutput = false, hasLanguages = false;
-    cardtext::HeaderRow header = cardtext::HeaderRow::Detect;
-    bool headerSaid = false;
     QStringList flags;
-    const QStringList knownFlags {u"--trouble-only"_s, u"--fold"_s, u"--clear"_s};
+    const QStringList knownFlags {u"--trouble-only"_s, u"--fold"_s, u"--clear"_s, u"--header"_s,
+                                  u"--no-header"_s};
     for (qsizetype i = 1; i < args.size(); ++i) {
         const QString &a = args[i];
-        if (a == u"--header"_s || a == u"--no-header"_s) {
-            if (headerSaid)
-                return session.usage(u"--header or --no-header, once"_s);
-            header = a == u"--header"_s ? cardtext::HeaderRow::Yes : cardtext::HeaderRow::No;
-            headerSaid = true;
-        } else if (a == u"-o"_s || a == u"--title"_s || a == u"--set"_s) {
+        if (a == u"-o"_s || a == u"--title"_s || a == u"--set"_s) {
             if (i + 1 >= args.size())
                 return session.usage(a + u" needs a value"_s);
             (a == u"-o"_s ? output : a == u"--set"_s ? languages : title) = args[++i];
@@ -355,9 +359,13 @@ int Run(const QStringList &args, QIODevice &out, QIODevice &err)
     }
     if (file.isEmpty())
         return session.usage(verb + u" needs a file"_s);
+    const bool header = flags.contains(u"--header"_s), noHeader = flags.contains(u"--no-header"_s);
+    if ((header || noHeader) && verb != u"import"_s)
+        return session.usage(u"only import takes --header and --no-header"_s);
+    if (header && noHeader)
+        return session.usage(u"--header and --no-header exclude each other; leave both out to "
+                             "have the first line checked for column names"_s);
 
-    if (headerSaid && verb != u"import"_s)
-        return session.usage(verb + u" takes no --header or --no-header"_s);
     const bool printFlags = flags.contains(u"--trouble-only"_s) || flags.contains(u"--fold"_s);
     if (verb == u"print"_s) {
         if (!hasOutput || output.isEmpty())
@@ -399,7 +407,10 @@ int Run(const QStringList &args, QIODevice &out, QIODevice &err)
     if (verb == u"import"_s) {
         if (!hasOutput || output.isEmpty())
             return session.usage(u"import needs -o OUT.zel"_s);
-        return session.import(file, output, title, header);
+        return session.import(file, output, title,
+                              header             ? FirstLine::Header
+                                      : noHeader ? FirstLine::Card
+                                                 : FirstLine::Detect);
     }
     if (!title.isEmpty())
         return session.usage(u"export takes no title"_s);

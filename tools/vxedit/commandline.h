@@ -7,6 +7,7 @@ class QIODevice;
 // The editor's command-line verbs:
 //   vxedit dump FILE                               a KORVA file as JSON
 //   vxedit import SRC -o OUT.zel [--title TITLE]   a chapter from TSV or CSV
+//                [--header | --no-header]          column names on line 1? (default: detected)
 //   vxedit export FILE.zel [-o OUT.tsv|OUT.csv]    a chapter's cards as text
 //   vxedit print FILE.zel|FILE.vxs -o OUT.pdf [--trouble-only] [--fold]
 //                                                   cards on paper, as a PDF

@@ -1,6 +1,7 @@
 #include "importdialog.h"
 
 #include "chapterrules.h"
+#include "headerrow.h"
 #include "windows/screenfit.h"
 
 #include <QCheckBox>
@@ -34,7 +35,7 @@ ImportDialog::ImportDialog(const QByteArray &content, const QString &path, QWidg
     , delimiter(new QComboBox(this))
     , quoted(new QCheckBox(u"Fields may be in \"quotes\""_s, this))
     , html(new QCheckBox(u"Fields hold HTML"_s, this))
-    , headerRow(new QCheckBox(u"The first line holds column names"_s, this))
+    , headerRow(new QCheckBox(u"The first line holds column &names"_s, this))
     , questionColumn(new QComboBox(this))
     , answerColumn(new QComboBox(this))
     , noteColumn(new QComboBox(this))
@@ -56,6 +57,8 @@ ImportDialog::ImportDialog(const QByteArray &content, const QString &path, QWidg
     delimiter->setCurrentIndex(at);
     quoted->setChecked(m_layout.quoted);
     html->setChecked(m_layout.html);
+    headerRow->setToolTip(u"Checked when the first line reads like column names (such as "
+                          "Question and Answer); that line is then not added as a card."_s);
 
     auto *reading = new QGroupBox(m_layout.fromHeader ? u"Reading (as the file's header says)"_s
                                                       : u"Reading (detected)"_s,
@@ -106,10 +109,10 @@ ImportDialog::ImportDialog(const QByteArray &content, const QString &path, QWidg
     for (QCheckBox *box : {quoted, html})
         connect(box, &QCheckBox::toggled, this, &ImportDialog::Reparse);
     connect(headerRow, &QCheckBox::toggled, this, [this] {
+        m_headerChosen = true;
         FillColumns();
         UpdatePreview();
     });
-    connect(headerRow, &QCheckBox::clicked, this, [this] { m_headerChosen = true; });
     for (QComboBox *box : {questionColumn, answerColumn, noteColumn})
         connect(box, &QComboBox::currentIndexChanged, this, &ImportDialog::UpdatePreview);
     Reparse();
@@ -126,10 +129,11 @@ void ImportDialog::Reparse()
     m_columns = 0;
     for (const cardtext::Row &row : m_rows)
         m_columns = qMax(m_columns, int(row.fields.size()));
+    // Until the person decides, each new reading of the file guesses anew.
     if (!m_headerChosen) {
-        const QSignalBlocker quiet(headerRow);
+        const QSignalBlocker blocker(headerRow);
         headerRow->setChecked(!m_rows.empty()
-                              && cardtext::LooksLikeColumnNames(m_rows.front().fields));
+                              && headerrow::Detect(m_rows.front().fields, m_layout));
     }
     FillColumns();
     UpdatePreview();
@@ -207,14 +211,17 @@ void ImportDialog::UpdatePreview()
     const QString turns = encoding != m_chapterEncoding
             ? u" The chapter will be saved in UTF-8, as some of them are outside Windows-1252."_s
             : QString();
+    const QString namesNote = headerRow->isChecked() && !m_rows.empty()
+            ? u" The first line gives the column names and is left out."_s
+            : QString();
     if (!m_error.isEmpty())
         summary->setText(u"The file can't be read: "_s + m_error);
     else if (problems == 0)
-        summary->setText(u"%1 cards will be added."_s.arg(cards.size()) + turns);
+        summary->setText(u"%1 cards will be added."_s.arg(cards.size()) + namesNote + turns);
     else
         summary->setText(
                 u"%1 cards will be added; %2 of them can't be stored as they are and are marked "
                 "for you to mend before saving."_s.arg(cards.size())
                         .arg(problems)
-                + turns);
+                + namesNote + turns);
 }

@@ -10,10 +10,10 @@ class QComboBox;
 class QLabel;
 class QTableWidget;
 
-// Reading cards from a text file: the delimiter and a first row of column
-// names detected (and changeable), which columns hold question, answer and
-// note, and a preview of the first cards as they will be added, with any that
-// cannot be stored marked.
+// Reading cards from a text file: the delimiter detected (and changeable),
+// whether the first line names the columns (detected, changeable), which
+// columns hold question, answer and note, and a preview of the first
+// cards as they will be added, with any that cannot be stored marked.
 class ImportDialog : public QDialog
 {
     Q_OBJECT
@@ -51,5 +51,5 @@ private:
     QString m_error;
     int m_columns = 0;
     korva::Encoding m_chapterEncoding = korva::Encoding::Cp1252;
-    bool m_headerChosen = false; // the user set the check box: detection keeps off it
+    bool m_headerChosen = false; // headerRow was set by the person, not detected
 };
