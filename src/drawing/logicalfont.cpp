@@ -46,7 +46,7 @@ LogicalFont LogicalFont::fromQFont(const QFont &font)
 const QStringList &FallbackFaces()
 {
     static const QStringList faces {
-            u"DejaVu Sans"_s,      u"Noto Sans"_s,         u"Liberation Sans"_s,
+            u"DejaVu Sans"_s,      u"Noto Sans"_s,           u"Liberation Sans"_s,
             u"Noto Sans CJK JP"_s, u"Droid Sans Fallback"_s,
     };
     return faces;

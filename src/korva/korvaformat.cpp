@@ -20,8 +20,8 @@ bool readHeader(QByteArrayView slot, Header &h, bool *badText)
     const QByteArrayView reserved = r.readBytes();
     if (!r.ok())
         return false;
-    const Encoding encoding = reserved == QByteArrayView("utf-8") ? Encoding::Utf8
-                                                                   : Encoding::Cp1252;
+    const Encoding encoding =
+            reserved == QByteArrayView("utf-8") ? Encoding::Utf8 : Encoding::Cp1252;
     bool d = false, t = false, v = false;
     h.description = decodeText(description, encoding, &d);
     h.title = decodeText(title, encoding, &t);
@@ -52,7 +52,8 @@ QString sizeError(const QString &what, qsizetype size, Encoding encoding)
 {
     if (size < 0)
         return what + u" holds a text that cannot be stored"_s;
-    return what + u" needs %1 bytes, more than the %2 bytes of a record"_s.arg(size).arg(kRecordLength)
+    return what
+            + u" needs %1 bytes, more than the %2 bytes of a record"_s.arg(size).arg(kRecordLength)
             + (encoding == Encoding::Utf8 ? u" (its texts in UTF-8)"_s : QString());
 }
 

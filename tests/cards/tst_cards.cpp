@@ -553,13 +553,11 @@ private Q_SLOTS:
         };
         QTest::newRow("windows-1252") << u"Tür"_s << u"Haus €"_s
                                       << bytes::i16(1) + card("T\xFCr", "Haus \x80") + emptySlot;
-        QTest::newRow("utf-8 for a Cyrillic question")
-                << u"жук"_s << u"Tür"_s
-                << bytes::i16(-32768) + bytes::text("utf-8") + bytes::i16(1)
+        QTest::newRow("utf-8 for a Cyrillic question") << u"жук"_s << u"Tür"_s
+                                                       << bytes::i16(-32768) + bytes::text("utf-8") + bytes::i16(1)
                         + card("\xD0\xB6\xD1\x83\xD0\xBA", "T\xC3\xBCr") + emptySlot;
-        QTest::newRow("utf-8 for a Greek chapter name")
-                << u"a"_s << u"Λέξεις"_s
-                << bytes::i16(-32768) + bytes::text("utf-8") + bytes::i16(1)
+        QTest::newRow("utf-8 for a Greek chapter name") << u"a"_s << u"Λέξεις"_s
+                                                        << bytes::i16(-32768) + bytes::text("utf-8") + bytes::i16(1)
                         + card("a", "\xCE\x9B\xCE\xAD\xCE\xBE\xCE\xB5\xCE\xB9\xCF\x82") + emptySlot;
     }
     void progressInBothLayouts()

@@ -10,10 +10,10 @@
 
 #include <QGlyphRun>
 #include <QGuiApplication>
-#include <QRawFont>
-#include <QTextLayout>
 #include <QPalette>
+#include <QRawFont>
 #include <QRegularExpression>
+#include <QTextLayout>
 #include <QtMath>
 
 using namespace Qt::Literals::StringLiterals;

@@ -372,17 +372,15 @@ private Q_SLOTS:
                 << bytes::header(d, 4, 1, "\xD0\x93\xD0\xBB\xD0\xB0\xD0\xB2\xD0\xB0", "utf-8") + bytes::placeholder()
                         + bytes::entry("\xD0\xB6\xD1\x83\xD0\xBA", -1, "beetle", 0, "Gr\xC3\xBCn \xE2\x82\xAC")
                 << u"Глава"_s << u"жук"_s << u"Grün €"_s << true;
-        QTest::newRow("UTF-8 in capitals is no marker")
-                << bytes::header(d, 4, 1, "\xD0\x96", "UTF-8") + bytes::placeholder()
-                        + bytes::entry("\xD0\x96", -1, "x", 0, {})
-                << u"Ð–"_s << u"Ð–"_s << QString() << false;
+        QTest::newRow("UTF-8 in capitals is no marker") << bytes::header(d, 4, 1, "\xD0\x96", "UTF-8")
+                        + bytes::placeholder() + bytes::entry("\xD0\x96", -1, "x", 0, {})
+                                                        << u"Ð–"_s << u"Ð–"_s << QString() << false;
         QTest::newRow("utf-8 of plain letters")
                 << bytes::header(d, 4, 1, "T", "utf-8") + bytes::placeholder() + bytes::entry("a", -1, "b", 0, {})
                 << u"T"_s << u"a"_s << QString() << true;
-        QTest::newRow("a byte-order mark is part of its text")
-                << bytes::header(d, 4, 1, {}, "utf-8") + bytes::placeholder()
-                        + bytes::entry("\xEF\xBB\xBFx", -1, "b", 0, {})
-                << QString() << u"\uFEFFx"_s << QString() << true;
+        QTest::newRow("a byte-order mark is part of its text") << bytes::header(d, 4, 1, {}, "utf-8")
+                        + bytes::placeholder() + bytes::entry("\xEF\xBB\xBFx", -1, "b", 0, {})
+                                                               << QString() << u"\uFEFFx"_s << QString() << true;
     }
     void encodingByMarker()
     {
@@ -416,10 +414,17 @@ private Q_SLOTS:
         const QByteArray turned = bytes::header("d", 4, 2, "T\xC3\xBC", "utf-8") + bytes::placeholder()
                 + bytes::entry("Gr\xC3\xBCn", -1, "green", 0, {});
         QCOMPARE(ReadFileBytes(path(u"t.zel"_s)),
-                 turned + bytes::entry("word", -1, "\xD0\xB6\xD1\x83\xD0\xBA", 0, "K\xC3\xA4" "fer"));
+                 turned
+                         + bytes::entry("word", -1, "\xD0\xB6\xD1\x83\xD0\xBA", 0,
+                                        "K\xC3\xA4"
+                                        "fer"));
         db.SetValue(u"word"_s, u"beetle"_s, 0, u"Käfer"_s);
         QVERIFY(db.Save());
-        QCOMPARE(ReadFileBytes(path(u"t.zel"_s)), turned + bytes::entry("word", -1, "beetle", 0, "K\xC3\xA4" "fer"));
+        QCOMPARE(ReadFileBytes(path(u"t.zel"_s)),
+                 turned
+                         + bytes::entry("word", -1, "beetle", 0,
+                                        "K\xC3\xA4"
+                                        "fer"));
         QVERIFY(m_warnings.empty());
     }
 

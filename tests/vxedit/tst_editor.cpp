@@ -259,7 +259,8 @@ private Q_SLOTS:
         QCOMPARE(m_window->EncodingNote()->text(), u"Saved as UTF-8"_s);
         QVERIFY(m_window->Save());
         const QByteArray utf8 = bytes::header(kChapter, 4, 2, "Titel", "utf-8") + bytes::placeholder();
-        QCOMPARE(ReadFileBytes(path(u"open.zel"_s)), utf8 + bytes::entry("eins", -1, "a1", 0, "siehe \xE2\x86\x92 dort")
+        QCOMPARE(ReadFileBytes(path(u"open.zel"_s)),
+                 utf8 + bytes::entry("eins", -1, "a1", 0, "siehe \xE2\x86\x92 dort")
                          + bytes::entry("zwei", -1, "a2", 0, "n2"));
         // Saved as UTF-8, it stays so.
         model.setData(model.index(0, ChapterModel::Note), u"n1"_s, Qt::EditRole);
@@ -293,12 +294,12 @@ private Q_SLOTS:
         QTest::newRow("russian cards turn the chapter utf-8")
                 << QByteArray("\xD0\xB6\xD1\x83\xD0\xBA,beetle\nHaus,house\n") << false
                 << u"2 cards will be added. The chapter will be saved in UTF-8"_s;
-        QTest::newRow("german cards stay windows-1252") << QByteArray("Haus,house\nMaus,mouse\n") << false
-                                                       << u"2 cards will be added."_s;
-        QTest::newRow("umlauts too long once utf-8")
-                << QByteArray("\xC3\xBC").repeated(60) + ",x\n" << true << u"1 of them can't be stored"_s;
-        QTest::newRow("the same umlauts fit windows-1252")
-                << QByteArray("\xC3\xBC").repeated(60) + ",x\n" << false << u"1 cards will be added."_s;
+        QTest::newRow("german cards stay windows-1252")
+                << QByteArray("Haus,house\nMaus,mouse\n") << false << u"2 cards will be added."_s;
+        QTest::newRow("umlauts too long once utf-8") << QByteArray("\xC3\xBC").repeated(60) + ",x\n"
+                                                     << true << u"1 of them can't be stored"_s;
+        QTest::newRow("the same umlauts fit windows-1252") << QByteArray("\xC3\xBC").repeated(60) + ",x\n"
+                                                           << false << u"1 cards will be added."_s;
     }
     void importPreviewInTheChapterEncoding()
     {

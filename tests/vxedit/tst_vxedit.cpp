@@ -427,16 +427,14 @@ private Q_SLOTS:
         QTest::addColumn<QByteArray>("file");  // the chapter's bytes
         const QByteArray zhuk = "\xD0\xB6\xD1\x83\xD0\xBA", dom = "\xD0\xB4\xD0\xBE\xD0\xBC";
         const QByteArray chapter = "generated automatically by the Vocabrix Editor v1.21";
-        QTest::newRow("russian list, utf-8 chapter")
-                << u"w.tsv"_s << zhuk + "\tbeetle\n" + dom + "\thouse\n" << QStringList {u"жук"_s, u"дом"_s}
-                << u"UTF-8"_s
-                << bytes::header(chapter, 4, 2, {}, "utf-8") + bytes::placeholder()
+        QTest::newRow("russian list, utf-8 chapter") << u"w.tsv"_s << zhuk + "\tbeetle\n" + dom + "\thouse\n"
+                                                     << QStringList {u"жук"_s, u"дом"_s} << u"UTF-8"_s
+                                                     << bytes::header(chapter, 4, 2, {}, "utf-8") + bytes::placeholder()
                         + bytes::entry(zhuk, -1, "beetle", 0, {}) + bytes::entry(dom, -1, "house", 0, {});
-        QTest::newRow("german list, windows-1252 chapter")
-                << u"w.tsv"_s << QByteArray("Gr\xC3\xBCn\tgreen\nrot\tred\n")
-                << QStringList {u"Grün"_s, u"rot"_s} << u"Windows-1252"_s
-                << bytes::header(chapter, 4, 2) + bytes::placeholder() + bytes::entry("Gr\xFCn", -1, "green", 0, {})
-                        + bytes::entry("rot", -1, "red", 0, {});
+        QTest::newRow("german list, windows-1252 chapter") << u"w.tsv"_s << QByteArray("Gr\xC3\xBCn\tgreen\nrot\tred\n")
+                                                           << QStringList {u"Grün"_s, u"rot"_s} << u"Windows-1252"_s
+                                                           << bytes::header(chapter, 4, 2) + bytes::placeholder()
+                        + bytes::entry("Gr\xFCn", -1, "green", 0, {}) + bytes::entry("rot", -1, "red", 0, {});
         QTest::newRow("a later Cyrillic card makes an earlier one too long")
                 << u"w.tsv"_s << QByteArray("\xC3\xBC").repeated(60) + "\tx\n" + zhuk + "\tbeetle\n"
                 << QStringList()

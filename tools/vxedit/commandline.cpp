@@ -122,8 +122,8 @@ int Session::import(const QString &source, const QString &target, const QString 
 
     // The chapter is Windows-1252 until a text that it cannot hold makes it
     // UTF-8; from then on every card counts its bytes in UTF-8.
-    korva::Encoding encoding = chapterrules::CardEncoding(
-            chapterrules::CardEntry(title, {}, {}), korva::Encoding::Cp1252);
+    korva::Encoding encoding = chapterrules::CardEncoding(chapterrules::CardEntry(title, {}, {}),
+                                                          korva::Encoding::Cp1252);
     const QString titleProblem = chapterrules::CheckTitle(title, encoding);
     if (!titleProblem.isEmpty())
         return fail(source, titleProblem);
@@ -193,8 +193,9 @@ int Session::import(const QString &source, const QString &target, const QString 
         if (!problem.isEmpty())
             return refuse(row.line, problem);
         if (db.LastIndex() >= korva::kMaxEntries)
-            return refuse(row.line, u"more than %1 cards; a chapter holds %1 at most"_s.arg(
-                                            korva::kMaxEntries));
+            return refuse(row.line,
+                          u"more than %1 cards; a chapter holds %1 at most"_s.arg(
+                                  korva::kMaxEntries));
         db.AppendEntry(card);
         lines.push_back(row.line);
         return true;

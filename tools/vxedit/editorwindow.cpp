@@ -114,8 +114,8 @@ EditorWindow::EditorWindow(QWidget *parent)
     connect(m_model, &ChapterModel::titleChanged, this, [this](const QString &title) {
         if (m_title->text() != title)
             m_title->setText(title);
-        const QString problem = chapterrules::CheckTitle(title, m_document.SaveEncoding(),
-                                                         m_document.Reserved());
+        const QString problem =
+                chapterrules::CheckTitle(title, m_document.SaveEncoding(), m_document.Reserved());
         if (!problem.isEmpty())
             m_titleBytes->setText(
                     u"<span style='color:#c01010'>%1</span>"_s.arg(problem.toHtmlEscaped()));
@@ -381,8 +381,7 @@ void EditorWindow::ShowTypingFeedback(int row, int column, const QString &text)
         return;
     const korva::Entry card = WithText(m_document.Card(row), column, text);
     const korva::Encoding encoding = m_document.EncodingWith(row, card);
-    const qsizetype bytes =
-            chapterrules::CardRecordBytes(card.key, card.text, card.note, encoding);
+    const qsizetype bytes = chapterrules::CardRecordBytes(card.key, card.text, card.note, encoding);
     if (bytes < 0) {
         m_card->setText(u"<span style='color:#c01010'>Card %1: %2</span>"_s.arg(row + 1).arg(
                 chapterrules::CheckTexts(card).toHtmlEscaped()));
