@@ -1,7 +1,10 @@
-// Progress files on bytes and through the program's load and save.
+// Progress files of both layouts on bytes and through the program's load and
+// save.
 //
-// Properties: a file that reads is written back as the bytes that were read
-// (its count and cards; what follows the last card is not read), loading it
+// Properties: a file that reads is written back as cards that read the same;
+// when the deck is written in the layout it came in (always for Windows-1252,
+// and for UTF-8 when a text needs it) those are the bytes that were read (its
+// count and cards; what follows the last card is not read). Loading it
 // replaces the deck by its cards without a word, and saving that deck writes
 // those bytes again. A file that does not read gets one box and leaves the
 // deck as it was.
@@ -19,13 +22,28 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t *raw, size_t size)
     std::vector<Card> cards;
     QString error;
     qsizetype used = 0;
-    const bool read = ReadProgressImage(data, cards, &error, &used);
+    korva::Encoding layout = korva::Encoding::Cp1252;
+    const bool read = ReadProgressImage(data, cards, &error, &used, &layout);
     QByteArray written;
     if (read) {
         Deck deck;
         deck.cards() = cards;
-        fuzz::check(WriteProgressImage(deck, written, &error) && written == data.first(used),
-                    "written back as read");
+        fuzz::check(WriteProgressImage(deck, written, &error), "written");
+        std::vector<Card> back;
+        korva::Encoding backLayout = korva::Encoding::Cp1252;
+        fuzz::check(ReadProgressImage(written, back, &error, nullptr, &backLayout)
+                            && back.size() == cards.size(),
+                    "reads back");
+        for (size_t i = 0; i < back.size(); ++i) {
+            const Card &a = back[i], &b = cards[i];
+            fuzz::check(a.question == b.question && a.answer == b.answer && a.note == b.note
+                                && a.spare == b.spare && a.trouble == b.trouble
+                                && a.timesViewed == b.timesViewed && a.chapter == b.chapter,
+                        "the same cards");
+        }
+        fuzz::check(layout == korva::Encoding::Utf8 || backLayout == korva::Encoding::Cp1252,
+                    "Windows-1252 stays so");
+        fuzz::check(backLayout != layout || written == data.first(used), "written back as read");
     }
 
     static fuzz::RecordingPrompter prompter;

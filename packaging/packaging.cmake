@@ -68,7 +68,8 @@ add_custom_target(packaging_files ALL DEPENDS ${vocabrix_compressed})
 
 install(TARGETS vocabrix vxedit RUNTIME DESTINATION ${VOCABRIX_INSTALL_DIR})
 install(FILES ${CMAKE_BINARY_DIR}/ex1.zel ${CMAKE_BINARY_DIR}/ex2.zel ${CMAKE_BINARY_DIR}/ex3.zel
-              ${CMAKE_BINARY_DIR}/ex4.zel DESTINATION ${VOCABRIX_INSTALL_DIR})
+              ${CMAKE_BINARY_DIR}/ex4.zel ${CMAKE_BINARY_DIR}/ex5.zel
+        DESTINATION ${VOCABRIX_INSTALL_DIR})
 install(FILES ${PROJECT_SOURCE_DIR}/doc/index.html DESTINATION ${VOCABRIX_INSTALL_DIR}/doc)
 install(DIRECTORY ${PROJECT_SOURCE_DIR}/doc/screenshots DESTINATION ${VOCABRIX_INSTALL_DIR}/doc
         FILES_MATCHING PATTERN "*.png")

@@ -50,7 +50,7 @@ contents() {
     local missing=0 f
     for f in usr/lib/vocabrix/vocabrix usr/lib/vocabrix/vxedit \
              usr/lib/vocabrix/ex1.zel usr/lib/vocabrix/ex2.zel usr/lib/vocabrix/ex3.zel \
-             usr/lib/vocabrix/ex4.zel usr/lib/vocabrix/doc/index.html \
+             usr/lib/vocabrix/ex4.zel usr/lib/vocabrix/ex5.zel usr/lib/vocabrix/doc/index.html \
              usr/share/applications/vocabrix.desktop usr/share/applications/vxedit.desktop \
              usr/share/metainfo/org.example.vocabrix.metainfo.xml \
              usr/share/mime/packages/vocabrix.xml \

@@ -16,7 +16,8 @@ packages=(
     qt6-declarative-dev
     # a real X server for the end-to-end test, a way to drive it, and screenshots
     xvfb xauth xdotool x11-apps
-    # fonts, so text looks the same on every machine
+    # fonts, so text looks the same on every machine; DejaVu Sans also has the Cyrillic and
+    # Greek letters that the card falls back to (and that the tests draw)
     fonts-dejavu-core
     # `make mutate` (scripts/mutate.py)
     python3

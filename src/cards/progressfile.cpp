@@ -21,12 +21,22 @@ constexpr qint64 kMaxProgressFileSize = 64 * 1024 * 1024;
 
 } // namespace
 
-bool WriteProgressImage(const Deck &deck, QByteArray &out, QString *error)
+namespace {
+
+constexpr qint16 kUtf8Marker = -32768;
+const QString kUtf8Name = u"utf-8"_s;
+
+bool writeImage(const Deck &deck, korva::Encoding encoding, QByteArray &out, QString *error,
+                bool *cannotHold)
 {
     const int count = deck.UBound() - deck.LBound();
     QByteArray image;
-    image.reserve(2 + qsizetype(count + 1) * 96);
-    korva::ByteWriter w(image);
+    image.reserve(11 + qsizetype(count + 1) * 96);
+    korva::ByteWriter w(image, encoding);
+    if (encoding == korva::Encoding::Utf8) {
+        w.writeInt16(kUtf8Marker);
+        w.writeText(kUtf8Name);
+    }
     w.writeInt16(qint16(count));
     for (int i = deck.LBound(); i <= deck.UBound(); ++i) {
         const Card &c = deck[i];
@@ -35,6 +45,7 @@ bool WriteProgressImage(const Deck &deck, QByteArray &out, QString *error)
         w.writeInt16(c.trouble);
         w.writeInt16(c.timesViewed);
         if (!ok || !w.writeText(c.chapter)) {
+            *cannotHold = w.cannotHold();
             if (error)
                 *error = u"card %1 ('%2'): "_s.arg(i + 1).arg(c.question) + w.error();
             return false;
@@ -44,15 +55,32 @@ bool WriteProgressImage(const Deck &deck, QByteArray &out, QString *error)
     return true;
 }
 
+} // namespace
+
+bool WriteProgressImage(const Deck &deck, QByteArray &out, QString *error)
+{
+    bool cannotHold = false;
+    if (writeImage(deck, korva::Encoding::Cp1252, out, error, &cannotHold))
+        return true;
+    return cannotHold && writeImage(deck, korva::Encoding::Utf8, out, error, &cannotHold);
+}
+
 bool ReadProgressImage(QByteArrayView data, std::vector<Card> &cards, QString *error,
-                       qsizetype *used)
+                       qsizetype *used, korva::Encoding *encoding)
 {
     auto fail = [error](const QString &why) {
         if (error)
             *error = why;
         return false;
     };
-    korva::ByteReader r(data);
+    korva::Encoding layout = korva::Encoding::Cp1252;
+    qsizetype start = 0;
+    korva::ByteReader marker(data);
+    if (marker.readInt16() == kUtf8Marker && marker.readText() == kUtf8Name && marker.ok()) {
+        layout = korva::Encoding::Utf8;
+        start = marker.position();
+    }
+    korva::ByteReader r(data.sliced(start), layout);
     const qint16 count = r.readInt16();
     if (!r.ok())
         return fail(u"the file is empty"_s);
@@ -69,12 +97,16 @@ bool ReadProgressImage(QByteArrayView data, std::vector<Card> &cards, QString *e
         c.trouble = r.readInt16();
         c.timesViewed = r.readInt16();
         c.chapter = r.readText();
+        if (r.badText())
+            return fail(u"card %1 holds a text that is not UTF-8"_s.arg(i + 1));
         if (!r.ok())
             return fail(u"it ends inside card %1 of %2"_s.arg(i + 1).arg(count + 1));
     }
     // Whatever follows the last card is not read.
     if (used)
-        *used = r.position();
+        *used = start + r.position();
+    if (encoding)
+        *encoding = layout;
     cards = std::move(read);
     return true;
 }

@@ -29,7 +29,7 @@ public:
     ReportWriter &padded(QStringView s, qsizetype width)
     {
         m_out.append(s);
-        return blanks(width - s.size());
+        return blanks(width - TextColumns(s));
     }
     ReportWriter &blanks(qsizetype count)
     {
@@ -58,7 +58,47 @@ private:
     QString m_out;
 };
 
+bool isWide(char32_t c)
+{
+    static constexpr std::pair<char32_t, char32_t> kWide[] = {
+            {0x1100, 0x115F},   {0x2E80, 0x303E},   {0x3041, 0x33FF}, {0x3400, 0x4DBF},
+            {0x4E00, 0x9FFF},   {0xA000, 0xA4CF},   {0xAC00, 0xD7A3}, {0xF900, 0xFAFF},
+            {0xFE30, 0xFE4F},   {0xFF00, 0xFF60},   {0xFFE0, 0xFFE6}, {0x1F300, 0x1F64F},
+            {0x1F900, 0x1F9FF}, {0x20000, 0x3FFFD},
+    };
+    for (const auto &[from, to] : kWide) {
+        if (c >= from && c <= to)
+            return true;
+    }
+    return false;
+}
+
 } // namespace
+
+qsizetype TextColumns(QStringView text)
+{
+    qsizetype columns = 0;
+    for (qsizetype i = 0; i < text.size(); ++i) {
+        char32_t c = text[i].unicode();
+        if (c < 0x300) { // the common case, Latin
+            ++columns;
+            continue;
+        }
+        if (QChar::isHighSurrogate(c) && i + 1 < text.size() && text[i + 1].isLowSurrogate()) {
+            c = QChar::surrogateToUcs4(text[i], text[i + 1]);
+            ++i;
+        }
+        switch (QChar::category(c)) {
+        case QChar::Mark_NonSpacing:
+        case QChar::Mark_Enclosing:
+        case QChar::Other_Format:
+            break;
+        default:
+            columns += isWide(c) ? 2 : 1;
+        }
+    }
+    return columns;
+}
 
 QString StatisticsReport(const Deck &deck, const QDate &date)
 {
@@ -68,10 +108,11 @@ QString StatisticsReport(const Deck &deck, const QDate &date)
     const int first = deck.LBound() + 1, last = deck.UBound();
     qsizetype qw = 0, aw = 0, chapters = 0;
     for (int i = first; i <= last; ++i) {
-        if (qw < deck[i].question.size())
-            qw = deck[i].question.size() + 4;
-        if (aw < deck[i].answer.size())
-            aw = deck[i].answer.size() + 4;
+        const qsizetype q = TextColumns(deck[i].question), a = TextColumns(deck[i].answer);
+        if (qw < q)
+            qw = q + 4;
+        if (aw < a)
+            aw = a + 4;
         chapters += deck[i].chapter.size();
     }
     // Short columns still hold their headers.

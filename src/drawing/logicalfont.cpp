@@ -15,6 +15,7 @@ int LogicalFont::pixelHeight() const
 QFont LogicalFont::toQFont() const
 {
     QFont f(name);
+    f.setFamilies(QStringList {name} + FallbackFaces());
     f.setStyleHint(QFont::SansSerif);
     f.setPixelSize(qMax(1, pixelHeight()));
     f.setBold(bold);
@@ -40,6 +41,15 @@ LogicalFont LogicalFont::fromQFont(const QFont &font)
     s.underline = font.underline();
     s.strikethrough = font.strikeOut();
     return s;
+}
+
+const QStringList &FallbackFaces()
+{
+    static const QStringList faces {
+            u"DejaVu Sans"_s,      u"Noto Sans"_s,           u"Liberation Sans"_s,
+            u"Noto Sans CJK JP"_s, u"Droid Sans Fallback"_s,
+    };
+    return faces;
 }
 
 void InstallFontSubstitutes()

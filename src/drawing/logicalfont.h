@@ -2,6 +2,7 @@
 
 #include <QFont>
 #include <QString>
+#include <QStringList>
 
 // A font as the drawing code describes it: a face, a size in points and its
 // styles. Sizes become pixel heights through a logical resolution of 96 dots
@@ -21,6 +22,8 @@ struct LogicalFont
 
     // Pixel height of the em: size x 96 / 72, rounded to nearest.
     int pixelHeight() const;
+    // The face, followed by the faces that stand in for a character it lacks
+    // (see FallbackFaces), so a card in any script shows its letters.
     QFont toQFont() const;
     static LogicalFont fromQFont(const QFont &font);
 };
@@ -29,3 +32,9 @@ struct LogicalFont
 // face stands in (fontconfig's choice, else DejaVu Sans, which the install
 // script brings).
 void InstallFontSubstitutes();
+
+// Faces asked, in this order, for a character that a font's own face has no
+// glyph for, before the system's own choice: wide sans faces for Latin,
+// Greek and Cyrillic first (DejaVu Sans comes with the install script), then
+// faces for Chinese, Japanese and Korean.
+const QStringList &FallbackFaces();

@@ -99,7 +99,8 @@ bool ikorvalite::WriteTo(const QString &path)
     // the file, and the count, as they were.
     QByteArray image;
     QString error;
-    const bool fits = korva::serializeFile(m_header, m_entries, image, &error);
+    korva::Encoding encoding = korva::Encoding::Cp1252;
+    const bool fits = korva::serializeFile(m_header, m_entries, image, &error, &encoding);
 
     auto refuse = [&](const QString &why) {
         m_lastError = why;
@@ -129,6 +130,9 @@ bool ikorvalite::WriteTo(const QString &path)
     if (!korva::saveFile(path, image, &error, options))
         return refuse(error);
     m_header.count = LastIndex();
+    // Written as UTF-8, the file now carries the marker, and keeps it.
+    if (encoding == korva::Encoding::Utf8)
+        m_header.reserved = korva::kUtf8Marker;
     return true;
 }
 

@@ -10,6 +10,9 @@
 // Mount reads the whole file in one go; gets and sets work on the table; only
 // Save writes, and it rewrites the whole file atomically. Entry 0 is an empty
 // placeholder that always exists; real entries are 1 .. LastIndex().
+// Texts are decoded at Mount by the file's marker (see korvaformat.h), and
+// Save keeps a UTF-8 file UTF-8; a file without the marker is written in
+// Windows-1252 as long as that holds every text, else as UTF-8 with it.
 class ikorvalite
 {
 public:
@@ -59,6 +62,10 @@ public:
     // placeholder first.
     void Assign(const korva::Header &header, std::vector<korva::Entry> entries);
     const korva::Header &Header() const { return m_header; }
+    // The encoding the file is in (as read, or as last saved), and the one
+    // the next save writes.
+    korva::Encoding Encoding() const { return korva::encodingOf(m_header); }
+    korva::Encoding SaveEncoding() const { return korva::saveEncoding(m_header, m_entries); }
     const std::vector<korva::Entry> &Entries() const { return m_entries; }
 
     static QString Version();

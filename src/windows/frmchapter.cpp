@@ -38,6 +38,8 @@
 #include <QTreeWidget>
 #include <QVBoxLayout>
 
+#include <algorithm>
+
 using namespace Qt::Literals::StringLiterals;
 
 namespace {
@@ -50,15 +52,28 @@ bool masterMounted()
 }
 
 // A chapter's path is remembered in one record of the settings file; one
-// that would not fit there could never be saved.
+// that would not fit there could never be saved. A path that Windows-1252
+// cannot hold turns the whole file into UTF-8, so every record is checked
+// as it would then be written.
 bool pathFitsSettings(const QString &path, int position)
 {
     korva::Entry e;
     e.key = settings::FileListName(position);
     e.isText = korva::kTrue;
     e.text = path;
-    const qsizetype size = korva::entryRecordSize(e);
-    return size >= 0 && size <= korva::kRecordLength;
+    if (!masterMounted()) {
+        const qsizetype size = korva::entryRecordSize(e, korva::Encoding::Utf8);
+        return size >= 0 && size <= korva::kRecordLength;
+    }
+    std::vector<korva::Entry> entries = g_MasterDb->Entries();
+    auto same = std::find_if(entries.begin(), entries.end(),
+                             [&e](const korva::Entry &x) { return x.key == e.key; });
+    if (same != entries.end())
+        *same = e;
+    else
+        entries.push_back(e);
+    QByteArray image;
+    return korva::serializeFile(g_MasterDb->Header(), entries, image, nullptr);
 }
 
 } // namespace
@@ -345,9 +360,8 @@ void frmChapter::AddChapterFile(const QString &given)
     if (!pathFitsSettings(path, LV1->topLevelItemCount() + 1)) {
         MsgBox(u"Chapter Not Added"_s,
                u"The chapter '"_s + path
-                       + u"' can't be remembered: its path is too long, or has characters the "
-                         "settings "
-                         "file cannot store. Move it to a folder with a shorter, plain name and add it again."_s,
+                       + u"' can't be remembered: its path is too long for the settings file. "
+                         "Move it to a folder with a shorter name and add it again."_s,
                MsgIcon::Exclamation, MsgButtons::OK);
         return;
     }

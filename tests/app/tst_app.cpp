@@ -636,6 +636,42 @@ private Q_SLOTS:
         QCOMPARE(db.GetText(u"flist_name_4"_s).value, programDir() + u"/ex4.zel"_s); // left behind
     }
 
+    // A chapter in another script, from a folder that Windows-1252 cannot
+    // name: listed by its title, remembered (the settings file turns UTF-8),
+    // studied, and kept as the last session.
+    void chapterInAnyScriptFromAnyFolder()
+    {
+        startProgram();
+        g_Extras.SetBool(u"study.keep_session"_s, true);
+        frmChapter *chapters = modMain::ChapterWindow();
+        const QString russian = m_env->path(u"Словари/русский.zel"_s);
+        QVERIFY(QDir().mkpath(m_env->path(u"Словари"_s)));
+        QVERIFY(QFile::copy(QCoreApplication::applicationDirPath() + u"/ex5.zel"_s, russian));
+        m_env->prompter.fileAnswers = {russian};
+        chapters->ToolbarCommand(u"sall"_s);
+        QVERIFY(m_env->prompter.boxes.empty());
+        QCOMPARE(chapters->LV1->topLevelItem(4)->text(0), u"Russian 1: Greetings and First Words"_s);
+        QVERIFY(SaveScreenshot(chapters->grab().toImage(), u"chapter-window-russian.png"_s));
+
+        study({4});
+        ikorvalite db;
+        QVERIFY(db.Mount(master(), false));
+        QCOMPARE(db.Encoding(), korva::Encoding::Utf8);
+        QCOMPARE(db.GetText(u"flist_name_5"_s).value, russian);
+        QCOMPARE(db.GetText(u"flist_name_1"_s).value, programDir() + u"/ex1.zel"_s);
+        QCOMPARE(g_Deck.UBound(), 38);
+        QCOMPARE(modrender::Metrics()->MainText(), u"Здравствуйте"_s);
+        QVERIFY(SaveScreenshot(frmMain::Existing()->grab().toImage(), u"study-russian.png"_s));
+
+        frmMain::Existing()->HandleKey(88, 0); // X
+        FlushDeletes();
+        const QByteArray kept = ReadFileBytes(m_env->home() + u"/Documents/Vocabrix/lastsession.vxs"_s);
+        QCOMPARE(kept.left(9), bytes::i16(-32768) + bytes::text("utf-8"));
+        std::vector<Card> cards;
+        QVERIFY(ReadProgressImage(kept, cards, nullptr));
+        QCOMPARE(cards[0].question, u"Здравствуйте"_s);
+    }
+
     // Every command of the chapter window by keyboard: Tab goes through it in
     // reading order, each toolbar button has a key that its tooltip names.
     void chapterWindowByKeyboard()

@@ -6,6 +6,9 @@
 #include "testsupport.h"
 
 #include <QLocale>
+#include <QtEndian>
+
+#include <optional>
 
 #include <random>
 
@@ -30,6 +33,32 @@ QStringList questions()
     for (const Card &c : g_Deck.cards())
         out << c.question;
     return out;
+}
+
+// A reader of progress files that knows only the Windows-1252 layout, as its
+// rules read: a signed 16-bit count, then count + 1 records of 8-bit texts.
+// Returns the questions, or nothing when it refuses the file.
+std::optional<QStringList> classicProgressReader(const QByteArray &file)
+{
+    qsizetype at = 0;
+    auto take = [&](qsizetype n) {
+        const QByteArray field = at + n <= file.size() ? file.mid(at, n) : QByteArray();
+        at += n;
+        return field;
+    };
+    auto number = [&] { return qFromLittleEndian<qint16>(take(2).leftJustified(2, '\0').constData()); };
+    auto text = [&] { return QString::fromLatin1(take(quint16(number()))); };
+    const qint16 count = number();
+    if (count < 0)
+        return std::nullopt;
+    QStringList questions;
+    for (int i = 0; i <= count; ++i) {
+        questions << text();
+        text(), text(), text(), number(), number(), text();
+    }
+    if (at > file.size())
+        return std::nullopt;
+    return questions;
 }
 
 void fillDeck(int cards)
@@ -500,21 +529,65 @@ private Q_SLOTS:
         SaveProgress(); // cancelled: nothing but the first line
         QCOMPARE(env.logLines(), QStringList(u"Writing progress to disk/n"_s));
 
-        g_Deck[1].chapter = u"Глава"_s; // a chapter name the file cannot hold
         const QString target = env.path(u"keep.vxs"_s);
         WriteFileBytes(target, "old progress");
-        env.prompter.fileAnswers = {target};
-        SaveProgress();
-        QCOMPARE(env.prompter.boxTitles(), QStringList(u"Progress Not Saved"_s));
-        QVERIFY(env.prompter.boxes[0].text.contains(u"'Г' (U+0413)"_s));
-        QCOMPARE(ReadFileBytes(target), QByteArray("old progress"));
-
         g_Deck[1].chapter = QString(70000, u'x'); // longer than a text field
         env.prompter.fileAnswers = {target};
         SaveProgress();
-        QCOMPARE(env.prompter.boxes.size(), size_t(2));
-        QVERIFY(env.prompter.boxes[1].text.contains(u"65,535"_s));
+        QCOMPARE(env.prompter.boxTitles(), QStringList(u"Progress Not Saved"_s));
+        QVERIFY(env.prompter.boxes[0].text.contains(u"65,535"_s));
         QCOMPARE(ReadFileBytes(target), QByteArray("old progress"));
+    }
+
+    // A deck that Windows-1252 holds is written as always; any other in UTF-8
+    // behind a marker that a reader of the old layout refuses.
+    void progressInBothLayouts_data()
+    {
+        QTest::addColumn<QString>("question");
+        QTest::addColumn<QString>("chapter");
+        QTest::addColumn<QByteArray>("file");
+        const QByteArray emptySlot = bytes::text({}).repeated(4) + bytes::i16(0) + bytes::i16(0) + bytes::text({});
+        auto card = [](const QByteArray &question, const QByteArray &chapter) {
+            return bytes::text(question) + bytes::text("a") + bytes::text({}) + bytes::text({}) + bytes::i16(-1)
+                    + bytes::i16(2) + bytes::text(chapter);
+        };
+        QTest::newRow("windows-1252") << u"Tür"_s << u"Haus €"_s
+                                      << bytes::i16(1) + card("T\xFCr", "Haus \x80") + emptySlot;
+        QTest::newRow("utf-8 for a Cyrillic question") << u"жук"_s << u"Tür"_s
+                                                       << bytes::i16(-32768) + bytes::text("utf-8") + bytes::i16(1)
+                        + card("\xD0\xB6\xD1\x83\xD0\xBA", "T\xC3\xBCr") + emptySlot;
+        QTest::newRow("utf-8 for a Greek chapter name") << u"a"_s << u"Λέξεις"_s
+                                                        << bytes::i16(-32768) + bytes::text("utf-8") + bytes::i16(1)
+                        + card("a", "\xCE\x9B\xCE\xAD\xCE\xBE\xCE\xB5\xCE\xB9\xCF\x82") + emptySlot;
+    }
+    void progressInBothLayouts()
+    {
+        QFETCH(QString, question);
+        QFETCH(QString, chapter);
+        QFETCH(QByteArray, file);
+        Deck deck;
+        deck.Resize(1);
+        deck[0] = {question, u"a"_s, {}, {}, kCardTrue, 2, chapter};
+        QByteArray written;
+        QString error;
+        QVERIFY2(WriteProgressImage(deck, written, &error), qPrintable(error));
+        QCOMPARE(written, file);
+
+        std::vector<Card> read;
+        korva::Encoding layout = korva::Encoding::Cp1252;
+        qsizetype used = 0;
+        QVERIFY(ReadProgressImage(file + "more", read, &error, &used, &layout));
+        QCOMPARE(used, file.size());
+        QCOMPARE(read.size(), size_t(2));
+        QCOMPARE(read[0].question, question);
+        QCOMPARE(read[0].chapter, chapter);
+        QCOMPARE(read[0].timesViewed, qint16(2));
+        const bool utf8 = layout == korva::Encoding::Utf8;
+        QCOMPARE(utf8, QTest::currentDataTag() != QByteArray("windows-1252"));
+        const std::optional<QStringList> classic = classicProgressReader(file);
+        QCOMPARE(classic.has_value(), !utf8);
+        if (classic)
+            QCOMPARE(*classic, QStringList({question, QString()}));
     }
 
     void loadProgressRefusals_data()
@@ -614,6 +687,36 @@ private Q_SLOTS:
         const QStringList lines = StatisticsReport(deck, QDate(2026, 1, 2)).split(u'\n');
         QCOMPARE(lines[5], u" == QUESTION ==  == ANSWER ==  == TROUBLE? ==  == TIMES VIEWED ==  == CHAPTER == "_s);
         QCOMPARE(lines[6], u"ja              yes                  NO                 1          K"_s);
+    }
+
+    void textColumns_data()
+    {
+        QTest::addColumn<QString>("text");
+        QTest::addColumn<int>("columns");
+        QTest::newRow("latin") << u"Grün"_s << 4;
+        QTest::newRow("cyrillic") << u"Жук"_s << 3;
+        QTest::newRow("combining accent") << u"е\u0301сли"_s << 4;
+        QTest::newRow("wide japanese") << u"日本語"_s << 6;
+        QTest::newRow("beyond 16 bits") << u"a😀"_s << 3;
+    }
+    void textColumns()
+    {
+        QFETCH(QString, text);
+        QFETCH(int, columns);
+        QCOMPARE(TextColumns(text), qsizetype(columns));
+    }
+
+    // Columns stay aligned whatever the script: each row's question is padded
+    // to the same columns.
+    void statisticsAlignedInAnyScript()
+    {
+        Deck deck;
+        deck.Resize(3);
+        deck[1] = {u"日本語の言葉"_s, u"Japanese word"_s, {}, {}, kCardFalse, 0, u"J"_s}; // 12 -> 16
+        deck[2] = {u"Жук"_s, u"beetle"_s, {}, {}, kCardFalse, 0, u"R"_s};
+        const QStringList lines = StatisticsReport(deck, QDate(2026, 1, 2)).split(u'\n');
+        QCOMPARE(lines[6], u"日本語の言葉    Japanese word           NO                 0          J"_s);
+        QCOMPARE(lines[7], u"Жук             beetle                  NO                 0          R"_s);
     }
 
     void statisticsWrittenAndOpened()

@@ -10,9 +10,12 @@
 #include "settings/r_data.h"
 #include "testsupport.h"
 
+#include <QGlyphRun>
 #include <QGuiApplication>
 #include <QPalette>
+#include <QRawFont>
 #include <QRegularExpression>
+#include <QTextLayout>
 #include <QtMath>
 
 using namespace Qt::Literals::StringLiterals;
@@ -258,6 +261,39 @@ private Q_SLOTS:
         QCOMPARE(env.logLines(), QStringList({u"renderer going down/n"_s, u" .. renderer released ok/n"_s}));
         QVERIFY(!card.renderer.Surface());
         card.renderer.Present(); // a late tick does nothing
+    }
+
+    // The card's face shows every letter of any of these scripts: a glyph of
+    // its own face or of one that stands in, never the empty box (glyph 0),
+    // and the text centred as measured.
+    void cardTextInAnyScript_data()
+    {
+        QTest::addColumn<QString>("text");
+        QTest::newRow("russian") << u"Здравствуйте"_s;
+        QTest::newRow("greek") << u"Καλημέρα"_s;
+        QTest::newRow("mixed") << u"Grüße, Привет, Γειά"_s;
+    }
+    void cardTextInAnyScript()
+    {
+        QFETCH(QString, text);
+        LogicalFont font;
+        font.bold = true;
+        font.size = 17;
+        QTextLayout layout(text, font.toQFont());
+        layout.beginLayout();
+        layout.createLine();
+        layout.endLayout();
+        for (const QGlyphRun &run : layout.glyphRuns())
+            QVERIFY2(!run.glyphIndexes().contains(0), qPrintable(run.rawFont().familyName()));
+
+        CardWindow card(640, 480, 60);
+        card.metrics.SetMainText(text);
+        card.renderer.Draw(true);
+        const QRect drawn = boxOf(card.picture(), [](QRgb p) { return p == qRgb(255, 255, 255); });
+        QVERIFY(drawn.width() > 40);
+        QVERIFY2(qAbs(drawn.center().x() - 320) <= 4, qPrintable(u"%1"_s.arg(drawn.center().x())));
+        if (QTest::currentDataTag() == QByteArray("russian"))
+            QVERIFY(SaveScreenshot(card.picture(), u"card-russian.png"_s));
     }
 
     void cardFace_data()

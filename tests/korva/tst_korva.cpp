@@ -252,6 +252,10 @@ private Q_SLOTS:
         QTest::newRow("count claims more than the file can be")
                 << bytes::header("d", 4, 32767) + QByteArray(4096, '\0');
         QTest::newRow("binary noise") << QByteArray(300, '\xEE');
+        QTest::newRow("marked utf-8, an entry that is not")
+                << bytes::header("d", 4, 1, {}, "utf-8") + bytes::placeholder() + bytes::entry("\xFC", -1, "b", 0, {});
+        QTest::newRow("marked utf-8, a title that is not")
+                << bytes::header("d", 4, 0, "\xC3", "utf-8") + bytes::placeholder();
     }
     void damagedFilesRefused()
     {
@@ -353,14 +357,154 @@ private Q_SLOTS:
         }
     }
 
-    void unstorableCharacterRefusedAtSave()
+    // The header's reserved text "utf-8", exactly, makes every text of the
+    // file UTF-8; any other file is Windows-1252. Either comes back byte for byte.
+    void encodingByMarker_data()
     {
+        QTest::addColumn<QByteArray>("file");
+        QTest::addColumn<QString>("title");
+        QTest::addColumn<QString>("key");
+        QTest::addColumn<QString>("note");
+        QTest::addColumn<bool>("utf8");
+        const QByteArray d = "d";
+        QTest::newRow("windows-1252") << bytes::header(d, 4, 1, "Kapitel \xFC") + bytes::placeholder()
+                        + bytes::entry("Gr\xFCn", -1, "green", 0, "\x80 5")
+                                      << u"Kapitel ü"_s << u"Grün"_s << u"€ 5"_s << false;
+        QTest::newRow("utf-8 by its marker")
+                << bytes::header(d, 4, 1, "\xD0\x93\xD0\xBB\xD0\xB0\xD0\xB2\xD0\xB0", "utf-8") + bytes::placeholder()
+                        + bytes::entry("\xD0\xB6\xD1\x83\xD0\xBA", -1, "beetle", 0, "Gr\xC3\xBCn \xE2\x82\xAC")
+                << u"Глава"_s << u"жук"_s << u"Grün €"_s << true;
+        QTest::newRow("UTF-8 in capitals is no marker") << bytes::header(d, 4, 1, "\xD0\x96", "UTF-8")
+                        + bytes::placeholder() + bytes::entry("\xD0\x96", -1, "x", 0, {})
+                                                        << u"Ð–"_s << u"Ð–"_s << QString() << false;
+        QTest::newRow("utf-8 of plain letters")
+                << bytes::header(d, 4, 1, "T", "utf-8") + bytes::placeholder() + bytes::entry("a", -1, "b", 0, {})
+                << u"T"_s << u"a"_s << QString() << true;
+        QTest::newRow("a byte-order mark is part of its text") << bytes::header(d, 4, 1, {}, "utf-8")
+                        + bytes::placeholder() + bytes::entry("\xEF\xBB\xBFx", -1, "b", 0, {})
+                                                               << QString() << u"\uFEFFx"_s << QString() << true;
+    }
+    void encodingByMarker()
+    {
+        QFETCH(QByteArray, file);
+        QFETCH(QString, title);
+        QFETCH(QString, key);
+        QFETCH(QString, note);
+        QFETCH(bool, utf8);
+        WriteFileBytes(path(u"e.zel"_s), file);
         ikorvalite db;
-        QVERIFY(db.Mount(path(u"cp.zel"_s), false));
-        db.SetValue(u"word"_s, u"Жук"_s, 0, QString());
-        QVERIFY(!db.Save());
-        QCOMPARE(QFileInfo(path(u"cp.zel"_s)).size(), 0);
-        QVERIFY(db.LastError().contains(u"'Ж' (U+0416)"_s));
+        QVERIFY2(db.Mount(path(u"e.zel"_s), false), qPrintable(db.LastError()));
+        QCOMPARE(db.Title(), title);
+        QCOMPARE(db.GetEntry(1).key, key);
+        QCOMPARE(db.GetEntry(1).note, note);
+        QCOMPARE(db.Encoding() == korva::Encoding::Utf8, utf8);
+        QVERIFY(db.Save());
+        QCOMPARE(ReadFileBytes(path(u"e.zel"_s)), file);
+    }
+
+    // A text that Windows-1252 cannot hold turns the whole file into UTF-8,
+    // with the marker in place of the reserved text; it stays UTF-8 after.
+    void textOutsideWindows1252TurnsTheFileUtf8()
+    {
+        WriteFileBytes(path(u"t.zel"_s),
+                       bytes::header("d", 4, 1, "T\xFC", "res") + bytes::placeholder()
+                               + bytes::entry("Gr\xFCn", -1, "green", 0, {}));
+        ikorvalite db;
+        QVERIFY(db.Mount(path(u"t.zel"_s), false));
+        db.SetValue(u"word"_s, u"жук"_s, 0, u"Käfer"_s);
+        QVERIFY(db.Save());
+        const QByteArray turned = bytes::header("d", 4, 2, "T\xC3\xBC", "utf-8") + bytes::placeholder()
+                + bytes::entry("Gr\xC3\xBCn", -1, "green", 0, {});
+        QCOMPARE(ReadFileBytes(path(u"t.zel"_s)),
+                 turned
+                         + bytes::entry("word", -1, "\xD0\xB6\xD1\x83\xD0\xBA", 0,
+                                        "K\xC3\xA4"
+                                        "fer"));
+        db.SetValue(u"word"_s, u"beetle"_s, 0, u"Käfer"_s);
+        QVERIFY(db.Save());
+        QCOMPARE(ReadFileBytes(path(u"t.zel"_s)),
+                 turned
+                         + bytes::entry("word", -1, "beetle", 0,
+                                        "K\xC3\xA4"
+                                        "fer"));
+        QVERIFY(m_warnings.empty());
+    }
+
+    // Limits are bytes in the file's encoding: a record of key "k", a text and
+    // an empty note takes 13 + its bytes; a header of description "d", a title
+    // and the marker 18 + the title's bytes.
+    void byteLimitsInBothEncodings_data()
+    {
+        QTest::addColumn<bool>("marked");
+        QTest::addColumn<QString>("title");
+        QTest::addColumn<QString>("text");
+        QTest::addColumn<QByteArray>("stored"); // empty: refused
+        const QString zhe = u"Ж"_s;
+        QTest::newRow("1252: 115 umlauts fit") << false << QString() << QString(115, u'ü') << QByteArray(115, '\xFC');
+        QTest::newRow("utf-8: 57 Cyrillic letters and a byte fit")
+                << true << QString() << zhe.repeated(57) + u'x' << QByteArray("\xD0\x96").repeated(57) + 'x';
+        QTest::newRow("utf-8: 58 Cyrillic letters are a byte too many")
+                << true << QString() << zhe.repeated(58) << QByteArray();
+        QTest::newRow("utf-8: an umlaut takes two bytes") << true << QString() << QString(58, u'ü') << QByteArray();
+        QTest::newRow("1252 turned utf-8 by a Cyrillic letter")
+                << false << QString() << QString(57, u'ü') + zhe << QByteArray();
+        QTest::newRow("utf-8: a title of 110 bytes beside the marker")
+                << true << zhe.repeated(55) << u"x"_s << QByteArray("x");
+        QTest::newRow("utf-8: a title of 111 bytes") << true << zhe.repeated(55) + u'x' << u"x"_s << QByteArray();
+    }
+    void byteLimitsInBothEncodings()
+    {
+        QFETCH(bool, marked);
+        QFETCH(QString, title);
+        QFETCH(QString, text);
+        QFETCH(QByteArray, stored);
+        korva::Header h;
+        h.description = u"d"_s;
+        h.title = title;
+        h.reserved = marked ? u"utf-8"_s : QString();
+        ikorvalite db;
+        db.Assign(h, {korva::Entry(), korva::Entry {u"k"_s, -1, text, 0, {}}});
+        const QString p = path(u"limits.zel"_s);
+        WriteFileBytes(p, "before");
+        QCOMPARE(db.SaveAs(p), !stored.isEmpty());
+        if (stored.isEmpty()) {
+            QCOMPARE(ReadFileBytes(p), QByteArray("before"));
+            QCOMPARE(m_warnings.size(), size_t(1));
+            QVERIFY2(m_warnings[0].second.contains(u"more than the 128 bytes of a record (its texts in UTF-8)"_s),
+                     qPrintable(m_warnings[0].second));
+            return;
+        }
+        const QByteArray file = ReadFileBytes(p);
+        QCOMPARE(file.size(), 3 * 128);
+        QCOMPARE(file.mid(2 * 128), bytes::entry("k", -1, stored, 0, {}));
+    }
+
+    void utf8TextFields_data()
+    {
+        QTest::addColumn<QString>("text");
+        QTest::addColumn<qsizetype>("size"); // -1: refused
+        QTest::newRow("65,535 bytes") << u"Ж"_s.repeated(32767) + u'x' << qsizetype(65535);
+        QTest::newRow("65,536 bytes") << u"Ж"_s.repeated(32768) << qsizetype(-1);
+        QTest::newRow("a character beyond 16 bits") << u"😀"_s << qsizetype(4);
+        QTest::newRow("half of a character") << u"a\xD800"_s << qsizetype(-1);
+    }
+    void utf8TextFields()
+    {
+        QFETCH(QString, text);
+        QFETCH(qsizetype, size);
+        QByteArray out;
+        korva::ByteWriter w(out, korva::Encoding::Utf8);
+        QCOMPARE(w.writeText(text), size >= 0);
+        QCOMPARE(korva::textFieldSize(text, korva::Encoding::Utf8), size < 0 ? -1 : 2 + size);
+        if (size < 0) {
+            QVERIFY(out.isEmpty());
+            QCOMPARE(w.cannotHold(), text.contains(QChar(0xD800))); // not for length
+            return;
+        }
+        QCOMPARE(out.size(), 2 + size);
+        korva::ByteReader r(out, korva::Encoding::Utf8);
+        QCOMPARE(r.readText(), text);
+        QVERIFY(r.ok());
     }
 
     void readOnlyQuestion_data()

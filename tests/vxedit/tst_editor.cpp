@@ -260,24 +260,79 @@ private Q_SLOTS:
         }
     }
 
-    void codePageRefusedAsTypedAndAtSave()
+    // Any script can be typed; the limits count UTF-8 bytes once the chapter
+    // is UTF-8, and the status bar says which encoding a save writes.
+    void anyScriptTypedAndSaved()
     {
         ChapterModel &model = open({u"eins"_s, u"zwei"_s});
-        m_window->ShowTypingFeedback(0, ChapterModel::Answer, u"Борщ"_s);
-        QVERIFY(m_window->LimitText().contains(u"'Б' (U+0411) can't be stored in a chapter file"_s));
-        m_window->ShowTypingFeedback(0, ChapterModel::Answer, QString(112, u'x')); // with "eins" and "n1": 118
-        QVERIFY(m_window->LimitText().contains(u"Card 1: 2 bytes too long"_s));
+        QCOMPARE(m_window->EncodingNote()->text(), u"Saved as Windows-1252"_s);
+        const QString zhe = u"Ж"_s;
+        // "eins" (4), the answer, "n1" (2) and 12 bytes of lengths, flag and number.
+        for (const auto &[answer, shown] :
+             {std::pair {QString(112, u'x'), u"Card 1: 2 bytes too long</span>"_s},
+              std::pair {u"Борщ"_s, u"Card 1: 102 bytes left (UTF-8)"_s},
+              std::pair {zhe.repeated(55), u"Card 1: 0 bytes left (UTF-8)"_s},
+              std::pair {zhe.repeated(55) + u'x', u"Card 1: 1 bytes too long (UTF-8)"_s}}) {
+            m_window->ShowTypingFeedback(0, ChapterModel::Answer, answer);
+            QVERIFY2(m_window->LimitText().contains(shown), qPrintable(m_window->LimitText()));
+        }
 
         model.setData(model.index(0, ChapterModel::Note), u"siehe → dort"_s, Qt::EditRole);
-        QVERIFY(model.index(0, ChapterModel::Question).data(Qt::DecorationRole).isValid()); // marked
-        const QByteArray before = ReadFileBytes(path(u"open.zel"_s));
-        QVERIFY(!m_window->Save());
-        QCOMPARE(m_env->prompter.seen(),
-                 QStringList(Box(u"Chapter Not Saved"_s,
-                                 u"Card 1 can't be saved: the note holds '→' (U+2192), which a chapter file cannot "
-                                 "store. Nothing was written."_s,
-                                 MsgIcon::Exclamation)));
-        QCOMPARE(ReadFileBytes(path(u"open.zel"_s)), before);
+        QCOMPARE(model.ProblemCount(), 0);
+        QCOMPARE(m_window->EncodingNote()->text(), u"Saved as UTF-8"_s);
+        QVERIFY(m_window->Save());
+        const QByteArray utf8 = bytes::header(kChapter, 4, 2, "Titel", "utf-8") + bytes::placeholder();
+        QCOMPARE(ReadFileBytes(path(u"open.zel"_s)),
+                 utf8 + bytes::entry("eins", -1, "a1", 0, "siehe \xE2\x86\x92 dort")
+                         + bytes::entry("zwei", -1, "a2", 0, "n2"));
+        // Saved as UTF-8, it stays so.
+        model.setData(model.index(0, ChapterModel::Note), u"n1"_s, Qt::EditRole);
+        QCOMPARE(m_window->EncodingNote()->text(), u"Saved as UTF-8"_s);
+        QVERIFY(m_window->Save());
+        QCOMPARE(ReadFileBytes(path(u"open.zel"_s)),
+                 utf8 + bytes::entry("eins", -1, "a1", 0, "n1") + bytes::entry("zwei", -1, "a2", 0, "n2"));
+    }
+
+    void russianChapterShown()
+    {
+        QVERIFY(m_window->OpenFile(QCoreApplication::applicationDirPath() + u"/ex5.zel"_s));
+        QVERIFY(m_window->Model()->rowCount() >= 30);
+        QCOMPARE(m_window->Model()->ProblemCount(), 0);
+        QCOMPARE(m_window->EncodingNote()->text(), u"Saved as UTF-8"_s);
+        m_window->Table()->setCurrentIndex(m_window->Model()->index(19, 0));
+        QCOMPARE(m_window->Model()->Text(19, ChapterModel::Question), u"Вы говорите по-английски?"_s);
+        // "Вы говорите по-английски?" 46 bytes, the answer 21, the note 24.
+        QCOMPARE(m_window->LimitText(), u"Card 20: 25 bytes left (UTF-8)"_s);
+        QVERIFY(HasColour(m_window->Preview()->Front(), qRgb(255, 255, 255))); // the question drawn
+        m_window->show();
+        QVERIFY(SaveScreenshot(m_window->grab().toImage(), u"editor-russian.png"_s));
+    }
+
+    // The preview checks cards as the chapter they go into will be written.
+    void importPreviewInTheChapterEncoding_data()
+    {
+        QTest::addColumn<QByteArray>("content");
+        QTest::addColumn<bool>("utf8Chapter");
+        QTest::addColumn<QString>("summary");
+        QTest::newRow("russian cards turn the chapter utf-8")
+                << QByteArray("\xD0\xB6\xD1\x83\xD0\xBA,beetle\nHaus,house\n") << false
+                << u"2 cards will be added. The chapter will be saved in UTF-8"_s;
+        QTest::newRow("german cards stay windows-1252")
+                << QByteArray("Haus,house\nMaus,mouse\n") << false << u"2 cards will be added."_s;
+        QTest::newRow("umlauts too long once utf-8") << QByteArray("\xC3\xBC").repeated(60) + ",x\n"
+                                                     << true << u"1 of them can't be stored"_s;
+        QTest::newRow("the same umlauts fit windows-1252") << QByteArray("\xC3\xBC").repeated(60) + ",x\n"
+                                                           << false << u"1 cards will be added."_s;
+    }
+    void importPreviewInTheChapterEncoding()
+    {
+        QFETCH(QByteArray, content);
+        QFETCH(bool, utf8Chapter);
+        QFETCH(QString, summary);
+        ImportDialog dialog(content, u"list.csv"_s);
+        dialog.SetChapterEncoding(utf8Chapter ? korva::Encoding::Utf8 : korva::Encoding::Cp1252);
+        QVERIFY2(dialog.summary->text().contains(summary), qPrintable(dialog.summary->text()));
+        QCOMPARE(dialog.summary->text().contains(u"UTF-8"_s), summary.contains(u"UTF-8"_s));
     }
 
     void unchangedFilesKeepTheirBytes_data()
@@ -289,6 +344,8 @@ private Q_SLOTS:
                         + bytes::entry({}, 0, {}, 99, "note of the placeholder")
                         + bytes::entry("zahl", -1, "number", -5, "a text entry with a number")
                         + bytes::entry("a", -1, "b", 0, {}) + bytes::entry("c", 1, "d", 0, "flag 1");
+        QTest::newRow("the russian example, utf-8")
+                << ReadFileBytes(QCoreApplication::applicationDirPath() + u"/ex5.zel"_s);
     }
     void unchangedFilesKeepTheirBytes()
     {
@@ -526,7 +583,8 @@ private Q_SLOTS:
     void importIntoTheChapter()
     {
         ChapterModel &model = open({u"eins"_s, u"zwei"_s});
-        WriteFileBytes(path(u"more.csv"_s), "Question,Answer,Note\ndrei,three,\nvier,\"four, 4\",\nfünf,Жук,\n");
+        WriteFileBytes(path(u"more.csv"_s),
+                       "Question,Answer,Note\ndrei,three,\nvier,\"four, 4\",\nfünf," + QByteArray(120, 'x') + ",\n");
         m_env->prompter.onModal = [](QObject *) { return int(QDialog::Accepted); }; // names line detected
         QVERIFY(m_window->ImportFile(path(u"more.csv"_s)));
         QCOMPARE(questions(model), QStringList({u"eins"_s, u"zwei"_s, u"drei"_s, u"vier"_s, u"fünf"_s}));

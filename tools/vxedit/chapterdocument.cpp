@@ -16,6 +16,7 @@ void ChapterDocument::New()
     m_cards.clear();
     m_path.clear();
     m_readOnly = false;
+    m_wideCards = -1;
     m_languages = m_savedLanguages = ChapterLanguages();
     m_languagesProblem.clear();
 }
@@ -47,6 +48,7 @@ ChapterDocument::OpenResult ChapterDocument::Open(const QString &path, bool allo
     m_cards.assign(db.Entries().begin() + 1, db.Entries().end());
     m_path = path;
     m_readOnly = !chapter;
+    m_wideCards = -1;
     m_languagesProblem.clear();
     if (!chapterlanguages::Read(path, m_languages, &m_languagesProblem))
         m_languages = ChapterLanguages();
@@ -54,15 +56,46 @@ ChapterDocument::OpenResult ChapterDocument::Open(const QString &path, bool allo
     return OpenResult::Opened;
 }
 
+bool ChapterDocument::HeaderNeedsUtf8() const
+{
+    return korva::encodingOf(m_header) == korva::Encoding::Utf8
+            || !chapterrules::HoldsCp1252(m_placeholder)
+            || korva::headerRecordSize(m_header, korva::Encoding::Cp1252) < 0;
+}
+
+int ChapterDocument::WideCards() const
+{
+    if (m_wideCards < 0) {
+        m_wideCards = 0;
+        for (const korva::Entry &card : m_cards)
+            m_wideCards += chapterrules::HoldsCp1252(card) ? 0 : 1;
+    }
+    return m_wideCards;
+}
+
+korva::Encoding ChapterDocument::SaveEncoding() const
+{
+    return HeaderNeedsUtf8() || WideCards() > 0 ? korva::Encoding::Utf8 : korva::Encoding::Cp1252;
+}
+
+korva::Encoding ChapterDocument::EncodingWith(int row, const korva::Entry &card) const
+{
+    const int others = WideCards() - (chapterrules::HoldsCp1252(Card(row)) ? 0 : 1);
+    return HeaderNeedsUtf8() || others > 0 || !chapterrules::HoldsCp1252(card)
+            ? korva::Encoding::Utf8
+            : korva::Encoding::Cp1252;
+}
+
 QString ChapterDocument::CardProblem(int row) const
 {
     const korva::Entry &e = m_cards[size_t(row)];
-    return chapterrules::CheckCard(e.key, e.text, e.note);
+    return chapterrules::CheckCard(e.key, e.text, e.note, SaveEncoding());
 }
 
 std::optional<ChapterDocument::Problem> ChapterDocument::FirstProblem() const
 {
-    const QString title = chapterrules::CheckTitle(m_header.title);
+    const QString title =
+            chapterrules::CheckTitle(m_header.title, SaveEncoding(), m_header.reserved);
     if (!title.isEmpty())
         return Problem {-1, title};
     if (m_cards.size() > size_t(korva::kMaxEntries))
@@ -100,6 +133,7 @@ bool ChapterDocument::Save(const QString &path, Problem *problem)
             *problem = {-2, db.LastError()};
         return false;
     }
+    m_header.reserved = db.Header().reserved; // the marker, once written
     // A chapter saved under another name takes its languages along, and a
     // file of languages left there by an older chapter goes.
     const bool moved = path != m_path;

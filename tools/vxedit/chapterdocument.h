@@ -11,7 +11,7 @@
 // A chapter as the editor holds it: the file's header and placeholder as they
 // were read, and one entry per card (key = question, text = answer, note =
 // note). Entries nobody edits are written back exactly as read, so a chapter
-// opened and saved unchanged keeps every byte.
+// opened and saved unchanged keeps every byte, in the encoding it had.
 class ChapterDocument
 {
 public:
@@ -42,10 +42,23 @@ public:
 
     QString Title() const { return m_header.title; }
     void SetTitle(const QString &title) { m_header.title = title; }
+    QString Reserved() const { return m_header.reserved; }
+
+    // The encoding a save writes: UTF-8 for a chapter that is UTF-8 already or
+    // has a text that Windows-1252 cannot hold, else Windows-1252.
+    korva::Encoding SaveEncoding() const;
+    // The same, were the card at row as given (a card being typed).
+    korva::Encoding EncodingWith(int row, const korva::Entry &card) const;
 
     int CardCount() const { return int(m_cards.size()); }
     const korva::Entry &Card(int row) const { return m_cards[size_t(row)]; }
-    std::vector<korva::Entry> &Cards() { return m_cards; }
+    // Whoever takes the cards to change them changes what the encoding is
+    // worked out from.
+    std::vector<korva::Entry> &Cards()
+    {
+        m_wideCards = -1;
+        return m_cards;
+    }
     const std::vector<korva::Entry> &Cards() const { return m_cards; }
 
     // The languages the chapter's sides are spoken in, kept in a file of their
@@ -61,11 +74,16 @@ public:
     bool ReadOnly() const { return m_readOnly; }
 
 private:
+    bool HeaderNeedsUtf8() const;
+    int WideCards() const;
+
     korva::Header m_header;
     korva::Entry m_placeholder;
     std::vector<korva::Entry> m_cards;
     QString m_path;
     bool m_readOnly = false;
+    // Cards that Windows-1252 cannot hold; -1 until counted after a change.
+    mutable int m_wideCards = -1;
     ChapterLanguages m_languages;
     ChapterLanguages m_savedLanguages; // as the file beside the chapter has them
     QString m_languagesProblem;

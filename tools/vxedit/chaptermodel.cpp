@@ -119,7 +119,8 @@ void ChapterModel::SetTitle(const QString &title)
 int ChapterModel::BytesLeft(int row) const
 {
     const korva::Entry &c = m_document.Card(row);
-    const qsizetype size = chapterrules::CardRecordBytes(c.key, c.text, c.note);
+    const qsizetype size =
+            chapterrules::CardRecordBytes(c.key, c.text, c.note, m_document.SaveEncoding());
     if (size < 0)
         return INT_MIN;
     return int(korva::kRecordLength - size);
@@ -168,8 +169,11 @@ QVariant ChapterModel::data(const QModelIndex &index, int role) const
         if (!problem.isEmpty())
             return u"Card %1 can't be saved: %2"_s.arg(row + 1).arg(problem);
         if (column == BytesLeftColumn)
-            return u"Question, answer and note may have %1 bytes together"_s.arg(
-                    chapterrules::kCardTextBytes);
+            return u"Question, answer and note may have %1 bytes together%2"_s
+                    .arg(chapterrules::kCardTextBytes)
+                    .arg(m_document.SaveEncoding() == korva::Encoding::Utf8
+                                 ? u" in UTF-8 (two bytes for a Cyrillic or Greek letter)"_s
+                                 : QString());
         break;
     }
     case Qt::DecorationRole:

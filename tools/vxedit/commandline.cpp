@@ -120,7 +120,11 @@ int Session::import(const QString &source, const QString &target, const QString 
         return fail(source, readError);
     }
 
-    const QString titleProblem = chapterrules::CheckTitle(title);
+    // The chapter is Windows-1252 until a text that it cannot hold makes it
+    // UTF-8; from then on every card counts its bytes in UTF-8.
+    korva::Encoding encoding = chapterrules::CardEncoding(chapterrules::CardEntry(title, {}, {}),
+                                                          korva::Encoding::Cp1252);
+    const QString titleProblem = chapterrules::CheckTitle(title, encoding);
     if (!titleProblem.isEmpty())
         return fail(source, titleProblem);
 
@@ -132,6 +136,7 @@ int Session::import(const QString &source, const QString &target, const QString 
     db.SetDescription(korva::kChapterDescription);
     db.SetTitle(title);
     db.SetFormat(4);
+    std::vector<int> lines; // where each card came from, should the chapter turn UTF-8
     // Each card is checked and kept as it is read, so a long list is never
     // held twice, and one that cannot become a chapter stops at its first
     // problem.
@@ -149,8 +154,8 @@ int Session::import(const QString &source, const QString &target, const QString 
             if (names)
                 return true;
         }
-        auto refuse = [&](const QString &problem) {
-            *why = u"line "_s + QString::number(row.line) + u": "_s + problem;
+        auto refuse = [&](int line, const QString &problem) {
+            *why = u"line "_s + QString::number(line) + u": "_s + problem;
             return false;
         };
         // Bookkeeping columns of another program's export are not card text.
@@ -159,21 +164,40 @@ int Session::import(const QString &source, const QString &target, const QString 
                 row.fields.removeAt(i);
         }
         if (row.fields.size() < 2)
-            return refuse(u"a card needs a question and an answer separated by "_s + separator);
+            return refuse(row.line,
+                          u"a card needs a question and an answer separated by "_s + separator);
         for (qsizetype i = 3; i < row.fields.size(); ++i) {
             if (!row.fields[i].isEmpty())
-                return refuse(u"a card has three fields at most (question, answer, note); "
+                return refuse(row.line,
+                              u"a card has three fields at most (question, answer, note); "
                               "this line has %1"_s.arg(row.fields.size()));
         }
-        const QString &question = row.fields[0], &answer = row.fields[1];
-        const QString note = row.fields.value(2);
-        const QString problem = chapterrules::CheckCard(question, answer, note);
+        const korva::Entry card =
+                chapterrules::CardEntry(row.fields[0], row.fields[1], row.fields.value(2));
+        if (chapterrules::CardEncoding(card, encoding) != encoding) {
+            // The cards before were checked in Windows-1252: again, in UTF-8.
+            encoding = korva::Encoding::Utf8;
+            const QString titleUtf8 = chapterrules::CheckTitle(title, encoding);
+            if (!titleUtf8.isEmpty())
+                return refuse(row.line, titleUtf8 + u" (this card makes the chapter UTF-8)"_s);
+            for (int i = db.FirstIndex(); i <= db.LastIndex(); ++i) {
+                const korva::Entry before = db.GetEntry(i);
+                const QString problem =
+                        chapterrules::CheckCard(before.key, before.text, before.note, encoding);
+                if (!problem.isEmpty())
+                    return refuse(lines[size_t(i - 1)],
+                                  problem + u" (line %1 makes the chapter UTF-8)"_s.arg(row.line));
+            }
+        }
+        const QString problem = chapterrules::CheckCard(card.key, card.text, card.note, encoding);
         if (!problem.isEmpty())
-            return refuse(problem);
+            return refuse(row.line, problem);
         if (db.LastIndex() >= korva::kMaxEntries)
-            return refuse(
-                    u"more than %1 cards; a chapter holds %1 at most"_s.arg(korva::kMaxEntries));
-        db.AppendEntry(chapterrules::CardEntry(question, answer, note));
+            return refuse(row.line,
+                          u"more than %1 cards; a chapter holds %1 at most"_s.arg(
+                                  korva::kMaxEntries));
+        db.AppendEntry(card);
+        lines.push_back(row.line);
         return true;
     };
     QString error;

@@ -205,6 +205,7 @@ bool EditorWindow::ImportFile(const QString &path)
         return refuse(error);
     }
     ImportDialog importer(content, path, this);
+    importer.SetChapterEncoding(m_document.SaveEncoding());
     if (prompter().ShowModal(&importer) != QDialog::Accepted)
         return false;
     std::vector<korva::Entry> cards = importer.Cards();

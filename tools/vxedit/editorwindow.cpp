@@ -10,7 +10,6 @@
 #include "drawing/programicon.h"
 #include "editcommands.h"
 #include "findreplace.h"
-#include "korva/cp1252.h"
 #include "windows/modrender.h"
 #include "windows/screenfit.h"
 
@@ -81,6 +80,7 @@ EditorWindow::EditorWindow(QWidget *parent)
     , m_count(new QLabel(this))
     , m_card(new QLabel(this))
     , m_problems(new QLabel(this))
+    , m_encoding(new QLabel(this))
 {
     setObjectName(u"EditorWindow"_s);
     setWindowIcon(ProgramIcon());
@@ -114,7 +114,8 @@ EditorWindow::EditorWindow(QWidget *parent)
     connect(m_model, &ChapterModel::titleChanged, this, [this](const QString &title) {
         if (m_title->text() != title)
             m_title->setText(title);
-        const QString problem = chapterrules::CheckTitle(title);
+        const QString problem =
+                chapterrules::CheckTitle(title, m_document.SaveEncoding(), m_document.Reserved());
         if (!problem.isEmpty())
             m_titleBytes->setText(
                     u"<span style='color:#c01010'>%1</span>"_s.arg(problem.toHtmlEscaped()));
@@ -123,6 +124,7 @@ EditorWindow::EditorWindow(QWidget *parent)
                     u"<span style='color:#a06000'>%1</span>"_s.arg(kTitleTooLong.toHtmlEscaped()));
         else
             m_titleBytes->clear();
+        UpdateStatus();
     });
     connect(m_model, &ChapterModel::cardsChanged, this, [this] {
         UpdateStatus();
@@ -146,6 +148,7 @@ EditorWindow::EditorWindow(QWidget *parent)
 
     statusBar()->addWidget(m_card, 1);
     statusBar()->addPermanentWidget(m_problems);
+    statusBar()->addPermanentWidget(m_encoding);
     statusBar()->addPermanentWidget(m_count);
 
     BuildActions();
@@ -377,20 +380,20 @@ void EditorWindow::ShowTypingFeedback(int row, int column, const QString &text)
     if (row < 0 || row >= m_document.CardCount())
         return;
     const korva::Entry card = WithText(m_document.Card(row), column, text);
-    QByteArray scratch;
-    const qsizetype bad = cp1252::encode(text, scratch);
-    if (bad >= 0) {
-        m_card->setText(
-                u"<span style='color:#c01010'>Card %1: %2 can't be stored in a chapter file</span>"_s
-                        .arg(row + 1)
-                        .arg(cp1252::describeChar(text, bad).toHtmlEscaped()));
+    const korva::Encoding encoding = m_document.EncodingWith(row, card);
+    const qsizetype bytes = chapterrules::CardRecordBytes(card.key, card.text, card.note, encoding);
+    if (bytes < 0) {
+        m_card->setText(u"<span style='color:#c01010'>Card %1: %2</span>"_s.arg(row + 1).arg(
+                chapterrules::CheckTexts(card).toHtmlEscaped()));
         return;
     }
-    const qsizetype left =
-            korva::kRecordLength - chapterrules::CardRecordBytes(card.key, card.text, card.note);
+    const qsizetype left = korva::kRecordLength - bytes;
     const QString color = left < 0 ? u"#c01010"_s : left < 10 ? u"#a06000"_s : u"#404040"_s;
-    m_card->setText(u"<span style='color:%1'>Card %2: %3</span>"_s.arg(color).arg(row + 1).arg(
-            left < 0 ? u"%1 bytes too long"_s.arg(-left) : u"%1 bytes left"_s.arg(left)));
+    m_card->setText(u"<span style='color:%1'>Card %2: %3%4</span>"_s.arg(color)
+                            .arg(row + 1)
+                            .arg(left < 0 ? u"%1 bytes too long"_s.arg(-left)
+                                          : u"%1 bytes left"_s.arg(left))
+                            .arg(encoding == korva::Encoding::Utf8 ? u" (UTF-8)"_s : QString()));
 }
 
 void EditorWindow::UpdateTitleBar()
@@ -404,6 +407,18 @@ void EditorWindow::UpdateTitleBar()
 
 void EditorWindow::UpdateStatus()
 {
+    if (m_document.SaveEncoding() == korva::Encoding::Utf8) {
+        m_encoding->setText(u"Saved as UTF-8"_s);
+        m_encoding->setToolTip(
+                u"A text of this chapter is outside Windows-1252, so the file is written in "
+                "UTF-8: a Cyrillic or Greek letter takes two of a card's %1 bytes, most other "
+                "scripts three."_s.arg(chapterrules::kCardTextBytes));
+    } else {
+        m_encoding->setText(u"Saved as Windows-1252"_s);
+        m_encoding->setToolTip(
+                u"Every text of this chapter fits Windows-1252, so the file is written as every "
+                "Vocabrix version reads it: one byte a letter."_s);
+    }
     const int count = m_document.CardCount();
     m_count->setText(u"%1 of %2 cards"_s.arg(QLocale().toString(count),
                                              QLocale().toString(korva::kMaxEntries)));
@@ -426,7 +441,8 @@ void EditorWindow::UpdateStatus()
         return;
     }
     const int left = m_model->BytesLeft(row);
-    m_card->setText(u"Card %1: %2 bytes left"_s.arg(row + 1).arg(left));
+    m_card->setText(u"Card %1: %2 bytes left%3"_s.arg(row + 1).arg(left).arg(
+            m_document.SaveEncoding() == korva::Encoding::Utf8 ? u" (UTF-8)"_s : QString()));
 }
 
 void EditorWindow::UpdatePreview()

@@ -54,6 +54,8 @@ public:
     QLineEdit *TitleEdit() const { return m_title; }
     // What the window says of the title: too many bytes, or too long to show.
     QLabel *TitleNote() const { return m_titleBytes; }
+    // The status bar's word on the encoding the chapter will be saved in.
+    QLabel *EncodingNote() const { return m_encoding; }
     CardPreview *Preview() const { return m_preview; }
     QString LimitText() const;
     // What the card being typed says of its limits (bytes left or a
@@ -90,6 +92,7 @@ private:
     QLabel *m_count;
     QLabel *m_card;
     QLabel *m_problems;
+    QLabel *m_encoding;
     QMenu *m_recent;
     FindReplaceDialog *m_find = nullptr;
     int m_sortColumn = -1;

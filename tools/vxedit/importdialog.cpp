@@ -139,6 +139,12 @@ void ImportDialog::Reparse()
     UpdatePreview();
 }
 
+void ImportDialog::SetChapterEncoding(korva::Encoding encoding)
+{
+    m_chapterEncoding = encoding;
+    UpdatePreview();
+}
+
 void ImportDialog::FillColumns()
 {
     const QSignalBlocker a(questionColumn), b(answerColumn), c(noteColumn);
@@ -182,11 +188,15 @@ std::vector<korva::Entry> ImportDialog::Cards() const
 void ImportDialog::UpdatePreview()
 {
     const std::vector<korva::Entry> cards = Cards();
+    // One card that Windows-1252 cannot hold makes the whole chapter UTF-8.
+    korva::Encoding encoding = m_chapterEncoding;
+    for (const korva::Entry &c : cards)
+        encoding = chapterrules::CardEncoding(c, encoding);
     preview->setRowCount(int(qMin<size_t>(cards.size(), kPreviewRows)));
     int problems = 0;
     for (size_t i = 0; i < cards.size(); ++i) {
         const korva::Entry &c = cards[i];
-        const QString problem = chapterrules::CheckCard(c.key, c.text, c.note);
+        const QString problem = chapterrules::CheckCard(c.key, c.text, c.note, encoding);
         problems += problem.isEmpty() ? 0 : 1;
         if (i >= size_t(kPreviewRows))
             continue;
@@ -198,6 +208,9 @@ void ImportDialog::UpdatePreview()
             preview->setItem(int(i), col, item);
         }
     }
+    const QString turns = encoding != m_chapterEncoding
+            ? u" The chapter will be saved in UTF-8, as some of them are outside Windows-1252."_s
+            : QString();
     const QString namesNote = headerRow->isChecked() && !m_rows.empty()
             ? u" The first line gives the column names and is left out."_s
             : QString();
@@ -206,11 +219,11 @@ void ImportDialog::UpdatePreview()
     if (!m_error.isEmpty())
         summary->setText(u"The file can't be read: "_s + m_error);
     else if (problems == 0)
-        summary->setText(added + u'.' + namesNote);
+        summary->setText(added + u'.' + namesNote + turns);
     else
         summary->setText(
                 added
                 + u"; %1 of them can't be stored as they are and are marked for you to mend "
                   "before saving."_s.arg(problems)
-                + namesNote);
+                + namesNote + turns);
 }

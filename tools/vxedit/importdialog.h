@@ -31,6 +31,10 @@ public:
     QTableWidget *preview;
     QLabel *summary;
 
+    // The encoding of the chapter the cards go into; the preview checks the
+    // cards as they will be written there.
+    void SetChapterEncoding(korva::Encoding encoding);
+
     // The cards the file gives with the choices made; empty on a parse error.
     std::vector<korva::Entry> Cards() const;
     QString ParseError() const { return m_error; }
@@ -46,5 +50,6 @@ private:
     std::vector<cardtext::Row> m_rows;
     QString m_error;
     int m_columns = 0;
+    korva::Encoding m_chapterEncoding = korva::Encoding::Cp1252;
     bool m_headerChosen = false; // headerRow was set by the person, not detected
 };

@@ -51,6 +51,7 @@ QByteArray KorvaToJson(const ikorvalite &db)
     out += u"  \"count\": "_s + QString::number(h.count) + u",\n"_s;
     out += u"  \"title\": "_s + jsonString(h.title) + u",\n"_s;
     out += u"  \"reserved\": "_s + jsonString(h.reserved) + u",\n"_s;
+    out += u"  \"encoding\": "_s + jsonString(korva::encodingName(db.Encoding())) + u",\n"_s;
     out += u"  \"entries\": ["_s;
     const auto &entries = db.Entries();
     for (size_t i = 0; i < entries.size(); ++i) {

@@ -5,6 +5,7 @@
 class ikorvalite;
 
 // A mounted KORVA file as one JSON object: description, format, count, title,
-// reserved and every entry (the placeholder first) with key, raw is_text flag,
-// text, number and note. Texts are UTF-8.
+// reserved, the encoding its texts are stored in ("Windows-1252" or "UTF-8")
+// and every entry (the placeholder first) with key, raw is_text flag, text,
+// number and note. Texts are UTF-8.
 QByteArray KorvaToJson(const ikorvalite &db);
