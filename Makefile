@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: GPL-3.0-or-later
 # Two commands for a newcomer: `make run` and `make test`. Both install what the
 # machine lacks first (scripts/install-deps.sh skips what is there).
 

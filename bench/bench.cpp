@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 // Measures what the program does with large decks, each figure beside its
 // floor measured in the same run: the least any program must do for the same
 // result (a plain read of the same bytes, a hand loop, a bare window). The

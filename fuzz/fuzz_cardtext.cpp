@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 // Lists of cards imported the way the editor's command line does, as a .txt
 // (layout sniffed), a .csv and a .tsv; the list's own header lines (such as
 // "#html:true") apply. The first byte chooses the name.

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 // Chapter files loaded into the deck, as the chapter window does.
 //
 // Properties: a chapter that mounts with at least two cards is appended whole

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 // The KORVA reader on bytes and on a real file, in both encodings.
 //
 // Properties: mounting a file and parsing its bytes agree; a file that mounts

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 // Progress files of both layouts on bytes and through the program's load and
 // save.
 //

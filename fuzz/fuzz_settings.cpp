@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 // The settings file read by the colour metrics and the program's options.
 //
 // Properties: every colour entry is read (the last of a name wins); writing

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
 // A prompter for the fuzz targets: the file dialog answers with the path it

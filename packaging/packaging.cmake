@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: GPL-3.0-or-later
 # Installing Vocabrix, and its Debian package (`make install`, `make deb`).
 #
 # Installed, the programs keep their own files beside them, where they look

@@ -1,4 +1,5 @@
 #!/usr/bin/env bash
+# SPDX-License-Identifier: GPL-3.0-or-later
 # Checks the Debian package that `make deb` built: lintian finds no error in
 # it; its desktop entries, metainfo, file types and manual pages validate; and
 # the programs unpacked from it start, through the links in usr/bin, to the

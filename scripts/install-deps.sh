@@ -1,4 +1,5 @@
 #!/usr/bin/env bash
+# SPDX-License-Identifier: GPL-3.0-or-later
 # Brings what a fresh Debian 12 (or Ubuntu) machine lacks to build, run and test
 # Vocabrix (and, with --package, to build and check its Debian package).
 # Packages already present are skipped; nothing is installed when

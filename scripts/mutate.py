@@ -1,4 +1,5 @@
 #!/usr/bin/env python3
+# SPDX-License-Identifier: GPL-3.0-or-later
 """Mutation testing: how many small faults put into the code do the tests catch?
 
 One fault at a time goes into a C++ file of the chosen folder (a comparison

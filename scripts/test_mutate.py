@@ -1,4 +1,5 @@
 #!/usr/bin/env python3
+# SPDX-License-Identifier: GPL-3.0-or-later
 """Checks of scripts/mutate.py's fault operators on sample C++ lines, and that
 a fault is always taken out again. Needs only python3:
 

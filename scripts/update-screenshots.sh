@@ -1,4 +1,5 @@
 #!/usr/bin/env bash
+# SPDX-License-Identifier: GPL-3.0-or-later
 # Makes the published screenshots from the pictures the tests took of the
 # real windows: the metainfo's three (packaging/screenshots) and, with a third
 # folder, the manual's picture of every window (doc/screenshots). Colours are

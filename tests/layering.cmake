@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: GPL-3.0-or-later
 # Fails when a source file includes a header from a layer above its own.
 # The layers, lowest first; a file may include its own layer and those below
 # (windows use each other freely). The editor in tools/vxedit may use every

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 #include "korva/bytestream.h"
 
 #include "korva/cp1252.h"

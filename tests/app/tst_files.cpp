@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 // Every file the program and the editor save or open, tried the way a hostile
 // machine would: a save that fails at each of its steps, and paths that are
 // no files at all.

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 #include "controls/propertybag.h"
 #include "controls/widgetsurface.h"
 #include "controls/zelaccessible.h"

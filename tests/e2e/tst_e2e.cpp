@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 // Starts the real programs. In a real X server (Xvfb), driven with xdotool:
 // first use, chapter choice, a few study keys and exit, then the settings file
 // it left, with screenshots of the chapter and study windows. Without any

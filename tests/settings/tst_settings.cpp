@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 #include "settings/r_data.h"
 #include "settings/settingskeys.h"
 #include "testsupport.h"

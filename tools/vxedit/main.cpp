@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 #include "commandline.h"
 #include "core/modfolders.h"
 #include "core/programstate.h"
