@@ -323,7 +323,7 @@ private Q_SLOTS:
         QTest::newRow("umlauts too long once utf-8") << QByteArray("\xC3\xBC").repeated(60) + ",x\n"
                                                      << true << u"1 of them can't be stored"_s;
         QTest::newRow("the same umlauts fit windows-1252") << QByteArray("\xC3\xBC").repeated(60) + ",x\n"
-                                                           << false << u"1 cards will be added."_s;
+                                                           << false << u"1 card will be added."_s;
     }
     void importPreviewInTheChapterEncoding()
     {
