@@ -36,8 +36,9 @@ package-deps: deps
 $(RELEASE_DIR)/CMakeCache.txt:
 	cmake -S . -B $(RELEASE_DIR) -DCMAKE_BUILD_TYPE=Release -DVOCABRIX_TESTS=OFF
 
+# The benchmark is built here too (not run), so that it keeps compiling.
 $(DEBUG_DIR)/CMakeCache.txt:
-	cmake -S . -B $(DEBUG_DIR) -DCMAKE_BUILD_TYPE=Debug -DVOCABRIX_SANITIZE=ON
+	cmake -S . -B $(DEBUG_DIR) -DCMAKE_BUILD_TYPE=Debug -DVOCABRIX_SANITIZE=ON -DVOCABRIX_BENCH=ON
 
 build: deps $(RELEASE_DIR)/CMakeCache.txt
 	cmake --build $(RELEASE_DIR) -j $(JOBS)

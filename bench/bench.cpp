@@ -133,6 +133,7 @@ public:
     }
     bool OpenDocument(const QString &) override { return true; }
     int ShowModal(QObject *) override { return 0; }
+    std::optional<PrintChoice> AskPrint(const PrintRequest &) override { return std::nullopt; }
 };
 
 // The pauses start-up makes on purpose, made instant.
