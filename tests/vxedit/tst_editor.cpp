@@ -382,6 +382,9 @@ private Q_SLOTS:
         QTest::newRow("unchanged: the file not written")
                 << QByteArray("question=fr\n") << QStringList {u"fr"_s, QString()} << QStringList() << u"save"_s
                 << QByteArray("question=fr\n");
+        QTest::newRow("the same chosen again: nothing to undo")
+                << QByteArray("question=fr\n") << QStringList {u"fr"_s, QString()} << QStringList {u"fr"_s, QString()}
+                << u"save"_s << QByteArray("question=fr\n");
         QTest::newRow("back to the options': the file goes")
                 << QByteArray("question=fr\n") << QStringList {u"fr"_s, QString()} << none << u"save"_s << QByteArray();
         QTest::newRow("saved as another chapter: taken along")
@@ -425,7 +428,7 @@ private Q_SLOTS:
         };
         m_window->EditLanguages();
         QCOMPARE(started, shown);
-        QCOMPARE(m_window->UndoStack()->isClean(), choose.isEmpty());
+        QCOMPARE(m_window->UndoStack()->isClean(), choose.isEmpty() || choose == shown);
         const QString target = then == u"saveas"_s ? path(u"other.zel"_s) : words;
         m_env->prompter.fileAnswers = {target};
         QVERIFY(then == u"saveas"_s ? m_window->SaveAs() : m_window->Save());
