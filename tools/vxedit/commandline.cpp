@@ -70,10 +70,22 @@ public:
 
 private:
     bool mount(const QString &path, ikorvalite &db, int &status);
+    // mount(), and the file must be a chapter.
+    bool mountChapter(const QString &path, ikorvalite &db, int &status);
 
     QIODevice &m_out;
     QIODevice &m_err;
 };
+
+bool Session::mountChapter(const QString &path, ikorvalite &db, int &status)
+{
+    if (!mount(path, db, status))
+        return false;
+    if (db.Description() == korva::kChapterDescription)
+        return true;
+    status = fail(path, u"not a chapter file (its description is '%1')"_s.arg(db.Description()));
+    return false;
+}
 
 bool Session::mount(const QString &path, ikorvalite &db, int &status)
 {
@@ -224,10 +236,8 @@ int Session::exportCards(const QString &path, const QString &target)
                     "another file"_s);
     ikorvalite db;
     int status = 0;
-    if (!mount(path, db, status))
+    if (!mountChapter(path, db, status))
         return status;
-    if (db.Description() != korva::kChapterDescription)
-        return fail(path, u"not a chapter file (its description is '%1')"_s.arg(db.Description()));
 
     QByteArray bytes;
     QString error;
@@ -274,10 +284,8 @@ int Session::languages(const QString &path, const std::optional<ChapterLanguages
 {
     ikorvalite db;
     int status = 0;
-    if (!mount(path, db, status))
+    if (!mountChapter(path, db, status))
         return status;
-    if (db.Description() != korva::kChapterDescription)
-        return fail(path, u"not a chapter file (its description is '%1')"_s.arg(db.Description()));
     QString error;
     if (set) {
         if (!chapterlanguages::Write(path, *set, &error))
