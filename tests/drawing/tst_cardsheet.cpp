@@ -27,8 +27,8 @@ std::vector<Card> cards(int count, const QString &firstAnswer = {})
     return out;
 }
 
-// Page one as a picture, for people to look at.
-QImage firstPage(const QByteArray &pdf)
+// Page one as a picture.
+QImage firstPage(const QByteArray &pdf, const QStringList &options = {u"-r"_s, u"60"_s})
 {
     QTemporaryDir dir;
     QFile file(dir.filePath(u"sheet.pdf"_s));
@@ -36,9 +36,37 @@ QImage firstPage(const QByteArray &pdf)
         return QImage();
     file.close();
     QProcess::execute(u"pdftoppm"_s,
-                      {u"-png"_s, u"-r"_s, u"60"_s, u"-f"_s, u"1"_s, u"-l"_s, u"1"_s, file.fileName(),
-                       dir.filePath(u"page"_s)});
+                      options
+                              + QStringList {u"-png"_s, u"-f"_s, u"1"_s, u"-l"_s, u"1"_s, file.fileName(),
+                                             dir.filePath(u"page"_s)});
     return QImage(dir.filePath(u"page-1.png"_s));
+}
+
+// The lines drawn across a strip of a page rendered at 1200 dpi from 25.4 mm down: runs of rows with ink over
+// more than a fifth of the width, as (top, thickness) in millimetres, the thickness from the ink of the run and
+// the rows beside it.
+struct Rule
+{
+    qreal top, mm, peak;
+};
+QList<Rule> rulesAcross(const QImage &page)
+{
+    std::vector<qreal> ink(size_t(page.height()) + 1);
+    for (int y = 0; y < page.height(); ++y)
+        for (int x = 0; x < page.width(); ++x)
+            ink[size_t(y)] += (255 - qGray(page.pixel(x, y))) / 255.0 / page.width();
+    QList<Rule> out;
+    for (size_t y = 1; y < ink.size(); ++y) {
+        if (ink[y] > 0.2 && ink[y - 1] <= 0.2)
+            out.append({(1200 + y) * 25.4 / 1200, ink[y - 1], 0});
+        if (ink[y] > 0.2 || ink[y - 1] > 0.2) {
+            out.last().mm += ink[y];
+            out.last().peak = qMax(out.last().peak, ink[y]);
+        }
+        if (ink[y] <= 0.2 && ink[y - 1] > 0.2)
+            out.last().mm *= 25.4 / 1200 / out.last().peak;
+    }
+    return out;
 }
 
 } // namespace
@@ -111,8 +139,16 @@ private Q_SLOTS:
             QVERIFY(a[0].box.left() >= a[0].pageWidth / 2 && a[0].page == q[0].page);
             QVERIFY(qAbs(a[0].box.top() - q[0].box.top()) < 1);
         }
-        if (!screenshot.isEmpty())
+        if (!screenshot.isEmpty()) {
             QVERIFY(SaveScreenshot(firstPage(bytes), screenshot));
+            // The header's rule: 0.4 mm thick; a fold's first cut line stands 4.5 mm below it.
+            const QList<Rule> rules =
+                    rulesAcross(firstPage(bytes, QString(u"-r 1200 -x 2400 -W 400 -y 1200 -H 800"_s).split(u' ')));
+            QVERIFY(!rules.isEmpty() && qAbs(rules[0].mm - 0.4) < 0.04);
+            if (fold)
+                QVERIFY2(rules.size() > 1 && qAbs(rules[1].top - rules[0].top - 4.5) < 0.3,
+                         qPrintable(QString::number(rules[1].top)));
+        }
         if (firstAnswer.isEmpty())
             return;
         QSet<int> rows;
