@@ -245,6 +245,35 @@ private Q_SLOTS:
         }
     }
 
+    // The shadow is the caption one pixel up and left. Each is seen alone when
+    // the other has the fill colour (the shadow is the fore colour at a quarter),
+    // the shadow only where the caption drawn over it does not cover it.
+    void flatButtonShadow()
+    {
+        zelFlatButton b;
+        b.resize(80, 30);
+        b.SetCaption(u"Wi"_s);
+        b.SetForecolor(0xFFFFFF);
+        b.SetBackcolor(0x404040);
+        b.HandleMouseMove(-5, 10);
+        const QImage caption = b.surface().image().copy();
+        b.SetBackcolor(0xFFFFFF);
+        b.HandleMouseMove(-6, 10);
+        const QImage shadow = b.surface().image();
+        int compared = 0, worst = 0;
+        for (int y = 2; y < 27; ++y)
+            for (int x = 2; x < 77; ++x) {
+                if (qRed(caption.pixel(x, y)) != 0x40)
+                    continue; // the caption covers the shadow here
+                const int ink = (qRed(caption.pixel(x + 1, y + 1)) - 0x40) * 255 / 0xBF;
+                const int shade = (0xFF - qRed(shadow.pixel(x, y))) * 255 / 0xBF;
+                compared += ink > 0;
+                worst = qMax(worst, std::abs(ink - shade));
+            }
+        QVERIFY(compared > 10);
+        QCOMPARE(worst, 0);
+    }
+
     void checkBox()
     {
         zelCheck c;
@@ -256,6 +285,7 @@ private Q_SLOTS:
         // Normal: the box outline is the back colour lightened by a quarter of white.
         QCOMPARE(pixel(c, 2, 2), rgb(0x404040));
         QCOMPARE(pixel(c, 21, 21), rgb(0x404040)); // the box ends at height - 2
+        QCOMPARE(pixel(c, 21, 11), rgb(0x404040)); // its right side at height - 3
         QCOMPARE(pixel(c, 22, 22), rgb(0));
         QCOMPARE(pixel(c, 11, 11), rgb(0));
         QVERIFY(shows(c, 0xFFFFFF));
