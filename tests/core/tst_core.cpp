@@ -27,6 +27,15 @@ void writeDesktopFile(const QString &dir, const QString &id, const QString &exec
                            .toUtf8());
 }
 
+// Every launch so far, "program | arguments".
+QStringList launches(const FakePrompter &prompter)
+{
+    QStringList out;
+    for (const auto &l : prompter.launches)
+        out << l.program + u" | "_s + l.arguments.join(u' ');
+    return out;
+}
+
 } // namespace
 
 class CoreTest : public QObject
@@ -87,10 +96,8 @@ private Q_SLOTS:
                  box.isEmpty() ? QStringList()
                                : QStringList(Box(u"High Priority Message Handler"_s, box, MsgIcon::Critical)));
         QCOMPARE(env.logLines(), watcher ? QStringList(message) : QStringList());
-        if (watcher) {
-            QCOMPARE(env.log->lines[0].level, level);
-            QCOMPARE(env.log->lines[0].channel, -1);
-        }
+        if (watcher)
+            QCOMPARE(QList<int>({env.log->lines[0].level, env.log->lines[0].channel}), QList<int>({level, -1}));
         QCOMPARE(status.texts, shown.isEmpty() ? QStringList() : QStringList(shown));
         QCOMPARE(env.pauser.sleptMs, shown.isEmpty() ? 0 : 25); // each line on the splash is paced
         QCOMPARE(env.pauser.eventRounds, eventRounds);
@@ -125,8 +132,26 @@ private Q_SLOTS:
         WriteFileBytes(debugger, "#!/bin/sh\n");
         RegisterWatcher();
         QCOMPARE(env.logLines().last(), u" .. execing "_s + debugger + u" for debugger registration/n"_s);
-        QCOMPARE(env.prompter.launches.size(), size_t(1));
-        QCOMPARE(env.prompter.launches[0].program, debugger);
+        QCOMPARE(launches(env.prompter), QStringList(debugger + u" | "_s));
+    }
+
+    // Every key the windows tell apart, with the code they match it by.
+    void virtualKeys()
+    {
+        const QList<std::pair<int, int>> keys = {
+                {Qt::Key_Backspace, 8}, {Qt::Key_Tab, 9},     {Qt::Key_Backtab, 9},  {Qt::Key_Return, 13},
+                {Qt::Key_Enter, 13},    {Qt::Key_Shift, 16},  {Qt::Key_Control, 17}, {Qt::Key_Alt, 18},
+                {Qt::Key_Pause, 19},    {Qt::Key_Escape, 27}, {Qt::Key_Space, 32},   {Qt::Key_PageUp, 33},
+                {Qt::Key_PageDown, 34}, {Qt::Key_End, 35},    {Qt::Key_Home, 36},    {Qt::Key_Left, 37},
+                {Qt::Key_Up, 38},       {Qt::Key_Right, 39},  {Qt::Key_Down, 40},    {Qt::Key_Insert, 45},
+                {Qt::Key_Delete, 46},   {Qt::Key_0, 48},      {Qt::Key_9, 57},       {Qt::Key_A, 65},
+                {Qt::Key_Z, 90},        {Qt::Key_F1, 112},    {Qt::Key_F5, 116},     {Qt::Key_F24, 135},
+                {Qt::Key_Menu, 0},      {Qt::Key_Exclam, 0},  {Qt::Key_F25, 0},
+        };
+        for (const auto &[key, code] : keys)
+            QVERIFY2(keycodes::ToVirtualKey(key) == code, qPrintable(u"Qt key 0x"_s + QString::number(key, 16)));
+        QCOMPARE(keycodes::ToShiftState(Qt::ShiftModifier | Qt::ControlModifier | Qt::AltModifier), 7);
+        QCOMPARE(keycodes::ToShiftState(Qt::ControlModifier | Qt::KeypadModifier), 2);
     }
 
     void elapsedText_data()
@@ -151,25 +176,6 @@ private Q_SLOTS:
         QTest::newRow("no marker: warned, unchanged") << qint64(1000) << qint64(0) << qint64(5) << u"no marker here/n"_s
                                                       << u"no marker here/n"_s << 5.0 << true;
     }
-    // Every key the windows tell apart, with the code they match it by.
-    void virtualKeys()
-    {
-        const QList<std::pair<int, int>> keys = {
-                {Qt::Key_Backspace, 8}, {Qt::Key_Tab, 9},     {Qt::Key_Backtab, 9},  {Qt::Key_Return, 13},
-                {Qt::Key_Enter, 13},    {Qt::Key_Shift, 16},  {Qt::Key_Control, 17}, {Qt::Key_Alt, 18},
-                {Qt::Key_Pause, 19},    {Qt::Key_Escape, 27}, {Qt::Key_Space, 32},   {Qt::Key_PageUp, 33},
-                {Qt::Key_PageDown, 34}, {Qt::Key_End, 35},    {Qt::Key_Home, 36},    {Qt::Key_Left, 37},
-                {Qt::Key_Up, 38},       {Qt::Key_Right, 39},  {Qt::Key_Down, 40},    {Qt::Key_Insert, 45},
-                {Qt::Key_Delete, 46},   {Qt::Key_0, 48},      {Qt::Key_9, 57},       {Qt::Key_A, 65},
-                {Qt::Key_Z, 90},        {Qt::Key_F1, 112},    {Qt::Key_F5, 116},     {Qt::Key_F24, 135},
-                {Qt::Key_Menu, 0},      {Qt::Key_Exclam, 0},  {Qt::Key_F25, 0},
-        };
-        for (const auto &[key, code] : keys)
-            QVERIFY2(keycodes::ToVirtualKey(key) == code, qPrintable(u"Qt key 0x"_s + QString::number(key, 16)));
-        QCOMPARE(keycodes::ToShiftState(Qt::ShiftModifier | Qt::ControlModifier | Qt::AltModifier), 7);
-        QCOMPARE(keycodes::ToShiftState(Qt::ControlModifier | Qt::KeypadModifier), 2);
-    }
-
     void elapsedText()
     {
         QFETCH(qint64, frequency);
@@ -234,9 +240,8 @@ private Q_SLOTS:
         QFETCH(int, eventRounds);
         TestEnvironment env(false);
         PauseWithEvents(ms, fine);
-        QCOMPARE(env.pauser.sleeps, sleeps);
-        QCOMPARE(env.pauser.sleptMs, slept);
-        QCOMPARE(env.pauser.eventRounds, eventRounds);
+        QCOMPARE(QList<qint64>({env.pauser.sleeps, env.pauser.sleptMs, env.pauser.eventRounds}),
+                 QList<qint64>({sleeps, slept, eventRounds}));
     }
 
     void homeDirectoryCreatedThenFound()
@@ -250,8 +255,8 @@ private Q_SLOTS:
         QCOMPARE(g_BaseDirectory, expected);
         QVERIFY(QFileInfo(expected).isDir());
         QCOMPARE(env.logLines(), QStringList({u"using home directory: '"_s + expected + u"'"_s, u" [created]/n"_s}));
-        QCOMPARE(env.log->lines[0].level, kLogProgress);
-        QCOMPARE(env.log->lines[1].level, kLogContinuation);
+        QCOMPARE(QList<int>({env.log->lines[0].level, env.log->lines[1].level}),
+                 QList<int>({kLogProgress, kLogContinuation}));
 
         env.log->clear();
         modFolders::SetHomeDirectory();
@@ -329,9 +334,7 @@ private Q_SLOTS:
         modBrowser::OpenUrl(u"file:///tmp/doc/index.html"_s);
         QCOMPARE(env.logLines(),
                  QStringList({u"file: \"/usr/bin/mybrowser\""_s, u"args: --private \"file:///tmp/doc/index.html\""_s}));
-        QCOMPARE(env.prompter.launches.size(), size_t(1));
-        QCOMPARE(env.prompter.launches[0].program, u"/usr/bin/mybrowser"_s);
-        QCOMPARE(env.prompter.launches[0].arguments, QStringList({u"--private"_s, u"file:///tmp/doc/index.html"_s}));
+        QCOMPARE(launches(env.prompter), QStringList(u"/usr/bin/mybrowser | --private file:///tmp/doc/index.html"_s));
         qunsetenv("XDG_DATA_DIRS");
         qunsetenv("XDG_CONFIG_DIRS");
     }
@@ -341,9 +344,7 @@ private Q_SLOTS:
         TestEnvironment env;
         qputenv("BROWSER", "/opt/b/browser --new-tab");
         modBrowser::OpenProductPage();
-        QCOMPARE(env.prompter.launches.size(), size_t(1));
-        QCOMPARE(env.prompter.launches[0].program, u"/opt/b/browser"_s);
-        QCOMPARE(env.prompter.launches[0].arguments, QStringList({u"--new-tab"_s, modBrowser::ProductPageUrl()}));
+        QCOMPARE(launches(env.prompter), QStringList(u"/opt/b/browser | --new-tab "_s + modBrowser::ProductPageUrl()));
         QVERIFY(modBrowser::ProductPageUrl().startsWith(u"file:///"_s));
         QVERIFY(modBrowser::ProductPageUrl().endsWith(u"/doc/index.html"_s));
     }
@@ -370,7 +371,7 @@ private Q_SLOTS:
         // The launch goes ahead with an empty file and fails quietly.
         modBrowser::OpenUrl(u"http://example.org"_s);
         QVERIFY(env.prompter.boxes.empty());
-        QCOMPARE(env.prompter.launches.back().program, QString());
+        QCOMPARE(launches(env.prompter), QStringList(u" | "_s));
         qunsetenv("XDG_DATA_DIRS");
         qunsetenv("XDG_CONFIG_DIRS");
     }
@@ -404,10 +405,10 @@ private Q_SLOTS:
         QVERIFY(dialog.ShowOpen());
         QCOMPARE(dialog.FileName(), u"/tmp/already.vxs"_s);
         QVERIFY(!dialog.ShowOpen());
-        QCOMPARE(env.prompter.fileDialogs[0].kind, FileDialogKind::Save);
-        QCOMPARE(env.prompter.fileDialogs[0].title, u"Save As"_s);
-        QCOMPARE(env.prompter.fileDialogs[0].filter, u"Vocabrix Save File (*.vxs)"_s);
-        QCOMPARE(env.prompter.fileDialogs[1].kind, FileDialogKind::Open);
+        const FileDialogRequest &save = env.prompter.fileDialogs[0];
+        QCOMPARE(QStringList({save.title, save.filter}), QStringList({u"Save As"_s, u"Vocabrix Save File (*.vxs)"_s}));
+        QCOMPARE(QList<FileDialogKind>({save.kind, env.prompter.fileDialogs[1].kind}),
+                 QList<FileDialogKind>({FileDialogKind::Save, FileDialogKind::Open}));
 
         env.prompter.colorAnswers = {0x123456u};
         dialog.SetColor(0xFF);

@@ -16,6 +16,18 @@
 
 using namespace Qt::Literals::StringLiterals;
 
+namespace {
+
+// Count, first and last index at once.
+QList<int> indices(const ikorvalite &db)
+{
+    return {db.Count(), db.FirstIndex(), db.LastIndex()};
+}
+
+const QByteArray kEmptyFile = bytes::header("d", 4, 0) + bytes::placeholder();
+
+} // namespace
+
 // The engine reports through its hooks; these tests listen there directly.
 class KorvaTest : public QObject
 {
@@ -24,8 +36,8 @@ class KorvaTest : public QObject
 private:
     QTemporaryDir m_dir;
     QStringList m_log;
-    std::vector<std::pair<QString, QString>> m_questions;
-    std::vector<std::pair<QString, QString>> m_warnings;
+    QStringList m_questions; // "title | text"
+    QStringList m_warnings;
     bool m_answerYes = false;
 
     QString path(const QString &name) const { return m_dir.filePath(name); }
@@ -40,10 +52,10 @@ private Q_SLOTS:
         korva::Hooks hooks;
         hooks.log = [this](const QString &m) { m_log << m; };
         hooks.askYesNo = [this](const QString &t, const QString &x) {
-            m_questions.emplace_back(t, x);
+            m_questions << t + u" | "_s + x;
             return m_answerYes;
         };
-        hooks.warn = [this](const QString &t, const QString &x) { m_warnings.emplace_back(t, x); };
+        hooks.warn = [this](const QString &t, const QString &x) { m_warnings << t + u" | "_s + x; };
         korva::setHooks(hooks);
     }
     void cleanup()
@@ -52,64 +64,92 @@ private Q_SLOTS:
         korva::setSaveFault({});
     }
 
+    // Both ways through Windows-1252; a character it cannot hold is named by
+    // its index.
     void codec_data()
     {
         QTest::addColumn<QByteArray>("encoded");
         QTest::addColumn<QString>("decoded");
-        QTest::newRow("ascii") << QByteArray("Haus") << u"Haus"_s;
-        QTest::newRow("umlauts") << QByteArray("\xFC\xF6\xE4\xDF\xDC\xD6\xC4") << u"üöäßÜÖÄ"_s;
-        QTest::newRow("euro and quotes") << QByteArray("\x80\x93\x94\x85") << u"€“”…"_s;
+        QTest::addColumn<qsizetype>("badIndex"); // -1: encodes
+        QTest::addColumn<QString>("named");
+        QTest::newRow("ascii") << QByteArray("Haus") << u"Haus"_s << qsizetype(-1) << QString();
+        QTest::newRow("umlauts") << QByteArray("\xFC\xF6\xE4\xDF\xDC\xD6\xC4") << u"üöäßÜÖÄ"_s << qsizetype(-1)
+                                 << QString();
+        QTest::newRow("euro and quotes") << QByteArray("\x80\x93\x94\x85") << u"€“”…"_s << qsizetype(-1) << QString();
         QTest::newRow("undefined bytes keep their number")
-                << QByteArray("\x81\x8D\x8F\x90\x9D") << u"\u0081\u008D\u008F\u0090\u009D"_s;
-        QTest::newRow("nul and high latin") << QByteArray("\x00\xA0\xFF", 3) << u"\u0000\u00A0ÿ"_s;
+                << QByteArray("\x81\x8D\x8F\x90\x9D") << u"\u0081\u008D\u008F\u0090\u009D"_s << qsizetype(-1)
+                << QString();
+        QTest::newRow("nul and high latin")
+                << QByteArray("\x00\xA0\xFF", 3) << u"\u0000\u00A0ÿ"_s << qsizetype(-1) << QString();
+        QTest::newRow("cyrillic") << QByteArray() << u"abЖc"_s << qsizetype(2) << u"'Ж' (U+0416)"_s;
+        QTest::newRow("emoji") << QByteArray() << u"x😀"_s << qsizetype(1) << u"'😀' (U+1F600)"_s;
+        QTest::newRow("c1 control that 1252 redefines") << QByteArray() << u"\u0080"_s << qsizetype(0) << u"U+0080"_s;
     }
     void codec()
     {
         QFETCH(QByteArray, encoded);
         QFETCH(QString, decoded);
-        QCOMPARE(cp1252::decode(encoded), decoded);
-        QByteArray out;
-        QCOMPARE(cp1252::encode(decoded, out), qsizetype(-1));
-        QCOMPARE(out, encoded);
-    }
-
-    void codecRefusesWhatItCannotHold_data()
-    {
-        QTest::addColumn<QString>("text");
-        QTest::addColumn<qsizetype>("badIndex");
-        QTest::addColumn<QString>("named");
-        QTest::newRow("cyrillic") << u"abЖc"_s << qsizetype(2) << u"'Ж' (U+0416)"_s;
-        QTest::newRow("emoji") << u"x😀"_s << qsizetype(1) << u"'😀' (U+1F600)"_s;
-        QTest::newRow("c1 control that 1252 redefines") << u"\u0080"_s << qsizetype(0) << u"U+0080"_s;
-    }
-    void codecRefusesWhatItCannotHold()
-    {
-        QFETCH(QString, text);
         QFETCH(qsizetype, badIndex);
         QFETCH(QString, named);
         QByteArray out;
-        QCOMPARE(cp1252::encode(text, out), badIndex);
-        QCOMPARE(cp1252::encodedLength(text), qsizetype(-1));
-        QCOMPARE(cp1252::describeChar(text, badIndex), named);
+        QCOMPARE(cp1252::encode(decoded, out), badIndex);
+        if (badIndex >= 0) {
+            QCOMPARE(cp1252::encodedLength(decoded), qsizetype(-1));
+            QCOMPARE(cp1252::describeChar(decoded, badIndex), named);
+            return;
+        }
+        QCOMPARE(out, encoded);
+        QCOMPARE(cp1252::decode(encoded), decoded);
     }
 
-    void textFieldLimits()
+    // A text field: its 16-bit length, then the bytes in the file's encoding;
+    // a refused text writes nothing.
+    void textFields_data()
     {
+        QTest::addColumn<bool>("utf8");
+        QTest::addColumn<QString>("text");
+        QTest::addColumn<qsizetype>("size"); // -1: refused
+        QTest::addColumn<QString>("error");
+        const QString tooLong = u"a text of 65536 bytes is longer than the 65,535 bytes a text field holds"_s;
+        QTest::newRow("1252: 65,535 bytes") << false << QString(65535, u'a') << qsizetype(65535) << QString();
+        QTest::newRow("1252: 65,536 bytes") << false << QString(65536, u'a') << qsizetype(-1) << tooLong;
+        QTest::newRow("1252: a Cyrillic letter")
+                << false << u"abЖ"_s << qsizetype(-1)
+                << u"the character 'Ж' (U+0416) cannot be stored in the file's 8-bit character set"_s;
+        QTest::newRow("utf-8: 65,535 bytes") << true << u"Ж"_s.repeated(32767) + u'x' << qsizetype(65535) << QString();
+        QTest::newRow("utf-8: 65,536 bytes") << true << u"Ж"_s.repeated(32768) << qsizetype(-1) << tooLong;
+        QTest::newRow("utf-8: a character beyond 16 bits") << true << u"😀"_s << qsizetype(4) << QString();
+        QTest::newRow("utf-8: half of a character")
+                << true << u"a\xD800"_s << qsizetype(-1)
+                << u"the text holds U+D800, half of a character without its other half, which cannot be stored"_s;
+    }
+    void textFields()
+    {
+        QFETCH(bool, utf8);
+        QFETCH(QString, text);
+        QFETCH(qsizetype, size);
+        QFETCH(QString, error);
+        const korva::Encoding encoding = utf8 ? korva::Encoding::Utf8 : korva::Encoding::Cp1252;
         QByteArray out;
-        korva::ByteWriter w(out);
-        QVERIFY(w.writeText(QString(65535, u'a')));
-        QCOMPARE(out.size(), 2 + 65535);
-        QCOMPARE(out.left(2), QByteArray("\xFF\xFF"));
-        QVERIFY(!w.writeText(QString(65536, u'a')));
-        QVERIFY(w.error().contains(u"65,535"_s));
-        QCOMPARE(out.size(), 2 + 65535); // nothing written for the refused text
+        korva::ByteWriter w(out, encoding);
+        QCOMPARE(w.writeText(text), size >= 0);
+        QCOMPARE(korva::textFieldSize(text, encoding), size < 0 ? -1 : 2 + size);
+        if (size < 0) {
+            QVERIFY(out.isEmpty());
+            QCOMPARE(w.error(), error);
+            QCOMPARE(w.cannotHold(), !error.startsWith(u"a text of"_s)); // not for length
+            return;
+        }
+        QCOMPARE(out.size(), 2 + size);
+        QCOMPARE(out.left(2), bytes::i16(qint16(quint16(size))));
+        korva::ByteReader r(out, encoding);
+        QCOMPARE(r.readText(), text);
+        QVERIFY(r.ok());
 
-        const QByteArray shortText("\x05\x00"
-                                   "abc",
-                                   5); // says 5 bytes, has 3
-        korva::ByteReader r(shortText);
-        QCOMPARE(r.readText(), QString());
-        QVERIFY(!r.ok());
+        const QByteArray shortened = out.chopped(1); // the reader keeps no copy
+        korva::ByteReader cut(shortened, encoding);
+        QCOMPARE(cut.readText(), QString());
+        QVERIFY(!cut.ok());
     }
 
     void mountReadsHandMadeFile()
@@ -122,18 +162,11 @@ private Q_SLOTS:
 
         ikorvalite db;
         QVERIFY(db.Mount(path(u"hand.zel"_s), false));
-        QCOMPARE(db.Description(), u"generated automatically by the Vocabrix Editor v1.21"_s);
-        QCOMPARE(db.Title(), u"Kapitel 1"_s);
-        QCOMPARE(db.Header().reserved, u"res"_s);
+        QCOMPARE(QStringList({db.Description(), db.Title(), db.Header().reserved}),
+                 QStringList({u"generated automatically by the Vocabrix Editor v1.21"_s, u"Kapitel 1"_s, u"res"_s}));
         QCOMPARE(db.Header().format, 4);
-        QCOMPARE(db.Count(), 2);
-        QCOMPARE(db.FirstIndex(), 1);
-        QCOMPARE(db.LastIndex(), 2);
-        const korva::Entry dog = db.GetEntry(1);
-        QCOMPARE(dog.key, u"der Hund"_s);
-        QCOMPARE(dog.isText, qint16(-1));
-        QCOMPARE(dog.text, u"the dog"_s);
-        QCOMPARE(dog.note, u"pl. die Hunde"_s);
+        QCOMPARE(indices(db), QList<int>({2, 1, 2}));
+        QCOMPARE(db.GetEntry(1), (korva::Entry {u"der Hund"_s, -1, u"the dog"_s, 0, u"pl. die Hunde"_s}));
         QCOMPARE(db.GetNumber(u"zahl"_s, 7).value, -123456);
         QVERIFY(db.GetNumber(u"zahl"_s, 7).found);
         QCOMPARE(db.GetEntry(99), korva::Entry()); // out of range reads empty
@@ -146,28 +179,26 @@ private Q_SLOTS:
 
     void saveWritesExactLayout()
     {
+        const QString p = path(u"new.zel"_s);
         ikorvalite db;
-        QVERIFY(db.Mount(path(u"new.zel"_s), false));
+        QVERIFY(db.Mount(p, false));
         QCOMPARE(m_log,
                  QStringList({u"the specified file doesn't exist, creating new/n"_s, u"file created/n"_s,
                               u"file mounted/n"_s}));
-        QVERIFY(QFileInfo(path(u"new.zel"_s)).isFile());
-        QCOMPARE(QFileInfo(path(u"new.zel"_s)).size(), 0); // nothing until Save
-        QCOMPARE(db.Count(), 0);
-        QCOMPARE(db.FirstIndex(), 1);
-        QCOMPARE(db.LastIndex(), 0);
+        QVERIFY(QFileInfo(p).isFile());
+        QCOMPARE(QFileInfo(p).size(), 0); // nothing until Save
+        QCOMPARE(indices(db), QList<int>({0, 1, 0}));
 
         QVERIFY(db.Save());
-        QCOMPARE(ReadFileBytes(path(u"new.zel"_s)),
-                 bytes::header("KORVA Database File; KORVA Lite version", 4, 0) + bytes::placeholder());
+        const QByteArray header = "KORVA Database File; KORVA Lite version";
+        QCOMPARE(ReadFileBytes(p), bytes::header(header, 4, 0) + bytes::placeholder());
 
         db.SetValue(u"flist_count"_s, QString(), 4, QString());
         db.SetValue(u"flist_name_1"_s, u"/home/ü/ex1.zel"_s, 0, QString());
         db.SetValue(u"show_mouse_hover"_s, QString(), -1, u"options"_s);
         QVERIFY(db.Save());
-        QCOMPARE(ReadFileBytes(path(u"new.zel"_s)),
-                 bytes::header("KORVA Database File; KORVA Lite version", 4, 3) + bytes::placeholder()
-                         + bytes::entry("flist_count", 0, {}, 4, {})
+        QCOMPARE(ReadFileBytes(p),
+                 bytes::header(header, 4, 3) + bytes::placeholder() + bytes::entry("flist_count", 0, {}, 4, {})
                          + bytes::entry("flist_name_1", -1, "/home/\xFC/ex1.zel", 0, {})
                          + bytes::entry("show_mouse_hover", 0, {}, -1, "options"));
     }
@@ -176,7 +207,7 @@ private Q_SLOTS:
     {
         ikorvalite db;
         db.SetValue(u"k"_s, u"text"_s, 5, u"n1"_s);
-        QCOMPARE(db.Count(), 1);
+        QCOMPARE(db.GetEntry(1), (korva::Entry {u"k"_s, -1, u"text"_s, 0, u"n1"_s}));
         QVERIFY(db.GetValueType(u"k"_s));
         QCOMPARE(db.GetText(u"k"_s).value, u"text"_s);
         // A text entry read as a number: found, but the default.
@@ -186,17 +217,15 @@ private Q_SLOTS:
 
         // The same key again keeps one entry; an empty text makes it a number entry.
         db.SetValue(u"k"_s, QString(), 9, u"n2"_s);
-        QCOMPARE(db.Count(), 1);
-        QCOMPARE(db.LastIndex(), 1);
+        QCOMPARE(indices(db), QList<int>({1, 1, 1}));
         QVERIFY(!db.GetValueType(u"k"_s));
         QCOMPARE(db.GetNumber(u"k"_s, 0).value, 9);
-        QCOMPARE(db.GetText(u"k"_s, u"d"_s).value, QString());
-        QCOMPARE(db.GetNote(u"k"_s), u"n2"_s);
+        QCOMPARE(QStringList({db.GetText(u"k"_s, u"d"_s).value, db.GetNote(u"k"_s)}), QStringList({{}, u"n2"_s}));
 
         // Keys compare exactly.
         QVERIFY(!db.GetNumber(u"K"_s, 3).found);
-        QCOMPARE(db.GetText(u"missing"_s, u"fallback"_s).value, u"fallback"_s);
-        QCOMPARE(db.GetNote(u"missing"_s), QString());
+        QCOMPARE(QStringList({db.GetText(u"missing"_s, u"fallback"_s).value, db.GetNote(u"missing"_s)}),
+                 QStringList({u"fallback"_s, {}}));
 
         // The empty key is the placeholder's: setting it changes entry 0.
         db.SetValue(QString(), QString(), 0, u"color_metrics"_s);
@@ -211,17 +240,14 @@ private Q_SLOTS:
                                + bytes::entry("c", -1, "d", 0, {}));
         ikorvalite db;
         QVERIFY(db.Mount(path(u"h.zel"_s), true));
-        QCOMPARE(db.Description(), u"desc"_s);
-        QCOMPARE(db.Title(), u"Titel"_s);
-        QCOMPARE(db.Count(), 2);
-        QCOMPARE(db.LastIndex(), 0); // entries not read
+        QCOMPARE(QStringList({db.Description(), db.Title()}), QStringList({u"desc"_s, u"Titel"_s}));
+        QCOMPARE(indices(db), QList<int>({2, 1, 0})); // entries not read
 
         // A save that does not happen leaves the count as it was.
         QFile::setPermissions(path(u"h.zel"_s), QFileDevice::ReadOwner);
         QVERIFY(!db.Save());
-        QCOMPARE(m_questions.size(), size_t(1));
+        QCOMPARE(m_questions.size(), 1);
         QCOMPARE(db.Count(), 2);
-        QFile::setPermissions(path(u"h.zel"_s), QFileDevice::ReadOwner | QFileDevice::WriteOwner);
     }
 
     void secondMountRefused()
@@ -272,39 +298,63 @@ private Q_SLOTS:
     }
 
     // The reader takes the header and entries 0 .. count and nothing else; a
-    // save writes them back whole, each record padded to its slot.
+    // save writes them back whole, each record padded to its slot. The
+    // header's reserved text "utf-8", exactly, makes every text of the file
+    // UTF-8; any other file is Windows-1252.
     void filesThatMount_data()
     {
         QTest::addColumn<QByteArray>("file");
-        QTest::addColumn<int>("lastIndex");
-        QTest::addColumn<QByteArray>("written");
+        QTest::addColumn<QStringList>("texts"); // title, entry 1's key and note
+        QTest::addColumn<bool>("utf8");
+        QTest::addColumn<QByteArray>("written"); // null: the same bytes
         const QByteArray good = bytes::header("d", 4, 1) + bytes::placeholder() + bytes::entry("a", -1, "b", 0, {});
-        QTest::newRow("empty file") << QByteArray() << 0 << bytes::header({}, 0, 0) + bytes::placeholder();
+        const QStringList a {{}, u"a"_s, {}}, none {{}, {}, {}};
+        QTest::newRow("empty file") << QByteArray("") << none << false
+                                    << bytes::header({}, 0, 0) + bytes::placeholder();
         QTest::newRow("last record without filler") << good.left(2 * 128) + bytes::text("a") + bytes::i16(-1)
-                        + bytes::text("b") + bytes::i32(0)
-                        + bytes::text({}) << 1 << good;
-        QTest::newRow("bytes after the last entry") << good + "junk" << 1 << good;
-        QTest::newRow("a zero record after the last entry") << good + QByteArray(128, '\0') << 1 << good;
-        QTest::newRow("header without its placeholder")
-                << bytes::header("d", 4, 0) << 0 << bytes::header("d", 4, 0) + bytes::placeholder();
+                        + bytes::text("b") + bytes::i32(0) + bytes::text({})
+                                                    << a << false << good;
+        QTest::newRow("bytes after the last entry") << good + "junk" << a << false << good;
+        QTest::newRow("a zero record after the last entry") << good + QByteArray(128, '\0') << a << false << good;
+        QTest::newRow("header without its placeholder") << bytes::header("d", 4, 0) << none << false << kEmptyFile;
         QTest::newRow("header fields only")
-                << bytes::text("d") + bytes::i32(4) + bytes::i16(0) + bytes::text("t") + bytes::text({}) << 0
-                << bytes::header("d", 4, 0, "t") + bytes::placeholder();
+                << bytes::text("d") + bytes::i32(4) + bytes::i16(0) + bytes::text("t") + bytes::text({})
+                << QStringList({u"t"_s, {}, {}}) << false << bytes::header("d", 4, 0, "t") + bytes::placeholder();
+        QTest::newRow("windows-1252") << bytes::header("d", 4, 1, "Kapitel \xFC") + bytes::placeholder()
+                        + bytes::entry("Gr\xFCn", -1, "green", 0, "\x80 5")
+                                      << QStringList({u"Kapitel ü"_s, u"Grün"_s, u"€ 5"_s}) << false << QByteArray();
+        QTest::newRow("utf-8 by its marker")
+                << bytes::header("d", 4, 1, "\xD0\x93\xD0\xBB\xD0\xB0\xD0\xB2\xD0\xB0", "utf-8") + bytes::placeholder()
+                        + bytes::entry("\xD0\xB6\xD1\x83\xD0\xBA", -1, "beetle", 0, "Gr\xC3\xBCn \xE2\x82\xAC")
+                << QStringList({u"Глава"_s, u"жук"_s, u"Grün €"_s}) << true << QByteArray();
+        QTest::newRow("UTF-8 in capitals is no marker") << bytes::header("d", 4, 1, "\xD0\x96", "UTF-8")
+                        + bytes::placeholder() + bytes::entry("\xD0\x96", -1, "x", 0, {})
+                                                        << QStringList({u"Ð–"_s, u"Ð–"_s, {}}) << false << QByteArray();
+        QTest::newRow("utf-8 of plain letters")
+                << bytes::header("d", 4, 1, "T", "utf-8") + bytes::placeholder() + bytes::entry("a", -1, "b", 0, {})
+                << QStringList({u"T"_s, u"a"_s, {}}) << true << QByteArray();
+        QTest::newRow("a byte-order mark is part of its text")
+                << bytes::header("d", 4, 1, {}, "utf-8") + bytes::placeholder()
+                        + bytes::entry("\xEF\xBB\xBFx", -1, "b", 0, {})
+                << QStringList({{}, u"\uFEFFx"_s, {}}) << true << QByteArray();
     }
     void filesThatMount()
     {
         QFETCH(QByteArray, file);
-        QFETCH(int, lastIndex);
+        QFETCH(QStringList, texts);
+        QFETCH(bool, utf8);
         QFETCH(QByteArray, written);
         WriteFileBytes(path(u"m.zel"_s), file);
         ikorvalite db;
         QVERIFY2(db.Mount(path(u"m.zel"_s), false), qPrintable(db.LastError()));
-        QCOMPARE(db.LastIndex(), lastIndex);
-        QCOMPARE(db.Count(), lastIndex);
+        const int last = texts[1].isEmpty() ? 0 : 1;
+        QCOMPARE(indices(db), QList<int>({last, 1, last}));
+        QCOMPARE(QStringList({db.Title(), db.GetEntry(1).key, db.GetEntry(1).note}), texts);
+        QCOMPARE(db.Encoding() == korva::Encoding::Utf8, utf8);
         QVERIFY(m_log.isEmpty());
         QCOMPARE(ReadFileBytes(path(u"m.zel"_s)), file); // mounting writes nothing
         QVERIFY(db.Save());
-        QCOMPARE(ReadFileBytes(path(u"m.zel"_s)), written);
+        QCOMPARE(ReadFileBytes(path(u"m.zel"_s)), written.isNull() ? file : written);
     }
 
     void largestFileMountsAndOneMoreIsRefused()
@@ -325,82 +375,9 @@ private Q_SLOTS:
         QCOMPARE(back.Count(), 32768);
         QVERIFY(!back.Save());
         QCOMPARE(back.Count(), 32768); // a refused save leaves the count alone
-        QCOMPARE(m_warnings.size(), size_t(1));
-        QVERIFY(m_warnings[0].second.contains(u"32767"_s));
+        QCOMPARE(m_warnings.size(), 1);
+        QVERIFY(m_warnings[0].contains(u"32767"_s));
         QCOMPARE(ReadFileBytes(path(u"big.zel"_s)), before);
-    }
-
-    void recordLimits_data()
-    {
-        QTest::addColumn<int>("textLength");
-        QTest::addColumn<bool>("saved");
-        // key "k" (3) + flag (2) + text (2 + n) + number (4) + note (2) = 13 + n
-        QTest::newRow("exactly 128 bytes") << 115 << true;
-        QTest::newRow("129 bytes") << 116 << false;
-    }
-    void recordLimits()
-    {
-        QFETCH(int, textLength);
-        QFETCH(bool, saved);
-        ikorvalite db;
-        QVERIFY(db.Mount(path(u"limits.zel"_s), false));
-        QVERIFY(db.Save());
-        const QByteArray before = ReadFileBytes(path(u"limits.zel"_s));
-        db.SetValue(u"k"_s, QString(textLength, u'x'), 0, QString());
-        QCOMPARE(db.Save(), saved);
-        if (saved) {
-            QCOMPARE(ReadFileBytes(path(u"limits.zel"_s)).size(), 3 * 128);
-        } else {
-            QCOMPARE(ReadFileBytes(path(u"limits.zel"_s)), before);
-            QCOMPARE(m_warnings.size(), size_t(1));
-            QCOMPARE(m_warnings[0].first, u"Can't save file"_s);
-            QVERIFY(m_warnings[0].second.contains(u"129 bytes"_s));
-        }
-    }
-
-    // The header's reserved text "utf-8", exactly, makes every text of the
-    // file UTF-8; any other file is Windows-1252. Either comes back byte for byte.
-    void encodingByMarker_data()
-    {
-        QTest::addColumn<QByteArray>("file");
-        QTest::addColumn<QString>("title");
-        QTest::addColumn<QString>("key");
-        QTest::addColumn<QString>("note");
-        QTest::addColumn<bool>("utf8");
-        const QByteArray d = "d";
-        QTest::newRow("windows-1252") << bytes::header(d, 4, 1, "Kapitel \xFC") + bytes::placeholder()
-                        + bytes::entry("Gr\xFCn", -1, "green", 0, "\x80 5")
-                                      << u"Kapitel ü"_s << u"Grün"_s << u"€ 5"_s << false;
-        QTest::newRow("utf-8 by its marker")
-                << bytes::header(d, 4, 1, "\xD0\x93\xD0\xBB\xD0\xB0\xD0\xB2\xD0\xB0", "utf-8") + bytes::placeholder()
-                        + bytes::entry("\xD0\xB6\xD1\x83\xD0\xBA", -1, "beetle", 0, "Gr\xC3\xBCn \xE2\x82\xAC")
-                << u"Глава"_s << u"жук"_s << u"Grün €"_s << true;
-        QTest::newRow("UTF-8 in capitals is no marker") << bytes::header(d, 4, 1, "\xD0\x96", "UTF-8")
-                        + bytes::placeholder() + bytes::entry("\xD0\x96", -1, "x", 0, {})
-                                                        << u"Ð–"_s << u"Ð–"_s << QString() << false;
-        QTest::newRow("utf-8 of plain letters")
-                << bytes::header(d, 4, 1, "T", "utf-8") + bytes::placeholder() + bytes::entry("a", -1, "b", 0, {})
-                << u"T"_s << u"a"_s << QString() << true;
-        QTest::newRow("a byte-order mark is part of its text") << bytes::header(d, 4, 1, {}, "utf-8")
-                        + bytes::placeholder() + bytes::entry("\xEF\xBB\xBFx", -1, "b", 0, {})
-                                                               << QString() << u"\uFEFFx"_s << QString() << true;
-    }
-    void encodingByMarker()
-    {
-        QFETCH(QByteArray, file);
-        QFETCH(QString, title);
-        QFETCH(QString, key);
-        QFETCH(QString, note);
-        QFETCH(bool, utf8);
-        WriteFileBytes(path(u"e.zel"_s), file);
-        ikorvalite db;
-        QVERIFY2(db.Mount(path(u"e.zel"_s), false), qPrintable(db.LastError()));
-        QCOMPARE(db.Title(), title);
-        QCOMPARE(db.GetEntry(1).key, key);
-        QCOMPARE(db.GetEntry(1).note, note);
-        QCOMPARE(db.Encoding() == korva::Encoding::Utf8, utf8);
-        QVERIFY(db.Save());
-        QCOMPARE(ReadFileBytes(path(u"e.zel"_s)), file);
     }
 
     // A text that Windows-1252 cannot hold turns the whole file into UTF-8,
@@ -412,22 +389,15 @@ private Q_SLOTS:
                                + bytes::entry("Gr\xFCn", -1, "green", 0, {}));
         ikorvalite db;
         QVERIFY(db.Mount(path(u"t.zel"_s), false));
-        db.SetValue(u"word"_s, u"жук"_s, 0, u"Käfer"_s);
-        QVERIFY(db.Save());
         const QByteArray turned = bytes::header("d", 4, 2, "T\xC3\xBC", "utf-8") + bytes::placeholder()
                 + bytes::entry("Gr\xC3\xBCn", -1, "green", 0, {});
-        QCOMPARE(ReadFileBytes(path(u"t.zel"_s)),
-                 turned
-                         + bytes::entry("word", -1, "\xD0\xB6\xD1\x83\xD0\xBA", 0,
-                                        "K\xC3\xA4"
-                                        "fer"));
-        db.SetValue(u"word"_s, u"beetle"_s, 0, u"Käfer"_s);
-        QVERIFY(db.Save());
-        QCOMPARE(ReadFileBytes(path(u"t.zel"_s)),
-                 turned
-                         + bytes::entry("word", -1, "beetle", 0,
-                                        "K\xC3\xA4"
-                                        "fer"));
+        for (const auto &[text, stored] : {std::pair(u"жук"_s, QByteArray("\xD0\xB6\xD1\x83\xD0\xBA")),
+                                           std::pair(u"beetle"_s, QByteArray("beetle"))}) {
+            db.SetValue(u"word"_s, text, 0, u"Käfer"_s);
+            QVERIFY(db.Save());
+            QCOMPARE(ReadFileBytes(path(u"t.zel"_s)),
+                     turned + bytes::entry("word", -1, stored, 0, "K\xC3\xA4\x66\x65r"));
+        }
         QVERIFY(m_warnings.empty());
     }
 
@@ -440,18 +410,32 @@ private Q_SLOTS:
         QTest::addColumn<QString>("title");
         QTest::addColumn<QString>("text");
         QTest::addColumn<QByteArray>("stored"); // empty: refused
+        QTest::addColumn<QString>("why");
         const QString zhe = u"Ж"_s;
-        QTest::newRow("1252: 115 umlauts fit") << false << QString() << QString(115, u'ü') << QByteArray(115, '\xFC');
+        auto needs = [](const QString &what, bool utf8) {
+            return what + u" needs 129 bytes, more than the 128 bytes of a record"_s
+                    + (utf8 ? u" (its texts in UTF-8)"_s : QString());
+        };
+        const QString entry = u"entry 1 ('k')"_s;
+        QTest::newRow("1252: 115 letters fit")
+                << false << QString() << QString(115, u'x') << QByteArray(115, 'x') << QString();
+        QTest::newRow("1252: 115 umlauts fit")
+                << false << QString() << QString(115, u'ü') << QByteArray(115, '\xFC') << QString();
+        QTest::newRow("1252: 116 letters are a byte too many")
+                << false << QString() << QString(116, u'x') << QByteArray() << needs(entry, false);
         QTest::newRow("utf-8: 57 Cyrillic letters and a byte fit")
-                << true << QString() << zhe.repeated(57) + u'x' << QByteArray("\xD0\x96").repeated(57) + 'x';
+                << true << QString() << zhe.repeated(57) + u'x' << QByteArray("\xD0\x96").repeated(57) + 'x'
+                << QString();
         QTest::newRow("utf-8: 58 Cyrillic letters are a byte too many")
-                << true << QString() << zhe.repeated(58) << QByteArray();
-        QTest::newRow("utf-8: an umlaut takes two bytes") << true << QString() << QString(58, u'ü') << QByteArray();
+                << true << QString() << zhe.repeated(58) << QByteArray() << needs(entry, true);
+        QTest::newRow("utf-8: an umlaut takes two bytes")
+                << true << QString() << QString(58, u'ü') << QByteArray() << needs(entry, true);
         QTest::newRow("1252 turned utf-8 by a Cyrillic letter")
-                << false << QString() << QString(57, u'ü') + zhe << QByteArray();
+                << false << QString() << QString(57, u'ü') + zhe << QByteArray() << needs(entry, true);
         QTest::newRow("utf-8: a title of 110 bytes beside the marker")
-                << true << zhe.repeated(55) << u"x"_s << QByteArray("x");
-        QTest::newRow("utf-8: a title of 111 bytes") << true << zhe.repeated(55) + u'x' << u"x"_s << QByteArray();
+                << true << zhe.repeated(55) << u"x"_s << QByteArray("x") << QString();
+        QTest::newRow("utf-8: a title of 111 bytes")
+                << true << zhe.repeated(55) + u'x' << u"x"_s << QByteArray() << needs(u"the header"_s, true);
     }
     void byteLimitsInBothEncodings()
     {
@@ -459,6 +443,7 @@ private Q_SLOTS:
         QFETCH(QString, title);
         QFETCH(QString, text);
         QFETCH(QByteArray, stored);
+        QFETCH(QString, why);
         korva::Header h;
         h.description = u"d"_s;
         h.title = title;
@@ -470,42 +455,12 @@ private Q_SLOTS:
         QCOMPARE(db.SaveAs(p), !stored.isEmpty());
         if (stored.isEmpty()) {
             QCOMPARE(ReadFileBytes(p), QByteArray("before"));
-            QCOMPARE(m_warnings.size(), size_t(1));
-            QVERIFY2(m_warnings[0].second.contains(u"more than the 128 bytes of a record (its texts in UTF-8)"_s),
-                     qPrintable(m_warnings[0].second));
+            QCOMPARE(m_warnings,
+                     QStringList(u"Can't save file | The file '"_s + p + u"' couldn't be saved: "_s + why
+                                 + u". The file on disk was not changed."_s));
             return;
         }
-        const QByteArray file = ReadFileBytes(p);
-        QCOMPARE(file.size(), 3 * 128);
-        QCOMPARE(file.mid(2 * 128), bytes::entry("k", -1, stored, 0, {}));
-    }
-
-    void utf8TextFields_data()
-    {
-        QTest::addColumn<QString>("text");
-        QTest::addColumn<qsizetype>("size"); // -1: refused
-        QTest::newRow("65,535 bytes") << u"Ж"_s.repeated(32767) + u'x' << qsizetype(65535);
-        QTest::newRow("65,536 bytes") << u"Ж"_s.repeated(32768) << qsizetype(-1);
-        QTest::newRow("a character beyond 16 bits") << u"😀"_s << qsizetype(4);
-        QTest::newRow("half of a character") << u"a\xD800"_s << qsizetype(-1);
-    }
-    void utf8TextFields()
-    {
-        QFETCH(QString, text);
-        QFETCH(qsizetype, size);
-        QByteArray out;
-        korva::ByteWriter w(out, korva::Encoding::Utf8);
-        QCOMPARE(w.writeText(text), size >= 0);
-        QCOMPARE(korva::textFieldSize(text, korva::Encoding::Utf8), size < 0 ? -1 : 2 + size);
-        if (size < 0) {
-            QVERIFY(out.isEmpty());
-            QCOMPARE(w.cannotHold(), text.contains(QChar(0xD800))); // not for length
-            return;
-        }
-        QCOMPARE(out.size(), 2 + size);
-        korva::ByteReader r(out, korva::Encoding::Utf8);
-        QCOMPARE(r.readText(), text);
-        QVERIFY(r.ok());
+        QCOMPARE(ReadFileBytes(p).mid(128), bytes::placeholder() + bytes::entry("k", -1, stored, 0, {}));
     }
 
     void readOnlyQuestion_data()
@@ -518,8 +473,7 @@ private Q_SLOTS:
     {
         QFETCH(bool, answerYes);
         const QString p = path(u"ro.zel"_s);
-        const QByteArray original = bytes::header("d", 4, 0) + bytes::placeholder();
-        WriteFileBytes(p, original);
+        WriteFileBytes(p, kEmptyFile);
         QFile::setPermissions(p, QFileDevice::ReadOwner | QFileDevice::ReadUser);
 
         ikorvalite db;
@@ -527,17 +481,13 @@ private Q_SLOTS:
         db.SetValue(u"x"_s, QString(), 1, QString());
         m_answerYes = answerYes;
         QCOMPARE(db.Save(), answerYes);
-        QCOMPARE(m_questions.size(), size_t(1));
-        QCOMPARE(m_questions[0].first, u"Readonly File Detected"_s);
-        QCOMPARE(m_questions[0].second,
-                 u"The specified file is readonly. Do you want to save to this location anyways?"_s);
-        if (answerYes) {
-            QCOMPARE(ReadFileBytes(p).size(), 3 * 128);
-            QVERIFY(QFileInfo(p).permissions() & QFileDevice::WriteOwner);
-        } else {
-            QCOMPARE(ReadFileBytes(p), original);
-            QVERIFY(!(QFileInfo(p).permissions() & QFileDevice::WriteOwner));
-        }
+        QCOMPARE(m_questions,
+                 QStringList(u"Readonly File Detected | The specified file is readonly. Do you want to save to this "
+                             "location anyways?"_s));
+        QCOMPARE(ReadFileBytes(p),
+                 answerYes ? bytes::header("d", 4, 1) + bytes::placeholder() + bytes::entry("x", 0, {}, 1, {})
+                           : kEmptyFile);
+        QCOMPARE(bool(QFileInfo(p).permissions() & QFileDevice::WriteOwner), answerYes);
         QVERIFY(m_warnings.empty());
         QFile::setPermissions(p, QFileDevice::ReadOwner | QFileDevice::WriteOwner);
     }
@@ -550,12 +500,11 @@ private Q_SLOTS:
         db.SetValue(u"a"_s, u"b"_s, 0, QString());
         db.Clear();
         QVERIFY(!db.IsMounted());
-        QCOMPARE(db.LastIndex(), 0);
-        QCOMPARE(db.Count(), 0);
-        QCOMPARE(db.Description(), QString());
+        QCOMPARE(indices(db), QList<int>({0, 1, 0}));
+        QCOMPARE(QStringList({db.Description(), db.Title()}), QStringList({{}, u"kept title"_s}));
         QCOMPARE(db.Header().format, 0);
-        QCOMPARE(db.Title(), u"kept title"_s);
         QVERIFY(!db.Save()); // no path any more
+        QCOMPARE(db.LastError(), u"no file is mounted"_s);
     }
 
     void versionAndFiles()
@@ -593,7 +542,7 @@ private Q_SLOTS:
     void saveThroughLinkKeepsLinkAndPermissions()
     {
         const QString real = path(u"real.zel"_s), link = path(u"link.zel"_s);
-        WriteFileBytes(real, bytes::header("d", 4, 0) + bytes::placeholder());
+        WriteFileBytes(real, kEmptyFile);
         QFile::setPermissions(real, QFileDevice::ReadOwner | QFileDevice::WriteOwner | QFileDevice::ReadGroup);
         QVERIFY(QFile::link(real, link));
         ikorvalite db;
@@ -614,27 +563,22 @@ private Q_SLOTS:
     {
         QTemporaryDir dir;
         auto at = [&](const QString &name) { return dir.filePath(name); };
-        const QString target = at(u"t.zel"_s);
         const QStringList abandoned {u"t.zel.vxsave-AbC123"_s, u"t.zel.vxsave-000000"_s};
         const QStringList kept {u"t.zel.vxsave-AbC12"_s,  u"t.zel.vxsave-AbC1234"_s, u"t.zel.vxsave-AbC12_"_s,
-                                u"x.zel.vxsave-AbC123"_s, u"t.zel.AbC123"_s,         u"t.zel.vxsave-InUse1"_s,
-                                u"t.zel.vxsave-Folder"_s, u"t.zel.vxsave-Link00"_s};
+                                u"x.zel.vxsave-AbC123"_s, u"t.zel.AbC123"_s,         u"t.zel.vxsave-InUse1"_s};
         for (const QString &name : abandoned + kept)
             WriteFileBytes(at(name), "left over");
-        QFile::remove(at(u"t.zel.vxsave-Folder"_s));
         QVERIFY(QDir(dir.path()).mkdir(u"t.zel.vxsave-Folder"_s));
-        QFile::remove(at(u"t.zel.vxsave-Link00"_s));
         QVERIFY(QFile::link(at(u"x.zel.vxsave-AbC123"_s), at(u"t.zel.vxsave-Link00"_s)));
         // A save that is still running holds its file locked.
         const int inUse = ::open(QFile::encodeName(at(u"t.zel.vxsave-InUse1"_s)).constData(), O_RDONLY);
         QVERIFY(inUse >= 0 && ::flock(inUse, LOCK_EX) == 0);
 
         QString error;
-        QVERIFY2(korva::saveFile(target, "new", &error), qPrintable(error));
+        QVERIFY2(korva::saveFile(at(u"t.zel"_s), "new", &error), qPrintable(error));
         ::close(inUse);
-        QCOMPARE(ReadFileBytes(target), QByteArray("new"));
-        QStringList expected = kept;
-        expected << u"t.zel"_s;
+        QCOMPARE(ReadFileBytes(at(u"t.zel"_s)), QByteArray("new"));
+        QStringList expected = kept + QStringList {u"t.zel"_s, u"t.zel.vxsave-Folder"_s, u"t.zel.vxsave-Link00"_s};
         expected.sort();
         QCOMPARE(QDir(dir.path()).entryList(QDir::AllEntries | QDir::NoDotAndDotDot | QDir::System, QDir::Name),
                  expected);
@@ -659,8 +603,8 @@ private Q_SLOTS:
             db.AppendEntry({u"key %1"_s.arg(i), -1, u"value"_s, 0, {}});
         QVERIFY(!db.Save());
         QCOMPARE(ReadFileBytes(dir.filePath(u"sys.zel"_s)), before);
-        QCOMPARE(m_warnings.size(), size_t(1));
-        QVERIFY(m_warnings[0].second.contains(QString::fromLocal8Bit(strerror(ENOSPC))));
+        QCOMPARE(m_warnings.size(), 1);
+        QVERIFY(m_warnings[0].contains(QString::fromLocal8Bit(strerror(ENOSPC))));
         QCOMPARE(QDir(dir.path()).entryList(QDir::Files), QStringList({u"filler"_s, u"sys.zel"_s}));
     }
 };
