@@ -6,6 +6,7 @@
 
 #include <QImage>
 #include <QLocale>
+#include <QPdfWriter>
 #include <QProcess>
 #include <QTemporaryDir>
 #include <QTest>
@@ -165,6 +166,14 @@ private Q_SLOTS:
         QCOMPARE(cut, cutShort ? 1 : 0);
         if (!firstAnswer.startsWith(u'x'))
             QCOMPARE(shown < firstAnswer.count(u' ') + 1, cutShort);
+    }
+
+    // A device that cannot be painted on (a file that cannot be made) yields no page.
+    void unpaintableDeviceGivesNoPages()
+    {
+        QPdfWriter writer(u"/nonexistent/folder/cards.pdf"_s);
+        QTest::ignoreMessage(QtWarningMsg, "QPainter::begin(): Returned false");
+        QCOMPARE(cardsheet::Paint(writer, cardsheet::Select(cards(2), false)), 0);
     }
 };
 
