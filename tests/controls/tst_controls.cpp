@@ -256,17 +256,20 @@ private Q_SLOTS:
         b.SetForecolor(0xFFFFFF);
         b.SetBackcolor(0x404040);
         b.HandleMouseMove(-5, 10);
-        const QImage caption = b.surface().image().copy();
+        const auto red = [&b](int x, int y) { return qRed(pixel(b, x, y)); };
+        QList<QList<int>> caption(30, QList<int>(80));
+        for (int y = 0; y < 30; ++y)
+            for (int x = 0; x < 80; ++x)
+                caption[y][x] = red(x, y);
         b.SetBackcolor(0xFFFFFF);
         b.HandleMouseMove(-6, 10);
-        const QImage shadow = b.surface().image();
         int compared = 0, worst = 0;
         for (int y = 2; y < 27; ++y)
             for (int x = 2; x < 77; ++x) {
-                if (qRed(caption.pixel(x, y)) != 0x40)
+                if (caption[y][x] != 0x40)
                     continue; // the caption covers the shadow here
-                const int ink = (qRed(caption.pixel(x + 1, y + 1)) - 0x40) * 255 / 0xBF;
-                const int shade = (0xFF - qRed(shadow.pixel(x, y))) * 255 / 0xBF;
+                const int ink = (caption[y + 1][x + 1] - 0x40) * 255 / 0xBF;
+                const int shade = (0xFF - red(x, y)) * 255 / 0xBF;
                 compared += ink > 0;
                 worst = qMax(worst, std::abs(ink - shade));
             }
