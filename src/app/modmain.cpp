@@ -28,6 +28,7 @@
 #include "windows/lastsession.h"
 #include "windows/lifecycle.h"
 #include "windows/modrender.h"
+#include "windows/programstyle.h"
 
 #include <QApplication>
 #include <QCoreApplication>
@@ -354,6 +355,7 @@ void PrepareApplication()
     // The program ends when shutdown says so, not when a window closes: a new
     // session hides every window for a moment.
     QApplication::setQuitOnLastWindowClosed(false);
+    programstyle::InstallApplicationStyle();
     InstallFontSubstitutes();
     InstallControlAccessibility();
 }
