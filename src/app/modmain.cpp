@@ -28,6 +28,7 @@
 #include "windows/lastsession.h"
 #include "windows/lifecycle.h"
 #include "windows/modrender.h"
+#include "windows/programstyle.h"
 
 #include <QApplication>
 #include <QCoreApplication>
@@ -37,8 +38,12 @@
 #include <QLocale>
 #include <QPointer>
 #include <QScreen>
+#include <QThread>
 #include <QWidget>
 #include <QWindow>
+
+#include <functional>
+#include <memory>
 
 using namespace Qt::Literals::StringLiterals;
 
@@ -48,6 +53,8 @@ namespace {
 
 QPointer<frmSplash> g_splash;
 QPointer<frmChapter> g_chapter;
+// The splash made while the updater file went to disk, until it is shown.
+QPointer<frmSplash> g_madeSplash;
 
 QString versionText()
 {
@@ -94,6 +101,48 @@ void seedFirstUse(bool showSplash)
     prompter().ShowModal(setup);
     delete setup;
     g_MasterDb->Save();
+}
+
+// Writes the updater file. The save waits for the disk; `meanwhile`, when
+// given, runs beside it in this thread. The lines are logged once both are
+// done, in the order they always come.
+void writeUpdaterFile(const std::function<void()> &meanwhile)
+{
+    // The program directory is often not the user's to write (an installed
+    // program that was once run as root): a failure here is logged, never
+    // shown, and start-up goes on.
+    const QString path =
+            modFolders::ProgramDirectory() + u'/' + QString::fromUtf16(version::kTitle) + u".upd"_s;
+    if (korva::inspectPath(path).kind == korva::PathKind::Regular)
+        QFile::remove(path);
+    ikorvalite updater;
+    updater.SetQuiet(true);
+    const bool mounted = updater.Mount(path, false);
+    updater.SetValue(u"app_title"_s, QString::fromUtf16(version::kTitle), 0, QString());
+    // Major, minor and revision run together: the updater compares them so.
+    updater.SetValue(u"app_current_version"_s,
+                     QString::number(version::kMajor) + QString::number(version::kMinor)
+                             + QString::number(version::kRevision),
+                     0, QString());
+    updater.SetValue(u"app_desc"_s, u"This is a vocabulary flash cards program"_s, 0, QString());
+    bool saved = false;
+    if (mounted && meanwhile) {
+        // Nothing else touches the updater while its thread saves it.
+        std::unique_ptr<QThread> saver(
+                QThread::create([&updater, &saved] { saved = updater.Save(); }));
+        saver->start();
+        meanwhile();
+        saver->wait();
+    } else {
+        if (meanwhile)
+            meanwhile();
+        saved = mounted && updater.Save();
+    }
+    if (!saved)
+        Log(u" .. the updater file '"_s + path + u"' couldn't be written: "_s + updater.LastError()
+            + u"/n"_s);
+    updater.Unmount();
+    Log(u"updater file generated/n"_s);
 }
 
 } // namespace
@@ -145,7 +194,8 @@ void StartProgram()
     modFolders::SetHomeDirectory();
     Log(u"setting base directory to: "_s + g_BaseDirectory + u"/n"_s);
     g_Extras.Load(); // the additions' settings, beside "sys.zel"; read quietly
-    WriteUpdaterFile();
+    // The splash is made, not yet shown, while the updater file is synced.
+    writeUpdaterFile([] { g_madeSplash = new frmSplash; });
     LoadSystem(true);
 }
 
@@ -153,7 +203,8 @@ void LoadSystem(bool showSplash)
 {
     if (showSplash) {
         g_SplashUp = true;
-        g_splash = new frmSplash;
+        g_splash = g_madeSplash ? g_madeSplash.data() : new frmSplash;
+        g_madeSplash = nullptr;
         CentreOnScreen(g_splash);
         g_splash->show();
         g_splash->StartRenderer();
@@ -354,6 +405,7 @@ void PrepareApplication()
     // The program ends when shutdown says so, not when a window closes: a new
     // session hides every window for a moment.
     QApplication::setQuitOnLastWindowClosed(false);
+    programstyle::InstallApplicationStyle();
     InstallFontSubstitutes();
     InstallControlAccessibility();
 }
@@ -424,28 +476,7 @@ qint32 DetectWindowsVersion(qint32 &major, qint32 &minor, qint32 &build)
 
 void WriteUpdaterFile()
 {
-    // The program directory is often not the user's to write (an installed
-    // program that was once run as root): a failure here is logged, never
-    // shown, and start-up goes on.
-    const QString path =
-            modFolders::ProgramDirectory() + u'/' + QString::fromUtf16(version::kTitle) + u".upd"_s;
-    if (korva::inspectPath(path).kind == korva::PathKind::Regular)
-        QFile::remove(path);
-    ikorvalite updater;
-    updater.SetQuiet(true);
-    const bool mounted = updater.Mount(path, false);
-    updater.SetValue(u"app_title"_s, QString::fromUtf16(version::kTitle), 0, QString());
-    // Major, minor and revision run together: the updater compares them so.
-    updater.SetValue(u"app_current_version"_s,
-                     QString::number(version::kMajor) + QString::number(version::kMinor)
-                             + QString::number(version::kRevision),
-                     0, QString());
-    updater.SetValue(u"app_desc"_s, u"This is a vocabulary flash cards program"_s, 0, QString());
-    if (!mounted || !updater.Save())
-        Log(u" .. the updater file '"_s + path + u"' couldn't be written: "_s + updater.LastError()
-            + u"/n"_s);
-    updater.Unmount();
-    Log(u"updater file generated/n"_s);
+    writeUpdaterFile({});
 }
 
 } // namespace modMain

@@ -9,4 +9,9 @@ namespace programstyle {
 
 void ApplyDark(QWidget *window);
 
+// Makes the application's style the platform's, save that the arrows of a
+// toolbar too narrow for its buttons are read without first loading every
+// image plugin Qt has: a cost start-up paid for a button rarely shown.
+void InstallApplicationStyle();
+
 } // namespace programstyle

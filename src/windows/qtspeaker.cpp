@@ -39,9 +39,15 @@ void SpeechWorker::finish()
     m_engine = nullptr;
 }
 
-QtSpeaker::QtSpeaker(QObject *parent) : QObject(parent)
+QtSpeaker::QtSpeaker(QObject *parent) : QObject(parent) {}
+
+void QtSpeaker::LookForEngines() const
 {
-    // Looking for engine plugins is quick and needs no engine.
+    // Quick and needs no engine, but it reads the plugin folder: start-up
+    // does not wait for it, only the first question about speech does.
+    if (m_lookedForEngines)
+        return;
+    m_lookedForEngines = true;
     if (QTextToSpeech::availableEngines().isEmpty())
         m_unavailable = u"No speech engine is installed (Qt has no text-to-speech plugin)"_s;
 }
@@ -62,6 +68,7 @@ QtSpeaker::~QtSpeaker()
 
 void QtSpeaker::Start()
 {
+    LookForEngines();
     if (m_thread || !m_unavailable.isEmpty())
         return;
     m_thread = new QThread;
@@ -83,6 +90,7 @@ void QtSpeaker::Start()
 
 QString QtSpeaker::Unavailable() const
 {
+    LookForEngines();
     return m_unavailable;
 }
 

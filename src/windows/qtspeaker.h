@@ -56,7 +56,11 @@ Q_SIGNALS:
     void Spoken();
 
 private:
+    // Finds whether Qt has an engine plugin at all (once).
+    void LookForEngines() const;
+
     QThread *m_thread = nullptr;
     SpeechWorker *m_worker = nullptr;
-    QString m_unavailable;
+    mutable bool m_lookedForEngines = false;
+    mutable QString m_unavailable;
 };

@@ -1,0 +1,43 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// The floor of the start-up figures: a bare Qt Widgets window in a program
+// that links Qt Widgets and nothing else, built like the program. Once the
+// window has painted it says "painted" on its standard output, as the
+// benchmark's start-up of the program does, and ends.
+#include <QApplication>
+#include <QEvent>
+#include <QWidget>
+
+#include <cstdio>
+
+namespace {
+
+class FirstPaint : public QObject
+{
+public:
+    bool painted = false;
+
+protected:
+    bool eventFilter(QObject *watched, QEvent *event) override
+    {
+        if (event->type() == QEvent::Paint)
+            painted = true;
+        return QObject::eventFilter(watched, event);
+    }
+};
+
+} // namespace
+
+int main(int argc, char *argv[])
+{
+    QApplication app(argc, argv);
+    FirstPaint paint;
+    QWidget window;
+    window.resize(600, 420);
+    window.installEventFilter(&paint);
+    window.show();
+    while (!paint.painted)
+        QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);
+    std::fputs("painted\n", stdout);
+    std::fflush(stdout);
+    return 0;
+}
