@@ -91,37 +91,34 @@ private Q_SLOTS:
         QTest::addColumn<bool>("csv");
         QTest::addColumn<Rows>("rows");
         QTest::addColumn<QList<int>>("lines");
-        QTest::newRow("tsv with and without notes")
-                << QByteArray("der Hund\tthe dog\tpl. die Hunde\ndie Katze\tthe cat\n") << false
-                << Rows {{u"der Hund"_s, u"the dog"_s, u"pl. die Hunde"_s}, {u"die Katze"_s, u"the cat"_s}}
-                << QList<int> {1, 2};
-        QTest::newRow("bom, windows line ends, blank lines")
-                << QByteArray("\xEF\xBB\xBFgr\xC3\xBCn\tgreen\r\n\r\nrot\tred\r\n") << false
-                << Rows {{u"grün"_s, u"green"_s}, {u"rot"_s, u"red"_s}} << QList<int> {1, 3};
-        QTest::newRow("a carriage return last of all")
-                << QByteArray("rot\tred\r") << false << Rows {{u"rot"_s, u"red\r"_s}} << QList<int> {1};
-        QTest::newRow("header lines of an export")
-                << QByteArray("#separator:tab\n#html:false\nja\tyes\n#not a header\tx\n") << false
-                << Rows {{u"ja"_s, u"yes"_s}, {u"#not a header"_s, u"x"_s}} << QList<int> {3, 4};
-        QTest::newRow("csv quoting") << QByteArray("\"Hallo, Welt\",\"hello, \"\"world\"\"\",note\n"
-                                                   "\"zwei\nZeilen\",two lines,\r\nplain,text\n")
-                                     << true
-                                     << Rows {{u"Hallo, Welt"_s, u"hello, \"world\""_s, u"note"_s},
-                                              {u"zwei\nZeilen"_s, u"two lines"_s, QString()},
-                                              {u"plain"_s, u"text"_s}}
-                                     << QList<int> {1, 2, 4};
-        QTest::newRow("csv without final line end")
-                << QByteArray("a,b") << true << Rows {{u"a"_s, u"b"_s}} << QList<int> {1};
-        QTest::newRow("csv quoted line break with windows end")
-                << QByteArray("\"x\r\ny\",z\r\n") << true << Rows {{u"x\ny"_s, u"z"_s}} << QList<int> {1};
+        QTest::addColumn<QString>("error");
+        auto row = [](const char *name, const QByteArray &data, bool csv, const Rows &rows, QList<int> lines,
+                      const QString &error = {}) { QTest::newRow(name) << data << csv << rows << lines << error; };
+        row("tsv with and without notes", "der Hund\tthe dog\tpl. die Hunde\ndie Katze\tthe cat\n", false,
+            {{u"der Hund"_s, u"the dog"_s, u"pl. die Hunde"_s}, {u"die Katze"_s, u"the cat"_s}}, {1, 2});
+        row("bom, windows line ends, blank lines", "\xEF\xBB\xBFgr\xC3\xBCn\tgreen\r\n\r\nrot\tred\r\n", false,
+            {{u"grün"_s, u"green"_s}, {u"rot"_s, u"red"_s}}, {1, 3});
+        row("a carriage return last of all", "rot\tred\r", false, {{u"rot"_s, u"red\r"_s}}, {1});
+        row("header lines of an export", "#separator:tab\n#html:false\nja\tyes\n#not a header\tx\n", false,
+            {{u"ja"_s, u"yes"_s}, {u"#not a header"_s, u"x"_s}}, {3, 4});
+        row("csv quoting", "\"Hallo, Welt\",\"hello, \"\"world\"\"\",note\n\"zwei\nZeilen\",two lines,\r\nplain,text\n",
+            true,
+            {{u"Hallo, Welt"_s, u"hello, \"world\""_s, u"note"_s},
+             {u"zwei\nZeilen"_s, u"two lines"_s, QString()},
+             {u"plain"_s, u"text"_s}},
+            {1, 2, 4});
+        row("csv without final line end", "a,b", true, {{u"a"_s, u"b"_s}}, {1});
+        row("csv quoted line break with windows end", "\"x\r\ny\",z\r\n", true, {{u"x\ny"_s, u"z"_s}}, {1});
         // The text is read a megabyte at a time; a field may go on across.
         const QByteArray longField = QByteArray("x\n").repeated(600000);
-        QTest::newRow("csv field longer than a megabyte")
-                << "\"" + longField + "\",y\nz,w\n"
-                << true << Rows {{QString::fromLatin1(longField), u"y"_s}, {u"z"_s, u"w"_s}} << QList<int> {1, 600002};
-        QTest::newRow("csv quoted line break after stray returns")
-                << QByteArray("\"x\r\r\ny\",z\r\nw\r\r\n") << true << Rows {{u"x\ny"_s, u"z"_s}, {u"w\r"_s}}
-                << QList<int> {1, 3};
+        row("csv field longer than a megabyte", "\"" + longField + "\",y\nz,w\n", true,
+            {{QString::fromLatin1(longField), u"y"_s}, {u"z"_s, u"w"_s}}, {1, 600002});
+        row("csv quoted line break after stray returns", "\"x\r\r\ny\",z\r\nw\r\r\n", true,
+            {{u"x\ny"_s, u"z"_s}, {u"w\r"_s}}, {1, 3});
+        row("not utf-8", "a\tb\nGr\xFCn\tgreen\n", false, {}, {}, u"line 2: the text is not UTF-8"_s);
+        row("not utf-8 after the first megabyte", QByteArray("a\tb\n").repeated(300000) + "c\t\xC3\n", false, {}, {},
+            u"line 300001: the text is not UTF-8"_s);
+        row("open quote", "a,b\n\"never closed,x\n", true, {}, {}, u"line 2: a quoted field is never closed"_s);
     }
     void parse()
     {
@@ -129,16 +126,18 @@ private Q_SLOTS:
         QFETCH(bool, csv);
         QFETCH(Rows, rows);
         QFETCH(QList<int>, lines);
+        QFETCH(QString, error);
         std::vector<cardtext::Row> parsed;
-        QString error;
-        QVERIFY2(cardtext::Parse(data, csv ? cardtext::Format::Csv : cardtext::Format::Tsv, parsed, &error),
-                 qPrintable(error));
+        QString why;
+        QCOMPARE(cardtext::Parse(data, csv ? cardtext::Format::Csv : cardtext::Format::Tsv, parsed, &why),
+                 error.isEmpty());
+        QCOMPARE(why, error);
+        if (!error.isEmpty())
+            return;
         Rows got;
         QList<int> gotLines;
-        for (const auto &r : parsed) {
-            got << r.fields;
-            gotLines << r.line;
-        }
+        for (const auto &r : parsed)
+            got << r.fields, gotLines << r.line;
         QCOMPARE(got, rows);
         QCOMPARE(gotLines, lines);
     }
@@ -208,29 +207,6 @@ private Q_SLOTS:
         QCOMPARE(headerrow::Detect(fields, layout), header);
     }
 
-    void parseErrors_data()
-    {
-        QTest::addColumn<QByteArray>("data");
-        QTest::addColumn<bool>("csv");
-        QTest::addColumn<QString>("error");
-        QTest::newRow("not utf-8") << QByteArray("a\tb\nGr\xFCn\tgreen\n") << false
-                                   << u"line 2: the text is not UTF-8"_s;
-        QTest::newRow("not utf-8 after the first megabyte") << QByteArray("a\tb\n").repeated(300000) + "c\t\xC3\n"
-                                                            << false << u"line 300001: the text is not UTF-8"_s;
-        QTest::newRow("open quote") << QByteArray("a,b\n\"never closed,x\n") << true
-                                    << u"line 2: a quoted field is never closed"_s;
-    }
-    void parseErrors()
-    {
-        QFETCH(QByteArray, data);
-        QFETCH(bool, csv);
-        QFETCH(QString, error);
-        std::vector<cardtext::Row> parsed;
-        QString why;
-        QVERIFY(!cardtext::Parse(data, csv ? cardtext::Format::Csv : cardtext::Format::Tsv, parsed, &why));
-        QCOMPARE(why, error);
-    }
-
     void importDumpExportRoundTrip()
     {
         QTemporaryDir dir;
@@ -244,26 +220,28 @@ private Q_SLOTS:
         QCOMPARE(imported.err, QString());
         QCOMPARE(imported.status, 0);
 
-        // The file the study program reads: exact header and records.
+        // The file the study program reads, and what dump shows of it.
         const QByteArray file = ReadFileBytes(zel);
-        QCOMPARE(file.left(128),
-                 bytes::header("generated automatically by the Vocabrix Editor v1.21", 4, 3, "Obst & Farben"));
-        QCOMPARE(file.mid(2 * 128, 128), bytes::entry("der Apfel", -1, "the apple", 0, "pl. die \xC4pfel"));
-
-        const QJsonObject json = dumpJson(zel);
-        QCOMPARE(json.value(u"description"_s).toString(), u"generated automatically by the Vocabrix Editor v1.21"_s);
-        QCOMPARE(json.value(u"format"_s).toInt(), 4);
-        QCOMPARE(json.value(u"count"_s).toInt(), 3);
-        QCOMPARE(json.value(u"title"_s).toString(), u"Obst & Farben"_s);
-        const QJsonArray entries = json.value(u"entries"_s).toArray();
-        QCOMPARE(entries.size(), 4);
-        QCOMPARE(entries[0].toObject().value(u"key"_s).toString(), QString()); // the placeholder
-        QCOMPARE(entries[0].toObject().value(u"is_text"_s).toInt(), 0);
-        const QJsonObject apple = entries[1].toObject();
-        QCOMPARE(apple.value(u"is_text"_s).toInt(), -1);
-        QCOMPARE(apple.value(u"note"_s).toString(), u"pl. die Äpfel"_s);
-        QCOMPARE(entries[3].toObject().value(u"text"_s).toString(), u"comma, please"_s);
-        QCOMPARE(entries[3].toObject().value(u"note"_s).toString(), u"\"quoted\""_s);
+        QCOMPARE(file,
+                 bytes::header(kChapter, 4, 3, "Obst & Farben") + bytes::placeholder()
+                         + bytes::entry("der Apfel", -1, "the apple", 0, "pl. die \xC4pfel")
+                         + bytes::entry("Grasc(252)n", -1, "green", 0, {})
+                         + bytes::entry("Komma, bitte", -1, "comma, please", 0, "\"quoted\""));
+        QCOMPARE(run({u"dump"_s, zel}).out,
+                 QByteArray(R"({
+  "description": "generated automatically by the Vocabrix Editor v1.21",
+  "format": 4,
+  "count": 3,
+  "title": "Obst & Farben",
+  "reserved": "",
+  "encoding": "Windows-1252",
+  "entries": [
+    {"key": "", "is_text": 0, "text": "", "number": 0, "note": ""},
+    {"key": "der Apfel", "is_text": -1, "text": "the apple", "number": 0, "note": "pl. die Äpfel"},
+    {"key": "Grasc(252)n", "is_text": -1, "text": "green", "number": 0, "note": ""},
+    )"
+                            "{\"key\": \"Komma, bitte\", \"is_text\": -1, \"text\": \"comma, please\", \"number\": 0, "
+                            "\"note\": \"\\\"quoted\\\"\"}\n  ]\n}\n"));
 
         // Export and import again: the same cards, byte for byte.
         const QString tsv = dir.filePath(u"back.tsv"_s);
@@ -306,53 +284,74 @@ private Q_SLOTS:
         QCOMPARE(ReadFileBytes(dir.filePath(u"again.zel"_s)), chapter);
     }
 
-    void importRefusals_data()
+    // Refused with one line and status 1; no file is written, half-written or
+    // changed. '@' stands for the folder.
+    void refusals_data()
     {
-        QTest::addColumn<QString>("name");
-        QTest::addColumn<QByteArray>("content");
+        QTest::addColumn<QString>("name");       // the file read
+        QTest::addColumn<QByteArray>("content"); // null: no such file
+        QTest::addColumn<QStringList>("args");
         QTest::addColumn<QString>("message");
-        QTest::newRow("too few fields") << u"w.tsv"_s << QByteArray("a\tb\nonly question\n")
-                                        << u"w.tsv: line 2: a card needs a question and an answer separated by a tab"_s;
-        QTest::newRow("empty answer") << u"w.csv"_s << QByteArray("a,b\nc,\n")
-                                      << u"w.csv: line 2: the answer is empty"_s;
-        QTest::newRow("record too long") << u"w.tsv"_s
-                                         << QByteArray("a\tb\n") + QByteArray(60, 'q') + "\t" + QByteArray(57, 'a')
-                        + "\n"
-                                         << u"w.tsv: line 2: the card takes 129 bytes, more than the 128 of a chapter "
-                                            "record (question, answer and note may have 116 bytes together)"_s;
-        QTest::newRow("extra field")
-                << u"w.tsv"_s << QByteArray("a\tb\tc\td\n")
-                << u"w.tsv: line 1: a card has three fields at most (question, answer, note); this line has 4"_s;
-        QTest::newRow("not utf-8") << u"w.tsv"_s << QByteArray("a\tb\n\xFF\xFE\tx\n")
-                                   << u"w.tsv: line 2: the text is not UTF-8"_s;
-        QTest::newRow("one card") << u"w.tsv"_s << QByteArray("a\tb\n")
-                                  << u"w.tsv: only one card; a chapter needs two to be studied"_s;
-        QTest::newRow("nothing") << u"w.csv"_s << QByteArray("\n\n") << u"w.csv: no cards found"_s;
+        QTest::addColumn<QByteArray>("existing"); // @out.zel before; null: none
+        auto import = [](const char *row, const QString &name, const QByteArray &content, const QString &message,
+                         const QByteArray &existing = {}) {
+            QTest::newRow(row) << name << content << QStringList {u"import"_s, u"@"_s + name, u"-o"_s, u"@out.zel"_s}
+                               << u"vxedit: @"_s + name + u": "_s + message + u'\n' << existing;
+        };
+        auto read = [](const char *row, const QString &verb, const QByteArray &content, const QString &message) {
+            QTest::newRow(row) << u"f.zel"_s << content << QStringList {verb, u"@f.zel"_s}
+                               << u"vxedit: @f.zel: "_s + message + u'\n' << QByteArray();
+        };
+        import("too few fields", u"w.tsv"_s, "a\tb\nonly question\n",
+               u"line 2: a card needs a question and an answer separated by a tab"_s);
+        import("too few fields, comma-separated", u"w.csv"_s, "a,b\nonly question\n",
+               u"line 2: a card needs a question and an answer separated by a comma"_s);
+        import("an existing chapter kept", u"w.tsv"_s, "a\tb\nc\n",
+               u"line 2: a card needs a question and an answer separated by a tab"_s, "the chapter that was there");
+        import("empty answer", u"w.csv"_s, "a,b\nc,\n", u"line 2: the answer is empty"_s);
+        import("record too long", u"w.tsv"_s, "a\tb\n" + QByteArray(60, 'q') + "\t" + QByteArray(57, 'a') + "\n",
+               u"line 2: the card takes 129 bytes, more than the 128 of a chapter record (question, answer and note "
+               "may have 116 bytes together)"_s);
+        import("extra field", u"w.tsv"_s, "a\tb\tc\td\n",
+               u"line 1: a card has three fields at most (question, answer, note); this line has 4"_s);
+        import("not utf-8", u"w.tsv"_s, "a\tb\n\xFF\xFE\tx\n", u"line 2: the text is not UTF-8"_s);
+        import("one card", u"w.tsv"_s, "a\tb\n", u"only one card; a chapter needs two to be studied"_s);
+        import("nothing", u"w.csv"_s, "\n\n", u"no cards found"_s);
         QByteArray many;
         for (int i = 1; i <= 32768; ++i)
             many += "q" + QByteArray::number(i) + "\ta\n";
-        QTest::newRow("more cards than a chapter holds")
-                << u"w.tsv"_s << many + "never read\n"
-                << u"w.tsv: line 32768: more than 32767 cards; a chapter holds 32767 at most"_s;
-        QTest::newRow("more fields than a card list has")
-                << u"w.tsv"_s << QByteArray("a\tb\n") + QByteArray(64, '\t') + "x\n"
-                << u"w.tsv: line 2: more than 64 fields; a card has a question, an answer and a note"_s;
+        import("more cards than a chapter holds", u"w.tsv"_s, many + "never read\n",
+               u"line 32768: more than 32767 cards; a chapter holds 32767 at most"_s);
+        import("more fields than a card list has", u"w.tsv"_s, "a\tb\n" + QByteArray(64, '\t') + "x\n",
+               u"line 2: more than 64 fields; a card has a question, an answer and a note"_s);
+        read("truncated", u"dump"_s, bytes::header(kChapter, 4, 3),
+             u"not a KORVA file, or a damaged one: the file ends after 0 of its 3 entries"_s);
+        read("text file", u"export"_s, "hello\n",
+             u"not a KORVA file, or a damaged one: the header record is damaged"_s);
+        read("settings file", u"export"_s,
+             bytes::header("KORVA Database File; KORVA Lite version", 4, 0) + bytes::placeholder(),
+             u"not a chapter file (its description is 'KORVA Database File; KORVA Lite version')"_s);
+        read("missing file not created", u"dump"_s, QByteArray(), u"no such file"_s);
     }
-    void importRefusals()
+    void refusals()
     {
         QFETCH(QString, name);
         QFETCH(QByteArray, content);
+        QFETCH(QStringList, args);
         QFETCH(QString, message);
+        QFETCH(QByteArray, existing);
         QTemporaryDir dir;
-        QVERIFY(QDir::setCurrent(dir.path()));
-        WriteFileBytes(name, content);
-        const RunResult r = run({u"import"_s, name, u"-o"_s, u"out.zel"_s});
+        if (!content.isNull())
+            WriteFileBytes(dir.filePath(name), content);
+        if (!existing.isNull())
+            WriteFileBytes(dir.filePath(u"out.zel"_s), existing);
+        const QStringList files = QDir(dir.path()).entryList(QDir::Files | QDir::Hidden);
+        const RunResult r = run(withFolder(args, dir));
         QCOMPARE(r.status, 1);
-        QCOMPARE(r.err, u"vxedit: "_s + message + u'\n');
-        QVERIFY(!QFileInfo::exists(u"out.zel"_s)); // nothing written
-        QCOMPARE(QDir(dir.path()).entryList(QDir::Files),
-                 QStringList(name)); // nor anything half-written
-        QDir::setCurrent(QDir::tempPath());
+        QCOMPARE(r.err, withFolder({message}, dir)[0]);
+        QCOMPARE(QDir(dir.path()).entryList(QDir::Files | QDir::Hidden), files);
+        QCOMPARE(ReadFileBytes(dir.filePath(name)), content);
+        QCOMPARE(ReadFileBytes(dir.filePath(u"out.zel"_s)), existing);
     }
 
     // The first line of a list: column names when it reads so, or as told.
@@ -407,16 +406,6 @@ private Q_SLOTS:
         for (qsizetype i = 1; i < entries.size(); ++i)
             got << entries[i].toObject().value(u"key"_s).toString();
         QCOMPARE(got, questions);
-    }
-
-    void refusedImportKeepsAnExistingChapter()
-    {
-        QTemporaryDir dir;
-        const QString out = dir.filePath(u"keep.zel"_s);
-        WriteFileBytes(out, "the chapter that was there");
-        WriteFileBytes(dir.filePath(u"bad.tsv"_s), "a\tb\nc\n");
-        QCOMPARE(run({u"import"_s, dir.filePath(u"bad.tsv"_s), u"-o"_s, out}).status, 1);
-        QCOMPARE(ReadFileBytes(out), QByteArray("the chapter that was there"));
     }
 
     // Lists in any script: the chapter is Windows-1252 when that holds every
@@ -474,34 +463,6 @@ private Q_SLOTS:
         QCOMPARE(run({u"export"_s, zel, u"-o"_s, tsv}).status, 0);
         QCOMPARE(run({u"import"_s, tsv, u"-o"_s, again}).status, 0);
         QCOMPARE(ReadFileBytes(again), ReadFileBytes(zel));
-    }
-
-    void damagedOrForeignFiles_data()
-    {
-        QTest::addColumn<QByteArray>("content");
-        QTest::addColumn<QString>("verb");
-        QTest::addColumn<QString>("message");
-        QTest::newRow("truncated") << bytes::header("generated automatically by the Vocabrix Editor v1.21", 4, 3)
-                                   << u"dump"_s
-                                   << u"not a KORVA file, or a damaged one: the file ends after 0 of its 3 entries"_s;
-        QTest::newRow("text file") << QByteArray("hello\n") << u"export"_s
-                                   << u"not a KORVA file, or a damaged one: the header record is damaged"_s;
-        QTest::newRow("settings file")
-                << bytes::header("KORVA Database File; KORVA Lite version", 4, 0) + bytes::placeholder() << u"export"_s
-                << u"not a chapter file (its description is 'KORVA Database File; KORVA Lite version')"_s;
-    }
-    void damagedOrForeignFiles()
-    {
-        QFETCH(QByteArray, content);
-        QFETCH(QString, verb);
-        QFETCH(QString, message);
-        QTemporaryDir dir;
-        const QString p = dir.filePath(u"f.zel"_s);
-        WriteFileBytes(p, content);
-        const RunResult r = run({verb, p});
-        QCOMPARE(r.status, 1);
-        QCOMPARE(r.err, u"vxedit: "_s + p + u": "_s + message + u'\n');
-        QCOMPARE(ReadFileBytes(p), content);
     }
 
     void outputIsInputRefused_data()
@@ -592,16 +553,6 @@ private Q_SLOTS:
         const bool result = commandline::IsCommandLine(args);
         QDir::setCurrent(before);
         QCOMPARE(result, commandLine);
-    }
-
-    void missingFileIsNotCreated()
-    {
-        QTemporaryDir dir;
-        const QString p = dir.filePath(u"none.zel"_s);
-        const RunResult r = run({u"dump"_s, p});
-        QCOMPARE(r.status, 1);
-        QCOMPARE(r.err, u"vxedit: "_s + p + u": no such file\n"_s);
-        QVERIFY(!QFileInfo::exists(p));
     }
 
     void importedChapterLoadsIntoTheDeck()
