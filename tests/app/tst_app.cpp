@@ -50,11 +50,25 @@ QString programDir()
     return modFolders::ProgramDirectory();
 }
 
-ikorvalite::Lookup<qint32> storedNumber(const QString &master, const QString &key)
+// Numbers in the settings file, each as "key=value group" ("key=none" if absent).
+QStringList stored(const QString &master, const QStringList &keys)
 {
     ikorvalite db;
     db.Mount(master, false);
-    return db.GetNumber(key, 12345);
+    QStringList out;
+    for (const QString &key : keys) {
+        const auto n = db.GetNumber(key, 12345);
+        out << key + u'=' + (n.found ? QString::number(n.value) : u"none"_s) + u' ' + db.GetNote(key);
+    }
+    return out;
+}
+
+// A chapter of two cards, without a title.
+void writeSmallChapter(const QString &path)
+{
+    WriteFileBytes(path,
+                   bytes::header("generated automatically by the Vocabrix Editor v1.21", 4, 2) + bytes::placeholder()
+                           + bytes::entry("a", -1, "b", 0, {}) + bytes::entry("c", -1, "d", 0, {}));
 }
 
 // A kept session's deck of one card, by hand: "Hund"/"dog", a trouble card
@@ -118,6 +132,16 @@ class AppTest : public QObject
     void startProgram(bool troubleByDefault = false, bool hoverHelp = true)
     {
         m_env->prompter.onModal = answerSetup(troubleByDefault, hoverHelp);
+        modMain::StartProgram();
+        FlushDeletes();
+    }
+
+    // The program started again after it ended, with the same home.
+    void restartProgram()
+    {
+        ResetProgramState();
+        g_Deck.Reset();
+        g_Watcher = std::make_unique<RecordingWatcher>(m_env->log);
         modMain::StartProgram();
         FlushDeletes();
     }
@@ -186,52 +210,30 @@ private Q_SLOTS:
         FlushDeletes();
 
         const QString base = m_env->home() + u"/Documents/Vocabrix"_s;
-        const QStringList expected {
-                u"/b/cVocabrix v1.0 build 1/n"_s,
-                u"/b/cCopyright (c) 2026 Quillmere. Free to use for study at home and at school./n"_s,
-                u"using home directory: '"_s + base + u"'"_s,
-                u" [created]/n"_s,
-                u"setting base directory to: "_s + base + u"/n"_s,
-                u"the specified file doesn't exist, creating new/n"_s,
-                u"file created/n"_s,
-                u"file mounted/n"_s,
-                u"updater file generated/n"_s,
-                u"KORVA Alive/n"_s,
-                u"ZEL Platform v3.44 Startup/n"_s,
-                u"last platform revision date is 16Jan2010/n"_s,
-                u"Program release date: 02/09/2010/n"_s,
-                u"Bringing up the system ../n"_s,
-                u"Starting the cvar subsystem ../n"_s,
-                u".. cvar system disabled in this implementation/n"_s,
-                u"Warning: localization support requires the cvar subsystem/n"_s,
-                u"Localization support has been disabled/n"_s,
-                u" .. client detected: \"Vocabrix\"; version: 1.0 build 1/n"_s,
-                u"Checking for already running instances ../n"_s,
-                u" .. no previously running instance has been found./n"_s,
-                u"starting the KORVA class driver ../n"_s,
-                u"Windows OS version detected: 5.1 build 2600/n"_s,
-                u" .. OS supports Alpha: Yes/n"_s,
-                u" .. OS supports API Gradient: Yes/n"_s,
-                u"the specified file doesn't exist, creating new/n"_s,
-                u"file created/n"_s,
-                u"file mounted/n"_s,
-                u" ..KORVA data file mounted successfully/n"_s,
-                u" .. Initializing KORVA master DB file for first use.../n"_s,
-                u"forcing metrics data manager to defaults/n"_s,
-                u".. 12 colors defined/n"_s,
-                u"wrote 12 color definitions to disk/n"_s,
-                u"Awaiting user response in Setup Window/n"_s,
-                u" .. alpha enabled in program: No using level of 90/n"_s,
-                u" .. loading chapter selection form/n"_s,
-                u"db editor seems to be present./n"_s,
-                u" .. chapter selection form is loaded/n"_s,
-                u"Entering FlushToZero mode/n"_s,
-                u"Initializing data system for first use/n"_s,
-                u" .. not flushing empty data set/n"_s,
-                u"System brought up successfully/n"_s,
-                u" .. Splash killed/n"_s,
-                u"ZEL.Loader exited/n"_s,
-        };
+        const QStringList expected =
+                (u"/b/cVocabrix v1.0 build 1/n|"
+                 u"/b/cCopyright (c) 2026 Quillmere. Free to use for study at home and at school./n|"
+                 u"using home directory: '"_s
+                 + base + u"'| [created]/n|setting base directory to: "_s + base
+                 + u"/n|the specified file doesn't exist, creating new/n|file created/n|file mounted/n|"
+                   u"updater file generated/n|KORVA Alive/n|ZEL Platform v3.44 Startup/n|"
+                   u"last platform revision date is 16Jan2010/n|Program release date: 02/09/2010/n|"
+                   u"Bringing up the system ../n|Starting the cvar subsystem ../n|"
+                   u".. cvar system disabled in this implementation/n|"
+                   u"Warning: localization support requires the cvar subsystem/n|"
+                   u"Localization support has been disabled/n| .. client detected: \"Vocabrix\"; version: 1.0 build 1/n|"
+                   u"Checking for already running instances ../n| .. no previously running instance has been found./n|"
+                   u"starting the KORVA class driver ../n|Windows OS version detected: 5.1 build 2600/n|"
+                   u" .. OS supports Alpha: Yes/n| .. OS supports API Gradient: Yes/n|"
+                   u"the specified file doesn't exist, creating new/n|file created/n|file mounted/n|"
+                   u" ..KORVA data file mounted successfully/n| .. Initializing KORVA master DB file for first use.../n|"
+                   u"forcing metrics data manager to defaults/n|.. 12 colors defined/n|"
+                   u"wrote 12 color definitions to disk/n|Awaiting user response in Setup Window/n|"
+                   u" .. alpha enabled in program: No using level of 90/n| .. loading chapter selection form/n|"
+                   u"db editor seems to be present./n| .. chapter selection form is loaded/n|Entering FlushToZero mode/n|"
+                   u"Initializing data system for first use/n| .. not flushing empty data set/n|"
+                   u"System brought up successfully/n| .. Splash killed/n|ZEL.Loader exited/n"_s)
+                        .split(u'|');
         QCOMPARE(m_env->logLines(), expected);
         for (size_t i = 0; i < m_env->log->lines.size(); ++i)
             QCOMPARE(m_env->log->lines[i].level, i < 2 ? kLogBanner : i == 3 ? kLogContinuation : kLogProgress);
@@ -245,8 +247,8 @@ private Q_SLOTS:
         QCOMPARE(modMain::RunModeName(), u"Full Retail"_s);
 
         // The setup's answers were saved; the loader read them back.
-        QCOMPARE(storedNumber(master(), u"trouble_by_default"_s).value, 0);
-        QCOMPARE(storedNumber(master(), u"show_mouse_hover"_s).value, 0);
+        QCOMPARE(stored(master(), {u"trouble_by_default"_s, u"show_mouse_hover"_s}),
+                 QStringList({u"trouble_by_default=0 "_s, u"show_mouse_hover=0 "_s})); // no group yet
         QVERIFY(!g_TroubleByDefault && !g_TroubleDefaultCurrent && !g_ShowMouseHover);
 
         // The splash is gone, the chapter window offers the examples.
@@ -289,25 +291,23 @@ private Q_SLOTS:
 
     void versionDetectedOnce()
     {
-        qint32 major = -1, minor = -1, build = -1;
-        QCOMPARE(modMain::DetectWindowsVersion(major, minor, build), 501);
-        QCOMPARE(QList<qint32>({major, minor, build}), QList<qint32>({5, 1, 2600}));
-        QVERIFY(g_OsAlpha && g_OsGradient);
+        // The code, the version it fills in, whether alpha and gradients are on.
+        auto detect = [] {
+            qint32 major = -1, minor = -1, build = -1;
+            const int code = modMain::DetectWindowsVersion(major, minor, build);
+            return QList<int>({code, major, minor, build, g_OsAlpha, g_OsGradient});
+        };
+        QCOMPARE(detect(), QList<int>({501, 5, 1, 2600, 1, 1}));
         // Later calls fill nothing and leave the flags as they are.
         g_OsAlpha = false;
         SetOsVersionOverride(OsVersion {4, 10, 1998});
-        QCOMPARE(modMain::DetectWindowsVersion(major, minor, build), 501);
-        QCOMPARE(QList<qint32>({major, minor, build}), QList<qint32>({0, 0, 0}));
-        QVERIFY(!g_OsAlpha && g_OsGradient);
-
+        QCOMPARE(detect(), QList<int>({501, 0, 0, 0, 0, 1}));
         g_OsVersionCode = 0; // a first call on an older system
-        QCOMPARE(modMain::DetectWindowsVersion(major, minor, build), 410);
-        QVERIFY(!g_OsAlpha && g_OsGradient);
+        QCOMPARE(detect(), QList<int>({410, 4, 10, 1998, 0, 1}));
         g_OsVersionCode = 0;
         g_OsAlpha = true; // older still: the flags stay as they were
         SetOsVersionOverride(OsVersion {4, 0, 1381});
-        QCOMPARE(modMain::DetectWindowsVersion(major, minor, build), 400);
-        QVERIFY(g_OsAlpha && g_OsGradient);
+        QCOMPARE(detect(), QList<int>({400, 4, 0, 1381, 1, 1}));
     }
 
     void setupWindow_data()
@@ -357,11 +357,7 @@ private Q_SLOTS:
 
         m_env->log->clear();
         m_env->prompter.modalWindows.clear();
-        ResetProgramState();
-        g_Deck.Reset();
-        g_Watcher = std::make_unique<RecordingWatcher>(m_env->log);
-        modMain::StartProgram();
-        FlushDeletes();
+        restartProgram();
         QVERIFY(m_env->prompter.modalWindows.empty());
         QVERIFY(!m_env->logLines().contains(u" .. Initializing KORVA master DB file for first use.../n"_s));
         QVERIFY(m_env->logLines().contains(u" ..KORVA data file mounted successfully/n"_s));
@@ -495,25 +491,14 @@ private Q_SLOTS:
         QVERIFY(g_ProcessReleased);
         QCOMPARE(g_ExitStatus, 0);
         QVERIFY(!frmMain::Existing());
-        const QStringList shutdown {
-                u"KORVA system going down on code 0/n"_s,
-                u"halting renderer ../n"_s,
-                u"saving Alpha Options/n"_s,
-                u"renderer going down/n"_s,
-                u" .. renderer released ok/n"_s,
-                u" .. renderer dead/n"_s,
-                u"Entering FlushToZero mode/n"_s,
-                u" .. flushing 2636 bytes of data/n"_s,
-                u"All dynamic data flushed/n"_s,
-                u"saving the korva master/n"_s,
-                u"unmounting file/n"_s,
-                u"destroying class instance/n"_s,
-                u" ..class instance destroyed/n"_s,
-                u"unloading form frmMain/n"_s,
-                u"KORVA Platform Dead/n"_s,
-                u"KORVA Platform release successful/n"_s,
-                u"Process will be released after this line/n"_s,
-        };
+        const QStringList shutdown =
+                (u"KORVA system going down on code 0/n|halting renderer ../n|saving Alpha Options/n|"
+                 u"renderer going down/n| .. renderer released ok/n| .. renderer dead/n|Entering FlushToZero mode/n|"
+                 u" .. flushing 2636 bytes of data/n|All dynamic data flushed/n|saving the korva master/n|"
+                 u"unmounting file/n|destroying class instance/n| ..class instance destroyed/n|"
+                 u"unloading form frmMain/n|KORVA Platform Dead/n|KORVA Platform release successful/n|"
+                 u"Process will be released after this line/n"_s)
+                        .split(u'|');
         QStringList got = m_env->logLines();
         // The flushed byte count depends on the example texts; compare its shape.
         QVERIFY(got.size() == shutdown.size());
@@ -524,17 +509,14 @@ private Q_SLOTS:
             QCOMPARE(line.level, kLogProgress);
 
         // What the next start finds.
-        QCOMPARE(storedNumber(master(), u"alpha_level"_s).value, 120);
-        QCOMPARE(storedNumber(master(), u"alpha_effects"_s).value, -1);
-        QCOMPARE(storedNumber(master(), u"frmMain.left"_s).value, 123 * 15);
-        QCOMPARE(storedNumber(master(), u"frmMain.top"_s).value, 45 * 15);
-        QVERIFY(storedNumber(master(), u"frmChapter.left"_s).found);
-        QCOMPARE(storedNumber(master(), u"show_mouse_hover"_s).value, -1);
-        ikorvalite db;
-        db.Mount(master(), false);
-        QCOMPARE(db.GetNote(u"show_mouse_hover"_s), u"options"_s);
-        QCOMPARE(db.GetNote(u"alpha_level"_s), u"alpha_transparency"_s);
-        QCOMPARE(db.GetNote(u"frmMain.top"_s), u"metrics"_s);
+        QStringList next = stored(master(),
+                                  {u"alpha_level"_s, u"alpha_effects"_s, u"frmMain.left"_s, u"frmMain.top"_s,
+                                   u"show_mouse_hover"_s, u"frmChapter.left"_s});
+        QVERIFY(next.last().startsWith(u"frmChapter.left="_s) && next.takeLast().endsWith(u" metrics"_s));
+        QCOMPARE(next,
+                 QStringList({u"alpha_level=120 alpha_transparency"_s, u"alpha_effects=-1 alpha_transparency"_s,
+                              u"frmMain.left=1845 metrics"_s, u"frmMain.top=675 metrics"_s,
+                              u"show_mouse_hover=-1 options"_s}));
     }
 
     void windowComesBackWhereItWas()
@@ -576,7 +558,7 @@ private Q_SLOTS:
         QVERIFY(!modMain::SplashWindow());
         QVERIFY(modMain::ChapterWindow() && modMain::ChapterWindow()->isVisible());
         QCOMPARE(g_Deck.UBound(), 0); // flushed
-        QVERIFY(storedNumber(master(), u"frmMain.left"_s).found);
+        QVERIFY(!stored(master(), {u"frmMain.left"_s}).constFirst().contains(u"=none"_s));
 
         study({3});
         QVERIFY(main->isVisible());
@@ -614,10 +596,7 @@ private Q_SLOTS:
 
         // A chapter without a title is listed by its file name.
         const QString mine = m_env->path(u"mine.zel"_s);
-        WriteFileBytes(mine,
-                       bytes::header("generated automatically by the Vocabrix Editor v1.21", 4, 2)
-                               + bytes::placeholder() + bytes::entry("a", -1, "b", 0, {})
-                               + bytes::entry("c", -1, "d", 0, {}));
+        writeSmallChapter(mine);
         m_env->prompter.fileAnswers = {mine};
         chapters->ToolbarCommand(u"sall"_s);
         QCOMPARE(chapters->LV1->topLevelItemCount(), 5);
@@ -630,9 +609,9 @@ private Q_SLOTS:
         chapters->ToolbarCommand(u"del"_s);
         chapters->SaveFileList();
         g_MasterDb->Save();
-        QCOMPARE(storedNumber(master(), u"flist_count"_s).value, 3);
         ikorvalite db;
         db.Mount(master(), false);
+        QCOMPARE(db.GetNumber(u"flist_count"_s, 0).value, 3);
         QCOMPARE(db.GetText(u"flist_name_3"_s).value, mine);
         QCOMPARE(db.GetText(u"flist_name_4"_s).value, programDir() + u"/ex4.zel"_s); // left behind
     }
@@ -774,10 +753,7 @@ private Q_SLOTS:
     {
         startProgram();
         const QString mine = m_env->path(u"mine.zel"_s);
-        WriteFileBytes(mine,
-                       bytes::header("generated automatically by the Vocabrix Editor v1.21", 4, 2)
-                               + bytes::placeholder() + bytes::entry("a", -1, "b", 0, {})
-                               + bytes::entry("c", -1, "d", 0, {}));
+        writeSmallChapter(mine);
         modMain::OpenFileArguments({m_env->path(u"missing.vxs"_s), mine, u"show_console"_s});
         frmChapter *chapters = modMain::ChapterWindow();
         QCOMPARE(chapters->LV1->topLevelItemCount(), 5);
@@ -871,10 +847,7 @@ private Q_SLOTS:
             main->HandleKey(88, 0);
             FlushDeletes();
             QVERIFY(g_ProcessReleased);
-            ResetProgramState();
-            g_Deck.Reset();
-            g_Watcher = std::make_unique<RecordingWatcher>(m_env->log);
-            modMain::StartProgram();
+            restartProgram();
         } else {
             main->mP_n->trigger();
             QCOMPARE(main->Typing->RightCount() + main->Typing->WrongCount(), 0); // a new session counts anew
