@@ -233,20 +233,23 @@ private Q_SLOTS:
         const QString master = home.path() + u"/Documents/Vocabrix/sys.zel"_s;
         ikorvalite db;
         QVERIFY(db.Mount(master, false));
-        auto number = [&](const QString &key) { return db.GetNumber(key, 12345).value; };
-        QCOMPARE(number(u"trouble_by_default"_s), 0);
-        QCOMPARE(number(u"show_mouse_hover"_s), -1);
-        QCOMPARE(db.GetNote(u"trouble_by_default"_s), u"options"_s);
-        QCOMPARE(number(u"alpha_level"_s), 90);
-        QCOMPARE(number(u"alpha_effects"_s), 0);
-        QCOMPARE(db.GetNote(u"alpha_level"_s), u"alpha_transparency"_s);
-        QCOMPARE(number(u"backcolor_b"_s), 14570825);
-        QCOMPARE(db.GetNote(u"backcolor_b"_s), u"color_metrics"_s);
-        for (const QString &key : {u"frmMain.left"_s, u"frmMain.top"_s, u"frmChapter.left"_s, u"frmChapter.top"_s}) {
-            QVERIFY2(db.GetNumber(key, 12345).found, qPrintable(key));
-            QCOMPARE(db.GetNote(key), u"metrics"_s);
-            QCOMPARE(number(key) % 15, 0); // twips
+        QStringList numbers; // "key=value group"; window places only in whole twips
+        for (const QString &key :
+             {u"trouble_by_default"_s, u"show_mouse_hover"_s, u"alpha_level"_s, u"alpha_effects"_s, u"backcolor_b"_s,
+              u"frmMain.left"_s, u"frmMain.top"_s, u"frmChapter.left"_s, u"frmChapter.top"_s}) {
+            const auto n = db.GetNumber(key, 12345);
+            numbers << key + u'='
+                            + (!n.found                           ? u"none"_s
+                                       : key.startsWith(u"frm"_s) ? QString::number(n.value % 15)
+                                                                  : QString::number(n.value))
+                            + u' ' + db.GetNote(key);
         }
+        QCOMPARE(numbers,
+                 QStringList({u"trouble_by_default=0 options"_s, u"show_mouse_hover=-1 options"_s,
+                              u"alpha_level=90 alpha_transparency"_s, u"alpha_effects=0 alpha_transparency"_s,
+                              u"backcolor_b=14570825 color_metrics"_s, u"frmMain.left=0 metrics"_s,
+                              u"frmMain.top=0 metrics"_s, u"frmChapter.left=0 metrics"_s,
+                              u"frmChapter.top=0 metrics"_s}));
 
         // The chapter list, as the editor beside the program reads it: the
         // examples in the program's own folder, all of them there.
