@@ -136,6 +136,21 @@ class AppTest : public QObject
         FlushDeletes();
     }
 
+    // Which of the wanted lines ('|' between them) the log lacks, and which of
+    // the unwanted it holds: empty when the log is right.
+    QStringList logMismatch(const QString &wanted, const QString &unwanted = {}) const
+    {
+        const QStringList log = m_env->logLines();
+        QStringList out;
+        for (const QString &line : wanted.split(u'|', Qt::SkipEmptyParts))
+            if (!log.contains(line))
+                out << u"missing: "_s + line;
+        for (const QString &line : unwanted.split(u'|', Qt::SkipEmptyParts))
+            if (log.contains(line))
+                out << u"unwanted: "_s + line;
+        return out;
+    }
+
     // The program started again after it ended, with the same home.
     void restartProgram()
     {
@@ -359,85 +374,110 @@ private Q_SLOTS:
         m_env->prompter.modalWindows.clear();
         restartProgram();
         QVERIFY(m_env->prompter.modalWindows.empty());
-        QVERIFY(!m_env->logLines().contains(u" .. Initializing KORVA master DB file for first use.../n"_s));
-        QVERIFY(m_env->logLines().contains(u" ..KORVA data file mounted successfully/n"_s));
+        QCOMPARE(logMismatch(u" ..KORVA data file mounted successfully/n"_s,
+                             u" .. Initializing KORVA master DB file for first use.../n"_s),
+                 QStringList());
         QVERIFY(g_TroubleDefaultCurrent && g_ShowMouseHover); // read back from the first run
         QCOMPARE(modMain::ChapterWindow()->LV1->topLevelItemCount(), 4);
     }
 
-    void unmountableMaster_data()
+    // Starts that end the program with status 1 after their boxes ('@' in a
+    // box stands for the settings file) and the log's last lines. Code -1
+    // writes neither the cards nor the settings.
+    void startEndsWithStatusOne_data()
     {
+        QTest::addColumn<QString>("cause");
         QTest::addColumn<bool>("watcher");
-        QTest::newRow("watcher connected: the log has the lines") << true;
-        QTest::newRow("no watcher: the high-priority line is a box") << false;
+        QTest::addColumn<QStringList>("boxes");
+        QTest::addColumn<QString>("logEnd"); // lines joined by '|'
+        const QString korva = Box(u"KORVA File System Critical Error"_s,
+                                  u"The program's master database couldn't be opened. Check the path: \r\n'@' and "
+                                  "try again."_s,
+                                  MsgIcon::Critical);
+        const QString down = u"KORVA system going down on code -1/n|halting renderer ../n|saving Alpha Options/n|"
+                             "korvamain has exited .. NOT writing current data to disk/n|unloading form frmSplash/n|"
+                             "KORVA Platform Dead/n|KORVA Platform release successful/n|"
+                             "Process will be released after this line/n"_s;
+        QTest::newRow("another copy running")
+                << u"instance"_s << true
+                << QStringList(Box(u"Previous Instance Found"_s,
+                                   u"A previous instance was detected. Exit that instance before starting a new one."_s,
+                                   MsgIcon::Exclamation))
+                << u"Previous program instance found/n|"_s + down;
+        QTest::newRow("nothing selected")
+                << u"nothing"_s << true
+                << QStringList({Box(u"FileLoader"_s, u"No files were selected to be loaded. The program will exit."_s,
+                                    MsgIcon::Exclamation),
+                                Box(u"Database Loader Failure"_s,
+                                    u"The specified chapters couldn't be loaded. This may result from corrupted "
+                                    "database files and you may need to reinstall the program if this error "
+                                    "persists."_s)})
+                << u"KORVA system going down on code 0/n|halting renderer ../n|saving Alpha Options/n| .. renderer dead/n|"
+                   "Entering FlushToZero mode/n| .. not flushing empty data set/n|saving the korva master/n|"
+                   "unmounting file/n|destroying class instance/n| ..class instance destroyed/n|"
+                   "unloading form frmChapter/n|KORVA Platform Dead/n|KORVA Platform release successful/n|"
+                   "Process will be released after this line/n"_s;
+        QTest::newRow("settings file damaged, the log watched")
+                << u"damaged"_s << true << QStringList(korva)
+                << u" ..KORVA class initialization failure./n|The program cannot start/n|"_s + down;
+        QTest::newRow("settings file damaged, no watcher: the high-priority line is a box")
+                << u"damaged"_s << false
+                << QStringList(
+                           {Box(u"High Priority Message Handler"_s, u"The program cannot start/n"_s, MsgIcon::Critical),
+                            korva})
+                << QString();
     }
-
-    void unmountableMaster()
+    void startEndsWithStatusOne()
     {
+        QFETCH(QString, cause);
         QFETCH(bool, watcher);
-        m_env.reset();
+        QFETCH(QStringList, boxes);
+        QFETCH(QString, logEnd);
+        m_env.reset(); // one environment at a time
         m_env = std::make_unique<TestEnvironment>(watcher);
         const QByteArray damaged(300, '\x5A');
-        WriteFileBytes(master(), damaged);
+        QLocalServer other;
+        if (cause == u"damaged"_s)
+            WriteFileBytes(master(), damaged);
+        other.setSocketOptions(QLocalServer::AbstractNamespaceOption);
+        if (cause == u"instance"_s)
+            QVERIFY(other.listen(u"vocabrix-test-"_s + QString::number(QCoreApplication::applicationPid())));
         QStringList splashAtBox;
         m_env->prompter.onBox = [&](const MessageBoxRequest &) {
             frmSplash *splash = nullptr;
             for (QWidget *w : QApplication::topLevelWidgets())
                 splash = splash ? splash : qobject_cast<frmSplash *>(w);
             const QRect screen = QGuiApplication::primaryScreen()->availableGeometry();
-            splashAtBox << (splash && splash->isVisible() && splash->RendererRunning() ? u"up"_s : u"gone"_s)
-                        << (modMain::IsTopmost(splash) ? u"topmost"_s : u"not topmost"_s)
-                        << (splash && qAbs(splash->frameGeometry().center().x() - screen.center().x()) <= 2
-                                    ? u"centred"_s
-                                    : u"off centre"_s);
+            splashAtBox = QStringList {splash && splash->isVisible() && splash->RendererRunning() ? u"up"_s : u"gone"_s,
+                                       modMain::IsTopmost(splash) ? u"topmost"_s : u"not topmost"_s,
+                                       splash && qAbs(splash->frameGeometry().center().x() - screen.center().x()) <= 2
+                                               ? u"centred"_s
+                                               : u"off centre"_s};
         };
-        modMain::StartProgram();
-        FlushDeletes();
-        const QString korvaBox = Box(u"KORVA File System Critical Error"_s,
-                                     u"The program's master database couldn't be opened. Check the path: \r\n'"_s
-                                             + master() + u"' and try again."_s,
-                                     MsgIcon::Critical);
-        if (watcher) {
-            QCOMPARE(m_env->prompter.seen(), QStringList({korvaBox}));
-            const QStringList lines = m_env->logLines();
-            const qsizetype at = lines.indexOf(u" ..KORVA class initialization failure./n"_s);
-            QVERIFY(at > 0);
-            QCOMPARE(lines.mid(at, 2),
-                     QStringList({u" ..KORVA class initialization failure./n"_s, u"The program cannot start/n"_s}));
+        if (cause == u"nothing"_s) {
+            startProgram();
+            m_env->log->clear();
+            study({});
         } else {
-            QCOMPARE(m_env->prompter.seen(),
-                     QStringList({Box(u"High Priority Message Handler"_s, u"The program cannot start/n"_s,
-                                      MsgIcon::Critical),
-                                  korvaBox}));
+            modMain::StartProgram();
+            FlushDeletes();
         }
-        QCOMPARE(splashAtBox.mid(splashAtBox.size() - 3), QStringList({u"up"_s, u"not topmost"_s, u"centred"_s}));
-        QCOMPARE(ReadFileBytes(master()), damaged); // nothing written
-        QVERIFY(!g_MasterDb);
-        QVERIFY(g_ProcessReleased);
-        QCOMPARE(g_ExitStatus, 1);
+        QCOMPARE(m_env->prompter.seen(), boxes.replaceInStrings(u"@"_s, master()));
+        if (!logEnd.isEmpty()) {
+            const QStringList lines = m_env->logLines(), end = logEnd.split(u'|');
+            QCOMPARE(lines.mid(lines.size() - end.size()), end);
+        }
+        if (cause == u"damaged"_s) {
+            QCOMPARE(splashAtBox, QStringList({u"up"_s, u"not topmost"_s, u"centred"_s}));
+            QCOMPARE(ReadFileBytes(master()), damaged); // nothing written
+        }
+        QCOMPARE(QFileInfo::exists(master()), cause != u"instance"_s); // another copy's home is not touched
+        if (cause == u"instance"_s)
+            QVERIFY(!g_SplashUp);
+        QVERIFY(!g_MasterDb && !frmMain::Existing());
         QVERIFY(forms::Open().isEmpty());
-    }
-
-    void previousInstanceRefused()
-    {
-        QLocalServer other;
-        other.setSocketOptions(QLocalServer::AbstractNamespaceOption);
-        QVERIFY(other.listen(u"vocabrix-test-"_s + QString::number(QCoreApplication::applicationPid())));
-        modMain::StartProgram();
-        FlushDeletes();
-        QCOMPARE(m_env->prompter.seen(),
-                 QStringList(Box(u"Previous Instance Found"_s,
-                                 u"A previous instance was detected. Exit that instance before starting a new one."_s,
-                                 MsgIcon::Exclamation)));
-        QVERIFY(!QFileInfo::exists(master())); // never touched
-        const QStringList lines = m_env->logLines();
-        QVERIFY(lines.contains(u"Previous program instance found/n"_s));
-        QVERIFY(lines.contains(u"KORVA system going down on code -1/n"_s));
-        QVERIFY(lines.contains(u"korvamain has exited .. NOT writing current data to disk/n"_s));
-        QVERIFY(!lines.contains(u" .. renderer dead/n"_s)); // code -1 skips the card data
         QVERIFY(g_ProcessReleased);
         QCOMPARE(g_ExitStatus, 1);
-        QVERIFY(!g_SplashUp);
     }
 
     // Copies of the program share a key when they share a home folder, and
@@ -464,9 +504,12 @@ private Q_SLOTS:
     void studyAndExit()
     {
         startProgram(false, true);
+        g_MasterDb->SetValue(u"frmMain.left"_s, QString(), 50000, u"metrics"_s); // far off screen
+        g_MasterDb->SetValue(u"frmMain.top"_s, QString(), 300, u"metrics"_s);
         study({0, 2});
         frmMain *main = frmMain::Existing();
         QVERIFY(main && main->isVisible());
+        QCOMPARE(main->pos(), QPoint(50000 / 15, 20)); // brought back on screen
         QVERIFY(!modMain::ChapterWindow());
         QCOMPARE(g_Deck.UBound(), 37 + 38);
         QCOMPARE(modrender::Metrics()->MainText(), g_Deck[0].question);
@@ -519,15 +562,6 @@ private Q_SLOTS:
                               u"show_mouse_hover=-1 options"_s}));
     }
 
-    void windowComesBackWhereItWas()
-    {
-        startProgram();
-        g_MasterDb->SetValue(u"frmMain.left"_s, QString(), 50000, u"metrics"_s); // far off screen
-        g_MasterDb->SetValue(u"frmMain.top"_s, QString(), 300, u"metrics"_s);
-        study({1});
-        QCOMPARE(frmMain::Existing()->pos(), QPoint(50000 / 15, 20));
-    }
-
     void newSessionKeepsStudyWindow()
     {
         startProgram();
@@ -545,14 +579,13 @@ private Q_SLOTS:
         QVERIFY(!main->Timer1->isActive());
         QVERIFY(!main->Studying());
         QVERIFY(!g_ProcessReleased);
-        const QStringList lines = m_env->logLines();
-        QCOMPARE(lines.mid(0, 2),
+        QCOMPARE(m_env->logLines().mid(0, 2),
                  QStringList({u" ***************************/n"_s, u" -- Starting New Session --/n"_s}));
-        QVERIFY(lines.contains(u" .. skipping frmMain unloader/n"_s));
-        QVERIFY(lines.contains(u"Checking for already running instances ../n"_s));
-        QVERIFY(lines.contains(u"Windows OS version detected: 0.0 build 0/n"_s));
-        QVERIFY(!lines.contains(u" .. no previously running instance has been found./n"_s));
-        QVERIFY(!lines.contains(u"Process will be released after this line/n"_s));
+        QCOMPARE(logMismatch(u" .. skipping frmMain unloader/n|Checking for already running instances ../n|"
+                             "Windows OS version detected: 0.0 build 0/n"_s,
+                             u" .. no previously running instance has been found./n|"
+                             "Process will be released after this line/n"_s),
+                 QStringList());
         for (const LogRecord::Line &line : m_env->log->lines)
             QCOMPARE(line.level, kLogProgress);
         QVERIFY(!modMain::SplashWindow());
@@ -563,21 +596,6 @@ private Q_SLOTS:
         study({3});
         QVERIFY(main->isVisible());
         QCOMPARE(modrender::Metrics()->CornerText(r_data::Corner::BottomRight), u"from 'German 4: Home and Family'"_s);
-    }
-
-    void nothingSelectedEndsTheProgram()
-    {
-        startProgram();
-        study({});
-        QCOMPARE(m_env->prompter.seen(),
-                 QStringList({Box(u"FileLoader"_s, u"No files were selected to be loaded. The program will exit."_s,
-                                  MsgIcon::Exclamation),
-                              Box(u"Database Loader Failure"_s,
-                                  u"The specified chapters couldn't be loaded. This may result from corrupted database "
-                                  "files and you may need to reinstall the program if this error persists."_s)}));
-        QVERIFY(g_ProcessReleased);
-        QCOMPARE(g_ExitStatus, 1);
-        QVERIFY(!frmMain::Existing());
     }
 
     void chapterListEdits()
@@ -770,8 +788,7 @@ private Q_SLOTS:
         FlushDeletes();
         QVERIFY(!modMain::ChapterWindow());
         QCOMPARE(g_Deck.UBound(), 2);
-        QVERIFY(m_env->logLines().contains(u"Reading saved progress from file/n"_s));
-        QVERIFY(m_env->logLines().contains(u" .. loaded 2 nodes/n"_s));
+        QCOMPARE(logMismatch(u"Reading saved progress from file/n| .. loaded 2 nodes/n"_s), QStringList());
     }
 
     void progressSavedAndResumed()
@@ -807,7 +824,7 @@ private Q_SLOTS:
         QCOMPARE(g_Deck[1].timesViewed, qint16(1));
         QCOMPARE(g_Deck[0].timesViewed, qint16(2)); // shown again from the first card
         QCOMPARE(modrender::CurrentCard, qint16(0));
-        QVERIFY(m_env->logLines().contains(u" .. loaded 37 nodes/n"_s));
+        QCOMPARE(logMismatch(u" .. loaded 37 nodes/n"_s), QStringList());
     }
 
     // The session on show is kept when studying ends, and comes back as it
@@ -975,8 +992,10 @@ private Q_SLOTS:
         QCOMPARE(chapters->LV1->topLevelItemCount(), 4); // the chapters are all there
     }
 
-    // Typing the answer: the keys go to the line from the first card on.
-    void typedAnswerFromTheFirstCard()
+    // Typed answers take the keys from the first card on. The added keys: T
+    // for the box no key reached (Space on it marks the card), F1 for the
+    // manual behind the help link.
+    void typedAnswerAndAddedKeys()
     {
         startProgram();
         g_Extras.SetBool(u"study.type_answer"_s, true);
@@ -986,15 +1005,6 @@ private Q_SLOTS:
         QTest::keyClicks(main->focusWidget(), u"hello"_s);
         QTest::keyClick(main->focusWidget(), Qt::Key_Return);
         QCOMPARE(main->Typing->RightCount(), 1);
-    }
-
-    // The added keys: T for the box that no key reached (Space on it marks the
-    // card), F1 for the manual behind the help link.
-    void addedKeys()
-    {
-        startProgram();
-        study({0});
-        frmMain *main = frmMain::Existing();
         const bool only = main->Check2->Checked(), trouble = g_Deck[0].isTrouble();
         main->Check2->setFocus();
         QTest::keyClick(main->Check2, Qt::Key_T);

@@ -129,6 +129,17 @@ class EndToEndTest : public QObject
         return {};
     }
 
+    // Starts the study program on the X server, with a home of its own.
+    void startOnDisplay(QProcess &program, const QString &binary, const QString &home)
+    {
+        QProcessEnvironment env = homeEnvironment(home);
+        env.remove(u"QT_QPA_PLATFORM"_s);
+        env.insert(u"DISPLAY"_s, m_display);
+        program.setProcessEnvironment(env);
+        program.start(binary, {});
+        QVERIFY(program.waitForStarted());
+    }
+
     // For a failure message: whether the program still runs.
     static QString state(const QProcess &program)
     {
@@ -186,13 +197,8 @@ private Q_SLOTS:
         QFETCH(Installation, installation);
         QTemporaryDir home;
         QProcess program;
-        QProcessEnvironment env = homeEnvironment(home.path());
-        env.remove(u"QT_QPA_PLATFORM"_s);
-        env.insert(u"DISPLAY"_s, m_display);
-        program.setProcessEnvironment(env);
         program.setProcessChannelMode(QProcess::ForwardedChannels);
-        program.start(installation.binDir + u"/vocabrix"_s, {});
-        QVERIFY(program.waitForStarted());
+        startOnDisplay(program, installation.binDir + u"/vocabrix"_s, home.path());
 
         // First use: the setup asks; trouble marking off, then Finished.
         const QString setup = waitForWindow(u"Vocabrix 2007 Initial Setup"_s);
@@ -234,22 +240,16 @@ private Q_SLOTS:
         ikorvalite db;
         QVERIFY(db.Mount(master, false));
         QStringList numbers; // "key=value group"; window places only in whole twips
-        for (const QString &key :
-             {u"trouble_by_default"_s, u"show_mouse_hover"_s, u"alpha_level"_s, u"alpha_effects"_s, u"backcolor_b"_s,
-              u"frmMain.left"_s, u"frmMain.top"_s, u"frmChapter.left"_s, u"frmChapter.top"_s}) {
+        for (const QString &key : u"trouble_by_default show_mouse_hover alpha_level alpha_effects backcolor_b "
+                                  "frmMain.left frmMain.top frmChapter.left frmChapter.top"_s.split(u' ')) {
             const auto n = db.GetNumber(key, 12345);
-            numbers << key + u'='
-                            + (!n.found                           ? u"none"_s
-                                       : key.startsWith(u"frm"_s) ? QString::number(n.value % 15)
-                                                                  : QString::number(n.value))
-                            + u' ' + db.GetNote(key);
+            const qint32 shown = key.startsWith(u"frm"_s) ? n.value % 15 : n.value;
+            numbers << key + u'=' + (n.found ? QString::number(shown) : u"none"_s) + u' ' + db.GetNote(key);
         }
-        QCOMPARE(numbers,
-                 QStringList({u"trouble_by_default=0 options"_s, u"show_mouse_hover=-1 options"_s,
-                              u"alpha_level=90 alpha_transparency"_s, u"alpha_effects=0 alpha_transparency"_s,
-                              u"backcolor_b=14570825 color_metrics"_s, u"frmMain.left=0 metrics"_s,
-                              u"frmMain.top=0 metrics"_s, u"frmChapter.left=0 metrics"_s,
-                              u"frmChapter.top=0 metrics"_s}));
+        QCOMPARE(numbers.join(u", "_s),
+                 u"trouble_by_default=0 options, show_mouse_hover=-1 options, alpha_level=90 alpha_transparency, "
+                 "alpha_effects=0 alpha_transparency, backcolor_b=14570825 color_metrics, frmMain.left=0 metrics, "
+                 "frmMain.top=0 metrics, frmChapter.left=0 metrics, frmChapter.top=0 metrics"_s);
 
         // The chapter list, as the editor beside the program reads it: the
         // examples in the program's own folder, all of them there.
@@ -281,17 +281,10 @@ private Q_SLOTS:
         const QString master = home.path() + u"/Documents/Vocabrix/sys.zel"_s;
         QVERIFY(QDir().mkpath(QFileInfo(master).path()));
         QFile damaged(master);
-        QVERIFY(damaged.open(QIODevice::WriteOnly));
-        damaged.write(QByteArray(300, '\x5A'));
+        QVERIFY(damaged.open(QIODevice::WriteOnly) && damaged.write(QByteArray(300, '\x5A')) == 300);
         damaged.close();
-
         QProcess program;
-        QProcessEnvironment env = homeEnvironment(home.path());
-        env.remove(u"QT_QPA_PLATFORM"_s);
-        env.insert(u"DISPLAY"_s, m_display);
-        program.setProcessEnvironment(env);
-        program.start(QStringLiteral(VOCABRIX_BINARY), {});
-        QVERIFY(program.waitForStarted());
+        startOnDisplay(program, QStringLiteral(VOCABRIX_BINARY), home.path());
 
         const QString first = waitForWindow(u"High Priority Message Handler"_s);
         QVERIFY2(!first.isEmpty(), "the first box did not appear");
@@ -304,9 +297,8 @@ private Q_SLOTS:
         QCOMPARE(program.state(), QProcess::NotRunning);
         QCOMPARE(program.exitStatus(), QProcess::NormalExit);
         QCOMPARE(program.exitCode(), 1);
-        QFile after(master);
-        QVERIFY(after.open(QIODevice::ReadOnly));
-        QCOMPARE(after.readAll(), QByteArray(300, '\x5A')); // left as it was
+        QVERIFY(damaged.open(QIODevice::ReadOnly));
+        QCOMPARE(damaged.readAll(), QByteArray(300, '\x5A')); // left as it was
     }
 
     // What the programs answer on a terminal, with no display to open a
@@ -333,6 +325,11 @@ private Q_SLOTS:
                                      << QString();
             *row("vxedit unknown verb") << vxedit << QStringList {u"frobnicate"_s, u"x.zel"_s} << 2 << QString()
                                         << u"vxedit: unknown command frobnicate\nusage: vxedit"_s;
+            *row("vxedit dump of a missing file") << vxedit << QStringList {u"dump"_s, u"/nonexistent/x.zel"_s} << 1
+                                                  << QString() << u"vxedit: /nonexistent/x.zel: no such file\n"_s;
+            *row("vxedit export to standard output")
+                    << vxedit << QStringList {u"export"_s, i.programDir + u"/ex2.zel"_s} << 0
+                    << u"das Brot\tbread\tpl. die Brote\ndas Br\u00f6tchen"_s << QString();
             *row("vxedit unknown option") << vxedit << QStringList {u"--frobnicate"_s} << 2 << QString()
                                           << u"vxedit: unknown option --frobnicate\nusage: vxedit"_s;
         }
