@@ -12,6 +12,7 @@
 #include <QJsonDocument>
 #include <QJsonObject>
 #include <QProcess>
+#include <QScopeGuard>
 
 #include <unistd.h>
 
@@ -168,42 +169,33 @@ private Q_SLOTS:
     void headerRow_data()
     {
         QTest::addColumn<QString>("line"); // fields separated by '|'
-        QTest::addColumn<QList<int>>("metaColumns");
-        QTest::addColumn<bool>("named"); // the file's "#columns:" line names them
+        QTest::addColumn<QString>(
+                "layout"); // "meta 0": column 0 is bookkeeping; "named": the file's "#columns:" line names them
         QTest::addColumn<bool>("header");
-        auto row = [](const char *name, const QString &line, bool header, QList<int> meta = {}, bool named = false) {
-            QTest::newRow(name) << line << meta << named << header;
-        };
-        row("question, answer", u"question|answer"_s, true);
-        row("case and blanks", u" FRONT |Back\t"_s, true);
-        row("spelt apart", u"Side_1|side-2"_s, true);
-        row("mixed names", u"Term|Translation"_s, true);
-        row("german", u"Wort|Übersetzung"_s, true);
-        row("french, accent left off", u"Question|Reponse"_s, true);
-        row("spanish", u"Pregunta|Respuesta"_s, true);
-        row("russian", u"Слово|Перевод"_s, true);
-        row("with a note column", u"front|back|Notes"_s, true);
-        row("empty third field", u"front|back|"_s, true);
-        row("after a bookkeeping column", u"Deck|Front|Back"_s, true, {0});
-        row("card", u"der Hund|the dog"_s, false);
-        row("card of two languages", u"Frage|question"_s, false);
-        row("sides swapped", u"answer|question"_s, false);
-        row("names inside a text", u"the question|answer"_s, false);
-        row("third field a card's note", u"front|back|Hund"_s, false);
-        row("one field", u"question"_s, false);
-        row("columns named by the file", u"front|back"_s, false, {}, true);
+        // Each row: its name, the line, whether it is column names and the layout, '#' between.
+        for (const char16_t *row :
+             {u"question, answer#question|answer#1", u"case and blanks# FRONT |Back\t#1",
+              u"spelt apart#Side_1|side-2#1", u"mixed names#Term|Translation#1", u"german#Wort|Übersetzung#1",
+              u"french, accent left off#Question|Reponse#1", u"spanish#Pregunta|Respuesta#1",
+              u"russian#Слово|Перевод#1", u"with a note column#front|back|Notes#1", u"empty third field#front|back|#1",
+              u"after a bookkeeping column#Deck|Front|Back#1#meta 0", u"card#der Hund|the dog#0",
+              u"card of two languages#Frage|question#0", u"sides swapped#answer|question#0",
+              u"names inside a text#the question|answer#0", u"third field a card's note#front|back|Hund#0",
+              u"one field#question#0", u"columns named by the file#front|back#0#named"}) {
+            const QStringList parts = QString::fromUtf16(row).split(u'#');
+            QTest::newRow(qPrintable(parts[0])) << parts[1] << parts.value(3) << (parts[2] == u"1"_s);
+        }
     }
     void headerRow()
     {
         QFETCH(QString, line);
-        QFETCH(QList<int>, metaColumns);
-        QFETCH(bool, named);
+        QFETCH(QString, layout);
         QFETCH(bool, header);
         const QStringList fields = line.split(u'|');
-        cardtext::Layout layout;
-        layout.columnNames = named ? fields : QStringList();
-        layout.metaColumns = metaColumns;
-        QCOMPARE(headerrow::Detect(fields, layout), header);
+        cardtext::Layout given;
+        given.columnNames = layout == u"named"_s ? fields : QStringList();
+        given.metaColumns = layout == u"meta 0"_s ? QList<int> {0} : QList<int>();
+        QCOMPARE(headerrow::Detect(fields, given), header);
     }
 
     void importDumpExportRoundTrip()
@@ -337,6 +329,10 @@ private Q_SLOTS:
         import("not utf-8", u"w.tsv"_s, "a\tb\n\xFF\xFE\tx\n", u"line 2: the text is not UTF-8"_s);
         import("one card", u"w.tsv"_s, "a\tb\n", u"only one card; a chapter needs two to be studied"_s);
         import("nothing", u"w.csv"_s, "\n\n", u"no cards found"_s);
+        import("a later Cyrillic card makes an earlier one too long", u"w.tsv"_s,
+               QByteArray("\xC3\xBC").repeated(60) + "\tx\n\xD0\xB6\xD1\x83\xD0\xBA\tbeetle\n",
+               u"line 1: the card takes 133 bytes in UTF-8, more than the 128 of a chapter record (question, answer "
+               "and note may have 116 bytes together) (line 2 makes the chapter UTF-8)"_s);
         QByteArray many;
         for (int i = 1; i <= 32768; ++i)
             many += "q" + QByteArray::number(i) + "\ta\n";
@@ -381,115 +377,78 @@ private Q_SLOTS:
         QCOMPARE(ReadFileBytes(dir.filePath(u"out.zel"_s)), existing);
     }
 
-    // The first line of a list: column names when it reads so, or as told.
-    void importFirstLine_data()
+    // Lists imported (run in their folder): the first line is column names
+    // when it reads so, or as told; the chapter is Windows-1252 when that
+    // holds every card, else UTF-8, and exports and imports again to the same
+    // bytes.
+    void importLists_data()
     {
         QTest::addColumn<QString>("name");
         QTest::addColumn<QByteArray>("content");
         QTest::addColumn<QString>("option");
-        QTest::addColumn<QStringList>("questions");
+        QTest::addColumn<QString>("chapter"); // the encoding dump names, then the questions, '|' between
         QTest::addColumn<QString>("err");
+        QTest::addColumn<QByteArray>("file"); // the chapter's bytes; null: not compared
+        auto row = [](const char *tag, const QString &name, const QByteArray &content, const QString &option,
+                      const QString &chapter, const QString &err = {}, const QByteArray &file = {}) {
+            QTest::newRow(tag) << name << content << option << chapter << err << file;
+        };
         const QByteArray named = "Question,Answer,Note\nHund,dog,\nKatze,cat,\n";
         const QString told = u"vxedit: w.csv: line 1 is taken as column names, not a card (--no-header reads it as "
                              "a card)\n"_s;
-        QTest::newRow("names detected") << u"w.csv"_s << named << QString() << QStringList {u"Hund"_s, u"Katze"_s}
-                                        << told;
-        QTest::newRow("names read as a card") << u"w.csv"_s << named << u"--no-header"_s
-                                              << QStringList {u"Question"_s, u"Hund"_s, u"Katze"_s} << QString();
-        QTest::newRow("names said") << u"w.csv"_s << named << u"--header"_s << QStringList {u"Hund"_s, u"Katze"_s}
-                                    << QString();
-        QTest::newRow("a card said to be names") << u"w.tsv"_s << QByteArray("Hund\tdog\nKatze\tcat\nMaus\tmouse\n")
-                                                 << u"--header"_s << QStringList {u"Katze"_s, u"Maus"_s} << QString();
-        QTest::newRow("names under header lines")
-                << u"w.tsv"_s << QByteArray("#html:true\n<b>Vorderseite</b>\tR&uuml;ckseite\nHund\tdog\nKatze\tcat\n")
-                << QString() << QStringList {u"Hund"_s, u"Katze"_s}
-                << u"vxedit: w.tsv: line 2 is taken as column names, not a card (--no-header reads it as a card)\n"_s;
-        QTest::newRow("names and one card")
-                << u"w.csv"_s << QByteArray("front,back\nHund,dog\n") << u"--header"_s << QStringList()
-                << u"vxedit: w.csv: only one card; a chapter needs two to be studied\n"_s;
-        QTest::newRow("both said") << u"w.csv"_s << named << u"--header --no-header"_s << QStringList()
-                                   << u"vxedit: --header and --no-header exclude each other; leave both out to have "
-                                      "the first line checked for column names\nusage: vxedit"_s;
+        row("names detected", u"w.csv"_s, named, QString(), u"Windows-1252|Hund|Katze"_s, told);
+        row("names read as a card", u"w.csv"_s, named, u"--no-header"_s, u"Windows-1252|Question|Hund|Katze"_s);
+        row("names said", u"w.csv"_s, named, u"--header"_s, u"Windows-1252|Hund|Katze"_s);
+        row("a card said to be names", u"w.tsv"_s, "Hund\tdog\nKatze\tcat\nMaus\tmouse\n", u"--header"_s,
+            u"Windows-1252|Katze|Maus"_s);
+        row("names under header lines", u"w.tsv"_s,
+            "#html:true\n<b>Vorderseite</b>\tR&uuml;ckseite\nHund\tdog\nKatze\tcat\n", QString(),
+            u"Windows-1252|Hund|Katze"_s,
+            u"vxedit: w.tsv: line 2 is taken as column names, not a card (--no-header reads it as a card)\n"_s);
+        row("names and one card", u"w.csv"_s, "front,back\nHund,dog\n", u"--header"_s, QString(),
+            u"vxedit: w.csv: only one card; a chapter needs two to be studied\n"_s);
+        row("both said", u"w.csv"_s, named, u"--header --no-header"_s, QString(),
+            u"vxedit: --header and --no-header exclude each other; leave both out to have the first line checked "
+            "for column names\nusage: vxedit"_s);
+        const QByteArray zhuk = "\xD0\xB6\xD1\x83\xD0\xBA", dom = "\xD0\xB4\xD0\xBE\xD0\xBC";
+        row("russian list, utf-8 chapter", u"w.tsv"_s, zhuk + "\tbeetle\n" + dom + "\thouse\n", QString(),
+            u"UTF-8|жук|дом"_s, QString(),
+            bytes::header(kChapter, 4, 2, {}, "utf-8") + bytes::placeholder() + bytes::entry(zhuk, -1, "beetle", 0, {})
+                    + bytes::entry(dom, -1, "house", 0, {}));
+        row("german list, windows-1252 chapter", u"w.tsv"_s, "Gr\xC3\xBCn\tgreen\nrot\tred\n", QString(),
+            u"Windows-1252|Grün|rot"_s, QString(),
+            bytes::header(kChapter, 4, 2) + bytes::placeholder() + bytes::entry("Gr\xFCn", -1, "green", 0, {})
+                    + bytes::entry("rot", -1, "red", 0, {}));
     }
-    void importFirstLine()
+    void importLists()
     {
         QFETCH(QString, name);
         QFETCH(QByteArray, content);
         QFETCH(QString, option);
-        QFETCH(QStringList, questions);
+        QFETCH(QString, chapter);
         QFETCH(QString, err);
-        QTemporaryDir dir;
-        QVERIFY(QDir::setCurrent(dir.path()));
-        WriteFileBytes(name, content);
-        QStringList args {u"import"_s, name, u"-o"_s, u"out.zel"_s};
-        args << option.split(u' ', Qt::SkipEmptyParts);
-        const RunResult r = run(args);
-        QDir::setCurrent(QDir::tempPath());
-        const bool usage = err.endsWith(u"usage: vxedit"_s);
-        QCOMPARE(usage ? r.err.left(err.size()) : r.err, err);
-        QCOMPARE(r.status, usage ? 2 : questions.isEmpty() ? 1 : 0);
-        QStringList got;
-        const QJsonArray entries = dumpJson(dir.filePath(u"out.zel"_s)).value(u"entries"_s).toArray();
-        for (qsizetype i = 1; i < entries.size(); ++i)
-            got << entries[i].toObject().value(u"key"_s).toString();
-        QCOMPARE(got, questions);
-    }
-
-    // Lists in any script: the chapter is Windows-1252 when that holds every
-    // card, else UTF-8; it exports and imports again to the same bytes.
-    void importInAnyLanguage_data()
-    {
-        QTest::addColumn<QString>("name");
-        QTest::addColumn<QByteArray>("list");
-        QTest::addColumn<QStringList>("questions");
-        QTest::addColumn<QString>("encoding"); // or the error
-        QTest::addColumn<QByteArray>("file");  // the chapter's bytes
-        const QByteArray zhuk = "\xD0\xB6\xD1\x83\xD0\xBA", dom = "\xD0\xB4\xD0\xBE\xD0\xBC";
-        const QByteArray chapter = "generated automatically by the Vocabrix Editor v1.21";
-        QTest::newRow("russian list, utf-8 chapter") << u"w.tsv"_s << zhuk + "\tbeetle\n" + dom + "\thouse\n"
-                                                     << QStringList {u"жук"_s, u"дом"_s} << u"UTF-8"_s
-                                                     << bytes::header(chapter, 4, 2, {}, "utf-8") + bytes::placeholder()
-                        + bytes::entry(zhuk, -1, "beetle", 0, {}) + bytes::entry(dom, -1, "house", 0, {});
-        QTest::newRow("german list, windows-1252 chapter") << u"w.tsv"_s << QByteArray("Gr\xC3\xBCn\tgreen\nrot\tred\n")
-                                                           << QStringList {u"Grün"_s, u"rot"_s} << u"Windows-1252"_s
-                                                           << bytes::header(chapter, 4, 2) + bytes::placeholder()
-                        + bytes::entry("Gr\xFCn", -1, "green", 0, {}) + bytes::entry("rot", -1, "red", 0, {});
-        QTest::newRow("a later Cyrillic card makes an earlier one too long")
-                << u"w.tsv"_s << QByteArray("\xC3\xBC").repeated(60) + "\tx\n" + zhuk + "\tbeetle\n"
-                << QStringList()
-                << u"w.tsv: line 1: the card takes 133 bytes in UTF-8, more than the 128 of a chapter record "
-                   "(question, answer and note may have 116 bytes together) (line 2 makes the chapter UTF-8)"_s
-                << QByteArray();
-    }
-    void importInAnyLanguage()
-    {
-        QFETCH(QString, name);
-        QFETCH(QByteArray, list);
-        QFETCH(QStringList, questions);
-        QFETCH(QString, encoding);
         QFETCH(QByteArray, file);
         QTemporaryDir dir;
-        WriteFileBytes(dir.filePath(name), list);
-        const QString zel = dir.filePath(u"out.zel"_s);
-        const RunResult r = run({u"import"_s, dir.filePath(name), u"-o"_s, zel});
-        if (questions.isEmpty()) {
-            QCOMPARE(r.err, u"vxedit: "_s + dir.filePath(encoding) + u'\n');
-            QVERIFY(!QFileInfo::exists(zel));
+        QVERIFY(QDir::setCurrent(dir.path()));
+        const auto back = qScopeGuard([] { QDir::setCurrent(QDir::tempPath()); });
+        WriteFileBytes(name, content);
+        const RunResult r =
+                run(QStringList {u"import"_s, name, u"-o"_s, u"out.zel"_s} + option.split(u' ', Qt::SkipEmptyParts));
+        const bool usage = err.endsWith(u"usage: vxedit"_s);
+        QCOMPARE(usage ? r.err.left(err.size()) : r.err, err);
+        QCOMPARE(r.status, usage ? 2 : chapter.isEmpty() ? 1 : 0);
+        const QJsonObject json = dumpJson(u"out.zel"_s);
+        QStringList got {json.value(u"encoding"_s).toString()};
+        const QJsonArray entries = json.value(u"entries"_s).toArray();
+        for (qsizetype i = 1; i < entries.size(); ++i)
+            got << entries[i].toObject().value(u"key"_s).toString();
+        QCOMPARE(got.join(u'|'), chapter);
+        if (file.isNull())
             return;
-        }
-        QCOMPARE(r.err, QString());
-        const QJsonObject json = dumpJson(zel);
-        QCOMPARE(json.value(u"encoding"_s).toString(), encoding);
-        QStringList got;
-        for (const QJsonValue &e : json.value(u"entries"_s).toArray())
-            got << e.toObject().value(u"key"_s).toString();
-        QCOMPARE(got, QStringList(QString()) + questions);
-        QCOMPARE(ReadFileBytes(zel), file);
-
-        const QString tsv = dir.filePath(u"back.tsv"_s), again = dir.filePath(u"again.zel"_s);
-        QCOMPARE(run({u"export"_s, zel, u"-o"_s, tsv}).status, 0);
-        QCOMPARE(run({u"import"_s, tsv, u"-o"_s, again}).status, 0);
-        QCOMPARE(ReadFileBytes(again), ReadFileBytes(zel));
+        QCOMPARE(ReadFileBytes(u"out.zel"_s), file);
+        QCOMPARE(run({u"export"_s, u"out.zel"_s, u"-o"_s, u"back.tsv"_s}).status, 0);
+        QCOMPARE(run({u"import"_s, u"back.tsv"_s, u"-o"_s, u"again.zel"_s}).status, 0);
+        QCOMPARE(ReadFileBytes(u"again.zel"_s), file);
     }
 
     void usage_data()
@@ -566,35 +525,26 @@ private Q_SLOTS:
         QTest::addColumn<QStringList>("printed"); // the questions, in order
         QTest::addColumn<QString>("chapters");    // as the header names them
         QTest::addColumn<QString>("err");
-        const QStringList animals {u"Hund"_s, u"Katze"_s, u"Tür"_s}; // the escape written out
-        QTest::newRow("a chapter under its title")
-                << QStringList {u"@chapter.zel"_s, u"-o"_s, u"@out.pdf"_s} << 0 << animals << u"Tiere"_s << QString();
-        QTest::newRow("progress: the trouble cards")
-                << QStringList {u"--trouble-only"_s, u"@progress.vxs"_s, u"-o"_s, u"@out.pdf"_s} << 0
-                << QStringList {u"Katze"_s} << u"Tiere"_s << QString();
-        QTest::newRow("progress: every card, every chapter")
-                << QStringList {u"@progress.vxs"_s, u"-o"_s, u"@out.pdf"_s} << 0
-                << QStringList {u"Hund"_s, u"Katze"_s, u"Rot"_s} << u"Tiere, Farben"_s << QString();
-        QTest::newRow("a chapter keeps no trouble marks")
-                << QStringList {u"@chapter.zel"_s, u"-o"_s, u"@out.pdf"_s, u"--trouble-only"_s} << 1 << QStringList()
-                << QString()
-                << u"vxedit: @chapter.zel: a chapter file keeps no trouble marks (a progress file does); leave "
-                   "out --trouble-only to print every card\n"_s;
-        QTest::newRow("no trouble card marked")
-                << QStringList {u"@none.vxs"_s, u"-o"_s, u"@out.pdf"_s, u"--trouble-only"_s} << 1 << QStringList()
-                << QString()
-                << u"vxedit: @none.vxs: no card is marked as a trouble card; leave out --trouble-only to "
-                   "print all 2\n"_s;
-        QTest::newRow("no chapter") << QStringList {u"@other.zel"_s, u"-o"_s, u"@out.pdf"_s} << 1 << QStringList()
-                                    << QString()
-                                    << u"vxedit: @other.zel: not a chapter file (its description is 'x')\n"_s;
-        QTest::newRow("a damaged progress file")
-                << QStringList {u"@bad.vxs"_s, u"-o"_s, u"@out.pdf"_s} << 1 << QStringList() << QString()
-                << u"vxedit: @bad.vxs: not a progress file, or a damaged one: "_s;
-        QTest::newRow("a folder as the output") << QStringList {u"@chapter.zel"_s, u"-o"_s, u"@"_s} << 1
-                                                << QStringList() << QString() << u"vxedit: @: "_s;
-        QTest::newRow("no output") << QStringList {u"@chapter.zel"_s} << 2 << QStringList() << QString()
-                                   << u"vxedit: print needs -o OUT.pdf\nusage:"_s;
+        auto row = [](const char *tag, const QString &args, int status, const QString &printed, const QString &chapters,
+                      const QString &err = {}) {
+            QTest::newRow(tag) << args.split(u' ') << status << printed.split(u' ', Qt::SkipEmptyParts) << chapters
+                               << err;
+        };
+        row("a chapter under its title", u"@chapter.zel -o @out.pdf"_s, 0, u"Hund Katze Tür"_s, u"Tiere"_s);
+        row("progress: the trouble cards", u"--trouble-only @progress.vxs -o @out.pdf"_s, 0, u"Katze"_s, u"Tiere"_s);
+        row("progress: every card, every chapter", u"@progress.vxs -o @out.pdf"_s, 0, u"Hund Katze Rot"_s,
+            u"Tiere, Farben"_s);
+        row("a chapter keeps no trouble marks", u"@chapter.zel -o @out.pdf --trouble-only"_s, 1, {}, {},
+            u"vxedit: @chapter.zel: a chapter file keeps no trouble marks (a progress file does); leave out "
+            "--trouble-only to print every card\n"_s);
+        row("no trouble card marked", u"@none.vxs -o @out.pdf --trouble-only"_s, 1, {}, {},
+            u"vxedit: @none.vxs: no card is marked as a trouble card; leave out --trouble-only to print all 2\n"_s);
+        row("no chapter", u"@other.zel -o @out.pdf"_s, 1, {}, {},
+            u"vxedit: @other.zel: not a chapter file (its description is 'x')\n"_s);
+        row("a damaged progress file", u"@bad.vxs -o @out.pdf"_s, 1, {}, {},
+            u"vxedit: @bad.vxs: not a progress file, or a damaged one: "_s);
+        row("a folder as the output", u"@chapter.zel -o @"_s, 1, {}, {}, u"vxedit: @: "_s);
+        row("no output", u"@chapter.zel"_s, 2, {}, {}, u"vxedit: print needs -o OUT.pdf\nusage:"_s);
     }
     void printCommand()
     {
