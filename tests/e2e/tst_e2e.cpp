@@ -29,11 +29,6 @@ using namespace Qt::Literals::StringLiterals;
 
 namespace {
 
-QString findTool(const QString &name)
-{
-    return QStandardPaths::findExecutable(name);
-}
-
 QString run(const QString &program, const QStringList &args, const QString &display, int timeoutMs = 10000)
 {
     QProcess p;
@@ -163,8 +158,8 @@ class EndToEndTest : public QObject
 private Q_SLOTS:
     void initTestCase()
     {
-        const QString xvfb = findTool(u"Xvfb"_s);
-        m_xdotool = findTool(u"xdotool"_s);
+        const QString xvfb = QStandardPaths::findExecutable(u"Xvfb"_s);
+        m_xdotool = QStandardPaths::findExecutable(u"xdotool"_s);
         QVERIFY2(!xvfb.isEmpty() && !m_xdotool.isEmpty(), "Xvfb and xdotool are needed (scripts/install-deps.sh)");
         // The server picks a free display itself and says which: no race with
         // another test's server starting at the same moment.
@@ -312,26 +307,20 @@ private Q_SLOTS:
         QTest::addColumn<QString>("err");
         const QString version = QStringLiteral(VOCABRIX_VERSION);
         for (const Installation &i : installations()) {
-            auto row = [&](const char *name) {
-                return &QTest::newRow(qPrintable(i.name + u": "_s + QString::fromLatin1(name)));
+            // The program ("vocabrix" or "vxedit") and its arguments, '@' for the program's folder.
+            auto row = [&](const QString &command, int status, const QString &out, const QString &err = {}) {
+                QStringList args = QString(command).replace(u'@', i.programDir + u'/').split(u' ');
+                QTest::newRow(qPrintable(i.name + u": "_s + command))
+                        << i.binDir + u'/' + args.takeFirst() << args << status << out << err;
             };
-            const QString vocabrix = i.binDir + u"/vocabrix"_s, vxedit = i.binDir + u"/vxedit"_s;
-            *row("vocabrix --version") << vocabrix << QStringList {u"--version"_s} << 0
-                                       << u"vocabrix "_s + version + u'\n' << QString();
-            *row("vocabrix --help after its own switch") << vocabrix << QStringList {u"SHOW_CONSOLE"_s, u"--help"_s}
-                                                         << 0 << u"usage: vocabrix"_s << QString();
-            *row("vocabrix -h") << vocabrix << QStringList {u"-h"_s} << 0 << u"usage: vocabrix"_s << QString();
-            *row("vxedit --version") << vxedit << QStringList {u"--version"_s} << 0 << u"vxedit "_s + version + u'\n'
-                                     << QString();
-            *row("vxedit unknown verb") << vxedit << QStringList {u"frobnicate"_s, u"x.zel"_s} << 2 << QString()
-                                        << u"vxedit: unknown command frobnicate\nusage: vxedit"_s;
-            *row("vxedit dump of a missing file") << vxedit << QStringList {u"dump"_s, u"/nonexistent/x.zel"_s} << 1
-                                                  << QString() << u"vxedit: /nonexistent/x.zel: no such file\n"_s;
-            *row("vxedit export to standard output")
-                    << vxedit << QStringList {u"export"_s, i.programDir + u"/ex2.zel"_s} << 0
-                    << u"das Brot\tbread\tpl. die Brote\ndas Br\u00f6tchen"_s << QString();
-            *row("vxedit unknown option") << vxedit << QStringList {u"--frobnicate"_s} << 2 << QString()
-                                          << u"vxedit: unknown option --frobnicate\nusage: vxedit"_s;
+            row(u"vocabrix --version"_s, 0, u"vocabrix "_s + version + u'\n');
+            row(u"vocabrix SHOW_CONSOLE --help"_s, 0, u"usage: vocabrix"_s);
+            row(u"vocabrix -h"_s, 0, u"usage: vocabrix"_s);
+            row(u"vxedit --version"_s, 0, u"vxedit "_s + version + u'\n');
+            row(u"vxedit frobnicate x.zel"_s, 2, {}, u"vxedit: unknown command frobnicate\nusage: vxedit"_s);
+            row(u"vxedit --frobnicate"_s, 2, {}, u"vxedit: unknown option --frobnicate\nusage: vxedit"_s);
+            row(u"vxedit dump /nonexistent/x.zel"_s, 1, {}, u"vxedit: /nonexistent/x.zel: no such file\n"_s);
+            row(u"vxedit export @ex2.zel"_s, 0, u"das Brot\tbread\tpl. die Brote\ndas Br\u00f6tchen"_s);
         }
     }
 

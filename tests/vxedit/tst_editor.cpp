@@ -197,7 +197,8 @@ private Q_SLOTS:
         QCOMPARE(m_window->TitleEdit()->text(), u"Titel"_s);
     }
 
-    void addCardStartsEditingTheQuestion()
+    // A card added empty is edited at once and flagged until typed.
+    void cardsAddedAndImported()
     {
         ChapterModel &model = open({u"eins"_s, u"zwei"_s});
         m_window->Table()->setCurrentIndex(model.index(0, 1));
@@ -218,6 +219,19 @@ private Q_SLOTS:
         m_window->UndoStack()->undo();
         QCOMPARE(model.rowCount(), 2);
         QCOMPARE(problemsShown(), QStringList());
+
+        // Cards imported: one step, a card too long flagged to mend before saving.
+        WriteFileBytes(path(u"more.csv"_s),
+                       "Question,Answer,Note\ndrei,three,\nvier,\"four, 4\",\nfünf," + QByteArray(120, 'x') + ",\n");
+        m_env->prompter.onModal = [](QObject *) { return int(QDialog::Accepted); }; // names line detected
+        QVERIFY(m_window->ImportFile(path(u"more.csv"_s)));
+        QCOMPARE(questions(model), QStringList({u"eins"_s, u"zwei"_s, u"drei"_s, u"vier"_s, u"fünf"_s}));
+        QCOMPARE(model.Text(3, ChapterModel::Answer), u"four, 4"_s);
+        QCOMPARE(model.ProblemCount(), 1);
+        m_window->GoToNextProblem();
+        QCOMPARE(m_window->Table()->currentIndex().row(), 4);
+        m_window->UndoStack()->undo();
+        QCOMPARE(model.rowCount(), 2);
     }
 
     // Question 50 + answer + note 6 bytes of the 116 the texts share: an
@@ -285,21 +299,6 @@ private Q_SLOTS:
                  utf8 + bytes::entry("eins", -1, "a1", 0, "n1") + bytes::entry("zwei", -1, "a2", 0, "n2"));
     }
 
-    void russianChapterShown()
-    {
-        QVERIFY(m_window->OpenFile(QCoreApplication::applicationDirPath() + u"/ex5.zel"_s));
-        QVERIFY(m_window->Model()->rowCount() >= 30);
-        QCOMPARE(m_window->Model()->ProblemCount(), 0);
-        QCOMPARE(m_window->EncodingNote()->text(), u"Saved as UTF-8"_s);
-        m_window->Table()->setCurrentIndex(m_window->Model()->index(19, 0));
-        QCOMPARE(m_window->Model()->Text(19, ChapterModel::Question), u"Вы говорите по-английски?"_s);
-        // "Вы говорите по-английски?" 46 bytes, the answer 21, the note 24.
-        QCOMPARE(m_window->LimitText(), u"Card 20: 25 bytes left (UTF-8)"_s);
-        QVERIFY(HasColour(m_window->Preview()->Front(), qRgb(255, 255, 255))); // the question drawn
-        m_window->show();
-        QVERIFY(SaveScreenshot(m_window->grab().toImage(), u"editor-russian.png"_s));
-    }
-
     // The preview checks cards as the chapter they go into will be written.
     void importPreviewInTheChapterEncoding_data()
     {
@@ -346,10 +345,21 @@ private Q_SLOTS:
         WriteFileBytes(path(u"round.zel"_s), file);
         QVERIFY(m_window->OpenFile(path(u"round.zel"_s)));
         QVERIFY(!m_window->Document().ReadOnly());
-        if (QTest::currentDataTag() == QByteArray("an example chapter")) {
+        const bool russian = QTest::currentDataTag() == QByteArray("the russian example, utf-8");
+        if (russian) {
+            QCOMPARE(m_window->Model()->ProblemCount(), 0);
+            QCOMPARE(m_window->EncodingNote()->text(), u"Saved as UTF-8"_s);
+            m_window->Table()->setCurrentIndex(m_window->Model()->index(19, 0));
+            QCOMPARE(m_window->Model()->Text(19, ChapterModel::Question), u"Вы говорите по-английски?"_s);
+            // "Вы говорите по-английски?" 46 bytes, the answer 21, the note 24.
+            QCOMPARE(m_window->LimitText(), u"Card 20: 25 bytes left (UTF-8)"_s);
+            QVERIFY(HasColour(m_window->Preview()->Front(), qRgb(255, 255, 255))); // the question drawn
+        } else {
             m_window->Table()->setCurrentIndex(m_window->Model()->index(8, 0));
+        }
+        if (QTest::currentDataTag() != QByteArray("odd fields")) {
             m_window->show();
-            QVERIFY(SaveScreenshot(m_window->grab().toImage(), u"editor.png"_s));
+            QVERIFY(SaveScreenshot(m_window->grab().toImage(), russian ? u"editor-russian.png"_s : u"editor.png"_s));
         }
         m_env->prompter.fileAnswers = {path(u"copy.zel"_s)};
         QVERIFY(m_window->SaveAs());
@@ -573,22 +583,6 @@ private Q_SLOTS:
         dialog.delimiter->setCurrentIndex(delimiter);
         QCOMPARE(dialog.headerRow->isChecked(), !header);
         QCOMPARE(int(dialog.Cards().size()), count);
-    }
-
-    void importIntoTheChapter()
-    {
-        ChapterModel &model = open({u"eins"_s, u"zwei"_s});
-        WriteFileBytes(path(u"more.csv"_s),
-                       "Question,Answer,Note\ndrei,three,\nvier,\"four, 4\",\nfünf," + QByteArray(120, 'x') + ",\n");
-        m_env->prompter.onModal = [](QObject *) { return int(QDialog::Accepted); }; // names line detected
-        QVERIFY(m_window->ImportFile(path(u"more.csv"_s)));
-        QCOMPARE(questions(model), QStringList({u"eins"_s, u"zwei"_s, u"drei"_s, u"vier"_s, u"fünf"_s}));
-        QCOMPARE(model.Text(3, ChapterModel::Answer), u"four, 4"_s);
-        QCOMPARE(model.ProblemCount(), 1); // flagged, to mend before saving
-        m_window->GoToNextProblem();
-        QCOMPARE(m_window->Table()->currentIndex().row(), 4);
-        m_window->UndoStack()->undo();
-        QCOMPARE(model.rowCount(), 2);
     }
 
     void exportRefusesWhatTsvCannotCarry()

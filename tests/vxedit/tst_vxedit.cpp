@@ -169,8 +169,8 @@ private Q_SLOTS:
     void headerRow_data()
     {
         QTest::addColumn<QString>("line"); // fields separated by '|'
-        QTest::addColumn<QString>(
-                "layout"); // "meta 0": column 0 is bookkeeping; "named": the file's "#columns:" line names them
+        // "meta 0": column 0 is bookkeeping; "named": the file's "#columns:" line names them
+        QTest::addColumn<QString>("layout");
         QTest::addColumn<bool>("header");
         // Each row: its name, the line, whether it is column names and the layout, '#' between.
         for (const char16_t *row :
