@@ -376,23 +376,19 @@ private Q_SLOTS:
         QTest::addColumn<QStringList>("choose"); // empty: cancelled
         QTest::addColumn<QString>("then");       // "save" or "saveas"
         QTest::addColumn<QByteArray>("after");   // beside the saved chapter
-        const QByteArray head = "# Vocabrix: the languages this chapter's cards are spoken in\n";
-        const QStringList none {QString(), QString()};
-        QTest::newRow("chosen, saved beside it") << QByteArray() << none << QStringList {u"de"_s, u"en"_s} << u"save"_s
-                                                 << head + "question=de\nanswer=en\n";
-        QTest::newRow("unchanged: the file not written")
-                << QByteArray("question=fr\n") << QStringList {u"fr"_s, QString()} << QStringList() << u"save"_s
-                << QByteArray("question=fr\n");
-        QTest::newRow("the same chosen again: nothing to undo")
-                << QByteArray("question=fr\n") << QStringList {u"fr"_s, QString()} << QStringList {u"fr"_s, QString()}
-                << u"save"_s << QByteArray("question=fr\n");
-        QTest::newRow("back to the options': the file goes")
-                << QByteArray("question=fr\n") << QStringList {u"fr"_s, QString()} << none << u"save"_s << QByteArray();
-        QTest::newRow("saved as another chapter: taken along")
-                << QByteArray("question=fr\n") << QStringList {u"fr"_s, QString()} << QStringList() << u"saveas"_s
-                << head + "question=fr\n";
-        QTest::newRow("damaged: told, left alone")
-                << QByteArray("question fr\n") << none << QStringList() << u"save"_s << QByteArray("question fr\n");
+        const QByteArray head = "# Vocabrix: the languages this chapter's cards are spoken in\n", fr = "question=fr\n";
+        // The languages as "question,answer"; no choice: cancelled.
+        auto row = [](const char *tag, const QByteArray &before, const char *shown, const char *choose,
+                      const QString &then, const QByteArray &after) {
+            auto split = [](const char *l) { return l ? QString::fromLatin1(l).split(u',') : QStringList(); };
+            QTest::newRow(tag) << before << split(shown) << split(choose) << then << after;
+        };
+        row("chosen, saved beside it", {}, ",", "de,en", u"save"_s, head + "question=de\nanswer=en\n");
+        row("unchanged: the file not written", fr, "fr,", nullptr, u"save"_s, fr);
+        row("the same chosen again: nothing to undo", fr, "fr,", "fr,", u"save"_s, fr);
+        row("back to the options': the file goes", fr, "fr,", ",", u"save"_s, {});
+        row("saved as another chapter: taken along", fr, "fr,", nullptr, u"saveas"_s, head + fr);
+        row("damaged: told, left alone", "question fr\n", ",", nullptr, u"save"_s, "question fr\n");
     }
     void chapterLanguages()
     {
