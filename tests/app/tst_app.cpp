@@ -376,8 +376,7 @@ private Q_SLOTS:
     // writes neither the cards nor the settings.
     void startEndsWithStatusOne_data()
     {
-        QTest::addColumn<QString>("cause");
-        QTest::addColumn<bool>("watcher");
+        QTest::addColumn<QString>("cause"); // "unwatched": no log watcher connected
         QTest::addColumn<QStringList>("boxes");
         QTest::addColumn<QString>("logEnd"); // lines joined by '|'
         const QString korva = Box(u"KORVA File System Critical Error"_s,
@@ -389,13 +388,13 @@ private Q_SLOTS:
                              "KORVA Platform Dead/n|KORVA Platform release successful/n|"
                              "Process will be released after this line/n"_s;
         QTest::newRow("another copy running")
-                << u"instance"_s << true
+                << u"instance"_s
                 << QStringList(Box(u"Previous Instance Found"_s,
                                    u"A previous instance was detected. Exit that instance before starting a new one."_s,
                                    MsgIcon::Exclamation))
                 << u"Previous program instance found/n|"_s + down;
         QTest::newRow("nothing selected")
-                << u"nothing"_s << true
+                << u"nothing"_s
                 << QStringList({Box(u"FileLoader"_s, u"No files were selected to be loaded. The program will exit."_s,
                                     MsgIcon::Exclamation),
                                 Box(u"Database Loader Failure"_s,
@@ -408,10 +407,10 @@ private Q_SLOTS:
                    "unloading form frmChapter/n|KORVA Platform Dead/n|KORVA Platform release successful/n|"
                    "Process will be released after this line/n"_s;
         QTest::newRow("settings file damaged, the log watched")
-                << u"damaged"_s << true << QStringList(korva)
+                << u"damaged"_s << QStringList(korva)
                 << u" ..KORVA class initialization failure./n|The program cannot start/n|"_s + down;
         QTest::newRow("settings file damaged, no watcher: the high-priority line is a box")
-                << u"damaged"_s << false
+                << u"damaged, unwatched"_s
                 << QStringList(
                            {Box(u"High Priority Message Handler"_s, u"The program cannot start/n"_s, MsgIcon::Critical),
                             korva})
@@ -420,14 +419,13 @@ private Q_SLOTS:
     void startEndsWithStatusOne()
     {
         QFETCH(QString, cause);
-        QFETCH(bool, watcher);
         QFETCH(QStringList, boxes);
         QFETCH(QString, logEnd);
         m_env.reset(); // one environment at a time
-        m_env = std::make_unique<TestEnvironment>(watcher);
+        m_env = std::make_unique<TestEnvironment>(!cause.endsWith(u"unwatched"_s));
         const QByteArray damaged(300, '\x5A');
         QLocalServer other;
-        if (cause == u"damaged"_s)
+        if (cause.startsWith(u"damaged"_s))
             WriteFileBytes(master(), damaged);
         other.setSocketOptions(QLocalServer::AbstractNamespaceOption);
         if (cause == u"instance"_s)
@@ -457,7 +455,7 @@ private Q_SLOTS:
             const QStringList lines = m_env->logLines(), end = logEnd.split(u'|');
             QCOMPARE(lines.mid(lines.size() - end.size()), end);
         }
-        if (cause == u"damaged"_s) {
+        if (cause.startsWith(u"damaged"_s)) {
             QCOMPARE(splashAtBox, QStringList({u"up"_s, u"not topmost"_s, u"centred"_s}));
             QCOMPARE(ReadFileBytes(master()), damaged); // nothing written
         }
@@ -543,13 +541,12 @@ private Q_SLOTS:
 
         // What the next start finds.
         QStringList next = stored(master(),
-                                  {u"alpha_level"_s, u"alpha_effects"_s, u"frmMain.left"_s, u"frmMain.top"_s,
-                                   u"show_mouse_hover"_s, u"frmChapter.left"_s});
+                                  u"alpha_level alpha_effects frmMain.left frmMain.top show_mouse_hover "
+                                  "frmChapter.left"_s.split(u' '));
         QVERIFY(next.last().startsWith(u"frmChapter.left="_s) && next.takeLast().endsWith(u" metrics"_s));
-        QCOMPARE(next,
-                 QStringList({u"alpha_level=120 alpha_transparency"_s, u"alpha_effects=-1 alpha_transparency"_s,
-                              u"frmMain.left=1845 metrics"_s, u"frmMain.top=675 metrics"_s,
-                              u"show_mouse_hover=-1 options"_s}));
+        QCOMPARE(next.join(u", "_s),
+                 u"alpha_level=120 alpha_transparency, alpha_effects=-1 alpha_transparency, "
+                 "frmMain.left=1845 metrics, frmMain.top=675 metrics, show_mouse_hover=-1 options"_s);
     }
 
     void newSessionKeepsStudyWindow()
