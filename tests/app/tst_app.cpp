@@ -50,11 +50,25 @@ QString programDir()
     return modFolders::ProgramDirectory();
 }
 
-ikorvalite::Lookup<qint32> storedNumber(const QString &master, const QString &key)
+// Numbers in the settings file, each as "key=value group" ("key=none" if absent).
+QStringList stored(const QString &master, const QStringList &keys)
 {
     ikorvalite db;
     db.Mount(master, false);
-    return db.GetNumber(key, 12345);
+    QStringList out;
+    for (const QString &key : keys) {
+        const auto n = db.GetNumber(key, 12345);
+        out << key + u'=' + (n.found ? QString::number(n.value) : u"none"_s) + u' ' + db.GetNote(key);
+    }
+    return out;
+}
+
+// A chapter of two cards, without a title.
+void writeSmallChapter(const QString &path)
+{
+    WriteFileBytes(path,
+                   bytes::header("generated automatically by the Vocabrix Editor v1.21", 4, 2) + bytes::placeholder()
+                           + bytes::entry("a", -1, "b", 0, {}) + bytes::entry("c", -1, "d", 0, {}));
 }
 
 // A kept session's deck of one card, by hand: "Hund"/"dog", a trouble card
@@ -118,6 +132,31 @@ class AppTest : public QObject
     void startProgram(bool troubleByDefault = false, bool hoverHelp = true)
     {
         m_env->prompter.onModal = answerSetup(troubleByDefault, hoverHelp);
+        modMain::StartProgram();
+        FlushDeletes();
+    }
+
+    // Which of the wanted lines ('|' between them) the log lacks, and which of
+    // the unwanted it holds: empty when the log is right.
+    QStringList logMismatch(const QString &wanted, const QString &unwanted = {}) const
+    {
+        const QStringList log = m_env->logLines();
+        QStringList out;
+        for (const QString &line : wanted.split(u'|', Qt::SkipEmptyParts))
+            if (!log.contains(line))
+                out << u"missing: "_s + line;
+        for (const QString &line : unwanted.split(u'|', Qt::SkipEmptyParts))
+            if (log.contains(line))
+                out << u"unwanted: "_s + line;
+        return out;
+    }
+
+    // The program started again after it ended, with the same home.
+    void restartProgram()
+    {
+        ResetProgramState();
+        g_Deck.Reset();
+        g_Watcher = std::make_unique<RecordingWatcher>(m_env->log);
         modMain::StartProgram();
         FlushDeletes();
     }
@@ -186,52 +225,30 @@ private Q_SLOTS:
         FlushDeletes();
 
         const QString base = m_env->home() + u"/Documents/Vocabrix"_s;
-        const QStringList expected {
-                u"/b/cVocabrix v1.0 build 1/n"_s,
-                u"/b/cCopyright (c) 2026 Quillmere. Free to use for study at home and at school./n"_s,
-                u"using home directory: '"_s + base + u"'"_s,
-                u" [created]/n"_s,
-                u"setting base directory to: "_s + base + u"/n"_s,
-                u"the specified file doesn't exist, creating new/n"_s,
-                u"file created/n"_s,
-                u"file mounted/n"_s,
-                u"updater file generated/n"_s,
-                u"KORVA Alive/n"_s,
-                u"ZEL Platform v3.44 Startup/n"_s,
-                u"last platform revision date is 16Jan2010/n"_s,
-                u"Program release date: 02/09/2010/n"_s,
-                u"Bringing up the system ../n"_s,
-                u"Starting the cvar subsystem ../n"_s,
-                u".. cvar system disabled in this implementation/n"_s,
-                u"Warning: localization support requires the cvar subsystem/n"_s,
-                u"Localization support has been disabled/n"_s,
-                u" .. client detected: \"Vocabrix\"; version: 1.0 build 1/n"_s,
-                u"Checking for already running instances ../n"_s,
-                u" .. no previously running instance has been found./n"_s,
-                u"starting the KORVA class driver ../n"_s,
-                u"Windows OS version detected: 5.1 build 2600/n"_s,
-                u" .. OS supports Alpha: Yes/n"_s,
-                u" .. OS supports API Gradient: Yes/n"_s,
-                u"the specified file doesn't exist, creating new/n"_s,
-                u"file created/n"_s,
-                u"file mounted/n"_s,
-                u" ..KORVA data file mounted successfully/n"_s,
-                u" .. Initializing KORVA master DB file for first use.../n"_s,
-                u"forcing metrics data manager to defaults/n"_s,
-                u".. 12 colors defined/n"_s,
-                u"wrote 12 color definitions to disk/n"_s,
-                u"Awaiting user response in Setup Window/n"_s,
-                u" .. alpha enabled in program: No using level of 90/n"_s,
-                u" .. loading chapter selection form/n"_s,
-                u"db editor seems to be present./n"_s,
-                u" .. chapter selection form is loaded/n"_s,
-                u"Entering FlushToZero mode/n"_s,
-                u"Initializing data system for first use/n"_s,
-                u" .. not flushing empty data set/n"_s,
-                u"System brought up successfully/n"_s,
-                u" .. Splash killed/n"_s,
-                u"ZEL.Loader exited/n"_s,
-        };
+        const QStringList expected =
+                (u"/b/cVocabrix v1.0 build 1/n|"
+                 u"/b/cCopyright (c) 2026 Quillmere. Free to use for study at home and at school./n|"
+                 u"using home directory: '"_s
+                 + base + u"'| [created]/n|setting base directory to: "_s + base
+                 + u"/n|the specified file doesn't exist, creating new/n|file created/n|file mounted/n|"
+                   u"updater file generated/n|KORVA Alive/n|ZEL Platform v3.44 Startup/n|"
+                   u"last platform revision date is 16Jan2010/n|Program release date: 02/09/2010/n|"
+                   u"Bringing up the system ../n|Starting the cvar subsystem ../n|"
+                   u".. cvar system disabled in this implementation/n|"
+                   u"Warning: localization support requires the cvar subsystem/n|"
+                   u"Localization support has been disabled/n| .. client detected: \"Vocabrix\"; version: 1.0 build 1/n|"
+                   u"Checking for already running instances ../n| .. no previously running instance has been found./n|"
+                   u"starting the KORVA class driver ../n|Windows OS version detected: 5.1 build 2600/n|"
+                   u" .. OS supports Alpha: Yes/n| .. OS supports API Gradient: Yes/n|"
+                   u"the specified file doesn't exist, creating new/n|file created/n|file mounted/n|"
+                   u" ..KORVA data file mounted successfully/n| .. Initializing KORVA master DB file for first use.../n|"
+                   u"forcing metrics data manager to defaults/n|.. 12 colors defined/n|"
+                   u"wrote 12 color definitions to disk/n|Awaiting user response in Setup Window/n|"
+                   u" .. alpha enabled in program: No using level of 90/n| .. loading chapter selection form/n|"
+                   u"db editor seems to be present./n| .. chapter selection form is loaded/n|Entering FlushToZero mode/n|"
+                   u"Initializing data system for first use/n| .. not flushing empty data set/n|"
+                   u"System brought up successfully/n| .. Splash killed/n|ZEL.Loader exited/n"_s)
+                        .split(u'|');
         QCOMPARE(m_env->logLines(), expected);
         for (size_t i = 0; i < m_env->log->lines.size(); ++i)
             QCOMPARE(m_env->log->lines[i].level, i < 2 ? kLogBanner : i == 3 ? kLogContinuation : kLogProgress);
@@ -245,8 +262,8 @@ private Q_SLOTS:
         QCOMPARE(modMain::RunModeName(), u"Full Retail"_s);
 
         // The setup's answers were saved; the loader read them back.
-        QCOMPARE(storedNumber(master(), u"trouble_by_default"_s).value, 0);
-        QCOMPARE(storedNumber(master(), u"show_mouse_hover"_s).value, 0);
+        QCOMPARE(stored(master(), {u"trouble_by_default"_s, u"show_mouse_hover"_s}),
+                 QStringList({u"trouble_by_default=0 "_s, u"show_mouse_hover=0 "_s})); // no group yet
         QVERIFY(!g_TroubleByDefault && !g_TroubleDefaultCurrent && !g_ShowMouseHover);
 
         // The splash is gone, the chapter window offers the examples.
@@ -267,60 +284,48 @@ private Q_SLOTS:
                          + bytes::entry("app_desc", -1, "This is a vocabulary flash cards program", 0, {}));
     }
 
+    // The date's separator follows the locale (slashes in firstStart).
     void releaseDateFollowsTheLocale_data()
     {
-        QTest::addColumn<QLocale>("locale");
-        QTest::addColumn<QString>("line");
-        QTest::newRow("dots") << QLocale(QLocale::German, QLocale::Germany) << u"Program release date: 02.09.2010/n"_s;
-        QTest::newRow("dashes") << QLocale(QLocale::Dutch, QLocale::Netherlands)
-                                << u"Program release date: 02-09-2010/n"_s;
-        QTest::newRow("slashes") << QLocale(QLocale::English, QLocale::UnitedStates)
-                                 << u"Program release date: 02/09/2010/n"_s;
+        QTest::addColumn<QString>("locale");
+        QTest::addColumn<QString>("date");
+        QTest::newRow("dots") << u"de_DE"_s << u"02.09.2010"_s;
+        QTest::newRow("dashes") << u"nl_NL"_s << u"02-09-2010"_s;
     }
     void releaseDateFollowsTheLocale()
     {
-        QFETCH(QLocale, locale);
-        QFETCH(QString, line);
-        QLocale::setDefault(locale);
+        QFETCH(QString, locale);
+        QFETCH(QString, date);
+        QLocale::setDefault(QLocale(locale));
         startProgram();
         QLocale::setDefault(QLocale::c());
-        QVERIFY(m_env->logLines().contains(line));
+        QCOMPARE(logMismatch(u"Program release date: "_s + date + u"/n"_s), QStringList());
     }
 
     void versionDetectedOnce()
     {
-        qint32 major = -1, minor = -1, build = -1;
-        QCOMPARE(modMain::DetectWindowsVersion(major, minor, build), 501);
-        QCOMPARE(QList<qint32>({major, minor, build}), QList<qint32>({5, 1, 2600}));
-        QVERIFY(g_OsAlpha && g_OsGradient);
+        // The code, the version it fills in, whether alpha and gradients are on.
+        auto detect = [] {
+            qint32 major = -1, minor = -1, build = -1;
+            const int code = modMain::DetectWindowsVersion(major, minor, build);
+            return QList<int>({code, major, minor, build, g_OsAlpha, g_OsGradient});
+        };
+        QCOMPARE(detect(), QList<int>({501, 5, 1, 2600, 1, 1}));
         // Later calls fill nothing and leave the flags as they are.
         g_OsAlpha = false;
         SetOsVersionOverride(OsVersion {4, 10, 1998});
-        QCOMPARE(modMain::DetectWindowsVersion(major, minor, build), 501);
-        QCOMPARE(QList<qint32>({major, minor, build}), QList<qint32>({0, 0, 0}));
-        QVERIFY(!g_OsAlpha && g_OsGradient);
-
+        QCOMPARE(detect(), QList<int>({501, 0, 0, 0, 0, 1}));
         g_OsVersionCode = 0; // a first call on an older system
-        QCOMPARE(modMain::DetectWindowsVersion(major, minor, build), 410);
-        QVERIFY(!g_OsAlpha && g_OsGradient);
+        QCOMPARE(detect(), QList<int>({410, 4, 10, 1998, 0, 1}));
         g_OsVersionCode = 0;
         g_OsAlpha = true; // older still: the flags stay as they were
         SetOsVersionOverride(OsVersion {4, 0, 1381});
-        QCOMPARE(modMain::DetectWindowsVersion(major, minor, build), 400);
-        QVERIFY(g_OsAlpha && g_OsGradient);
+        QCOMPARE(detect(), QList<int>({400, 4, 0, 1381, 1, 1}));
     }
 
-    void setupWindow_data()
-    {
-        QTest::addColumn<bool>("troubleCards");
-        QTest::addColumn<bool>("hoverHelp");
-        QTest::newRow("trouble cards, hover help") << true << true;
-        QTest::newRow("no trouble cards, no hover help") << false << false;
-    }
+    // Answered by mouse here; firstStart answers no and no.
     void setupWindow()
     {
-        QFETCH(bool, troubleCards);
-        QFETCH(bool, hoverHelp);
         g_MasterDb = std::make_unique<ikorvalite>();
         QVERIFY(g_MasterDb->Mount(m_env->path(u"sys.zel"_s), false));
         frmSetup setup;
@@ -336,15 +341,15 @@ private Q_SLOTS:
         QVERIFY(!setup.close());
         QTest::keyClick(&setup, Qt::Key_Escape);
         QVERIFY(setup.isVisible());
-        click(troubleCards ? setup.Option1 : setup.Option2);
+        click(setup.Option1);
         QVERIFY(setup.Command1->isEnabled());
-        if (setup.Check1->isChecked() != hoverHelp)
+        if (!setup.Check1->isChecked())
             click(setup.Check1);
         click(setup.Command1);
         QVERIFY(!setup.isVisible());
         QCOMPARE(setup.result(), int(QDialog::Accepted));
-        QCOMPARE(g_MasterDb->GetNumber(u"trouble_by_default"_s, 5).value, troubleCards ? -1 : 0);
-        QCOMPARE(g_MasterDb->GetNumber(u"show_mouse_hover"_s, 5).value, hoverHelp ? -1 : 0);
+        QCOMPARE(g_MasterDb->GetNumber(u"trouble_by_default"_s, 5).value, -1);
+        QCOMPARE(g_MasterDb->GetNumber(u"show_mouse_hover"_s, 5).value, -1);
         QCOMPARE(g_MasterDb->GetNote(u"trouble_by_default"_s), QString()); // no group
     }
 
@@ -357,91 +362,110 @@ private Q_SLOTS:
 
         m_env->log->clear();
         m_env->prompter.modalWindows.clear();
-        ResetProgramState();
-        g_Deck.Reset();
-        g_Watcher = std::make_unique<RecordingWatcher>(m_env->log);
-        modMain::StartProgram();
-        FlushDeletes();
+        restartProgram();
         QVERIFY(m_env->prompter.modalWindows.empty());
-        QVERIFY(!m_env->logLines().contains(u" .. Initializing KORVA master DB file for first use.../n"_s));
-        QVERIFY(m_env->logLines().contains(u" ..KORVA data file mounted successfully/n"_s));
+        QCOMPARE(logMismatch(u" ..KORVA data file mounted successfully/n"_s,
+                             u" .. Initializing KORVA master DB file for first use.../n"_s),
+                 QStringList());
         QVERIFY(g_TroubleDefaultCurrent && g_ShowMouseHover); // read back from the first run
         QCOMPARE(modMain::ChapterWindow()->LV1->topLevelItemCount(), 4);
     }
 
-    void unmountableMaster_data()
+    // Starts that end the program with status 1 after their boxes ('@' in a
+    // box stands for the settings file) and the log's last lines. Code -1
+    // writes neither the cards nor the settings.
+    void startEndsWithStatusOne_data()
     {
-        QTest::addColumn<bool>("watcher");
-        QTest::newRow("watcher connected: the log has the lines") << true;
-        QTest::newRow("no watcher: the high-priority line is a box") << false;
+        QTest::addColumn<QString>("cause"); // "unwatched": no log watcher connected
+        QTest::addColumn<QStringList>("boxes");
+        QTest::addColumn<QString>("logEnd"); // lines joined by '|'
+        const QString korva = Box(u"KORVA File System Critical Error"_s,
+                                  u"The program's master database couldn't be opened. Check the path: \r\n'@' and "
+                                  "try again."_s,
+                                  MsgIcon::Critical);
+        const QString down = u"KORVA system going down on code -1/n|halting renderer ../n|saving Alpha Options/n|"
+                             "korvamain has exited .. NOT writing current data to disk/n|unloading form frmSplash/n|"
+                             "KORVA Platform Dead/n|KORVA Platform release successful/n|"
+                             "Process will be released after this line/n"_s;
+        QTest::newRow("another copy running")
+                << u"instance"_s
+                << QStringList(Box(u"Previous Instance Found"_s,
+                                   u"A previous instance was detected. Exit that instance before starting a new one."_s,
+                                   MsgIcon::Exclamation))
+                << u"Previous program instance found/n|"_s + down;
+        QTest::newRow("nothing selected")
+                << u"nothing"_s
+                << QStringList({Box(u"FileLoader"_s, u"No files were selected to be loaded. The program will exit."_s,
+                                    MsgIcon::Exclamation),
+                                Box(u"Database Loader Failure"_s,
+                                    u"The specified chapters couldn't be loaded. This may result from corrupted "
+                                    "database files and you may need to reinstall the program if this error "
+                                    "persists."_s)})
+                << u"KORVA system going down on code 0/n|halting renderer ../n|saving Alpha Options/n| .. renderer dead/n|"
+                   "Entering FlushToZero mode/n| .. not flushing empty data set/n|saving the korva master/n|"
+                   "unmounting file/n|destroying class instance/n| ..class instance destroyed/n|"
+                   "unloading form frmChapter/n|KORVA Platform Dead/n|KORVA Platform release successful/n|"
+                   "Process will be released after this line/n"_s;
+        QTest::newRow("settings file damaged, the log watched")
+                << u"damaged"_s << QStringList(korva)
+                << u" ..KORVA class initialization failure./n|The program cannot start/n|"_s + down;
+        QTest::newRow("settings file damaged, no watcher: the high-priority line is a box")
+                << u"damaged, unwatched"_s
+                << QStringList(
+                           {Box(u"High Priority Message Handler"_s, u"The program cannot start/n"_s, MsgIcon::Critical),
+                            korva})
+                << QString();
     }
-
-    void unmountableMaster()
+    void startEndsWithStatusOne()
     {
-        QFETCH(bool, watcher);
-        m_env.reset();
-        m_env = std::make_unique<TestEnvironment>(watcher);
+        QFETCH(QString, cause);
+        QFETCH(QStringList, boxes);
+        QFETCH(QString, logEnd);
+        m_env.reset(); // one environment at a time
+        m_env = std::make_unique<TestEnvironment>(!cause.endsWith(u"unwatched"_s));
         const QByteArray damaged(300, '\x5A');
-        WriteFileBytes(master(), damaged);
+        QLocalServer other;
+        if (cause.startsWith(u"damaged"_s))
+            WriteFileBytes(master(), damaged);
+        other.setSocketOptions(QLocalServer::AbstractNamespaceOption);
+        if (cause == u"instance"_s)
+            QVERIFY(other.listen(u"vocabrix-test-"_s + QString::number(QCoreApplication::applicationPid())));
         QStringList splashAtBox;
         m_env->prompter.onBox = [&](const MessageBoxRequest &) {
             frmSplash *splash = nullptr;
             for (QWidget *w : QApplication::topLevelWidgets())
                 splash = splash ? splash : qobject_cast<frmSplash *>(w);
             const QRect screen = QGuiApplication::primaryScreen()->availableGeometry();
-            splashAtBox << (splash && splash->isVisible() && splash->RendererRunning() ? u"up"_s : u"gone"_s)
-                        << (modMain::IsTopmost(splash) ? u"topmost"_s : u"not topmost"_s)
-                        << (splash && qAbs(splash->frameGeometry().center().x() - screen.center().x()) <= 2
-                                    ? u"centred"_s
-                                    : u"off centre"_s);
+            splashAtBox = QStringList {splash && splash->isVisible() && splash->RendererRunning() ? u"up"_s : u"gone"_s,
+                                       modMain::IsTopmost(splash) ? u"topmost"_s : u"not topmost"_s,
+                                       splash && qAbs(splash->frameGeometry().center().x() - screen.center().x()) <= 2
+                                               ? u"centred"_s
+                                               : u"off centre"_s};
         };
-        modMain::StartProgram();
-        FlushDeletes();
-        const QString korvaBox = Box(u"KORVA File System Critical Error"_s,
-                                     u"The program's master database couldn't be opened. Check the path: \r\n'"_s
-                                             + master() + u"' and try again."_s,
-                                     MsgIcon::Critical);
-        if (watcher) {
-            QCOMPARE(m_env->prompter.seen(), QStringList({korvaBox}));
-            const QStringList lines = m_env->logLines();
-            const qsizetype at = lines.indexOf(u" ..KORVA class initialization failure./n"_s);
-            QVERIFY(at > 0);
-            QCOMPARE(lines.mid(at, 2),
-                     QStringList({u" ..KORVA class initialization failure./n"_s, u"The program cannot start/n"_s}));
+        if (cause == u"nothing"_s) {
+            startProgram();
+            m_env->log->clear();
+            study({});
         } else {
-            QCOMPARE(m_env->prompter.seen(),
-                     QStringList({Box(u"High Priority Message Handler"_s, u"The program cannot start/n"_s,
-                                      MsgIcon::Critical),
-                                  korvaBox}));
+            modMain::StartProgram();
+            FlushDeletes();
         }
-        QCOMPARE(splashAtBox.mid(splashAtBox.size() - 3), QStringList({u"up"_s, u"not topmost"_s, u"centred"_s}));
-        QCOMPARE(ReadFileBytes(master()), damaged); // nothing written
-        QVERIFY(!g_MasterDb);
-        QVERIFY(g_ProcessReleased);
-        QCOMPARE(g_ExitStatus, 1);
+        QCOMPARE(m_env->prompter.seen(), boxes.replaceInStrings(u"@"_s, master()));
+        if (!logEnd.isEmpty()) {
+            const QStringList lines = m_env->logLines(), end = logEnd.split(u'|');
+            QCOMPARE(lines.mid(lines.size() - end.size()), end);
+        }
+        if (cause.startsWith(u"damaged"_s)) {
+            QCOMPARE(splashAtBox, QStringList({u"up"_s, u"not topmost"_s, u"centred"_s}));
+            QCOMPARE(ReadFileBytes(master()), damaged); // nothing written
+        }
+        QCOMPARE(QFileInfo::exists(master()), cause != u"instance"_s); // another copy's home is not touched
+        if (cause == u"instance"_s)
+            QVERIFY(!g_SplashUp);
+        QVERIFY(!g_MasterDb && !frmMain::Existing());
         QVERIFY(forms::Open().isEmpty());
-    }
-
-    void previousInstanceRefused()
-    {
-        QLocalServer other;
-        other.setSocketOptions(QLocalServer::AbstractNamespaceOption);
-        QVERIFY(other.listen(u"vocabrix-test-"_s + QString::number(QCoreApplication::applicationPid())));
-        modMain::StartProgram();
-        FlushDeletes();
-        QCOMPARE(m_env->prompter.seen(),
-                 QStringList(Box(u"Previous Instance Found"_s,
-                                 u"A previous instance was detected. Exit that instance before starting a new one."_s,
-                                 MsgIcon::Exclamation)));
-        QVERIFY(!QFileInfo::exists(master())); // never touched
-        const QStringList lines = m_env->logLines();
-        QVERIFY(lines.contains(u"Previous program instance found/n"_s));
-        QVERIFY(lines.contains(u"KORVA system going down on code -1/n"_s));
-        QVERIFY(lines.contains(u"korvamain has exited .. NOT writing current data to disk/n"_s));
-        QVERIFY(!lines.contains(u" .. renderer dead/n"_s)); // code -1 skips the card data
         QVERIFY(g_ProcessReleased);
         QCOMPARE(g_ExitStatus, 1);
-        QVERIFY(!g_SplashUp);
     }
 
     // Copies of the program share a key when they share a home folder, and
@@ -468,9 +492,12 @@ private Q_SLOTS:
     void studyAndExit()
     {
         startProgram(false, true);
+        g_MasterDb->SetValue(u"frmMain.left"_s, QString(), 50000, u"metrics"_s); // far off screen
+        g_MasterDb->SetValue(u"frmMain.top"_s, QString(), 300, u"metrics"_s);
         study({0, 2});
         frmMain *main = frmMain::Existing();
         QVERIFY(main && main->isVisible());
+        QCOMPARE(main->pos(), QPoint(50000 / 15, 20)); // brought back on screen
         QVERIFY(!modMain::ChapterWindow());
         QCOMPARE(g_Deck.UBound(), 37 + 38);
         QCOMPARE(modrender::Metrics()->MainText(), g_Deck[0].question);
@@ -495,25 +522,14 @@ private Q_SLOTS:
         QVERIFY(g_ProcessReleased);
         QCOMPARE(g_ExitStatus, 0);
         QVERIFY(!frmMain::Existing());
-        const QStringList shutdown {
-                u"KORVA system going down on code 0/n"_s,
-                u"halting renderer ../n"_s,
-                u"saving Alpha Options/n"_s,
-                u"renderer going down/n"_s,
-                u" .. renderer released ok/n"_s,
-                u" .. renderer dead/n"_s,
-                u"Entering FlushToZero mode/n"_s,
-                u" .. flushing 2636 bytes of data/n"_s,
-                u"All dynamic data flushed/n"_s,
-                u"saving the korva master/n"_s,
-                u"unmounting file/n"_s,
-                u"destroying class instance/n"_s,
-                u" ..class instance destroyed/n"_s,
-                u"unloading form frmMain/n"_s,
-                u"KORVA Platform Dead/n"_s,
-                u"KORVA Platform release successful/n"_s,
-                u"Process will be released after this line/n"_s,
-        };
+        const QStringList shutdown =
+                (u"KORVA system going down on code 0/n|halting renderer ../n|saving Alpha Options/n|"
+                 u"renderer going down/n| .. renderer released ok/n| .. renderer dead/n|Entering FlushToZero mode/n|"
+                 u" .. flushing 2636 bytes of data/n|All dynamic data flushed/n|saving the korva master/n|"
+                 u"unmounting file/n|destroying class instance/n| ..class instance destroyed/n|"
+                 u"unloading form frmMain/n|KORVA Platform Dead/n|KORVA Platform release successful/n|"
+                 u"Process will be released after this line/n"_s)
+                        .split(u'|');
         QStringList got = m_env->logLines();
         // The flushed byte count depends on the example texts; compare its shape.
         QVERIFY(got.size() == shutdown.size());
@@ -524,26 +540,13 @@ private Q_SLOTS:
             QCOMPARE(line.level, kLogProgress);
 
         // What the next start finds.
-        QCOMPARE(storedNumber(master(), u"alpha_level"_s).value, 120);
-        QCOMPARE(storedNumber(master(), u"alpha_effects"_s).value, -1);
-        QCOMPARE(storedNumber(master(), u"frmMain.left"_s).value, 123 * 15);
-        QCOMPARE(storedNumber(master(), u"frmMain.top"_s).value, 45 * 15);
-        QVERIFY(storedNumber(master(), u"frmChapter.left"_s).found);
-        QCOMPARE(storedNumber(master(), u"show_mouse_hover"_s).value, -1);
-        ikorvalite db;
-        db.Mount(master(), false);
-        QCOMPARE(db.GetNote(u"show_mouse_hover"_s), u"options"_s);
-        QCOMPARE(db.GetNote(u"alpha_level"_s), u"alpha_transparency"_s);
-        QCOMPARE(db.GetNote(u"frmMain.top"_s), u"metrics"_s);
-    }
-
-    void windowComesBackWhereItWas()
-    {
-        startProgram();
-        g_MasterDb->SetValue(u"frmMain.left"_s, QString(), 50000, u"metrics"_s); // far off screen
-        g_MasterDb->SetValue(u"frmMain.top"_s, QString(), 300, u"metrics"_s);
-        study({1});
-        QCOMPARE(frmMain::Existing()->pos(), QPoint(50000 / 15, 20));
+        QStringList next = stored(master(),
+                                  u"alpha_level alpha_effects frmMain.left frmMain.top show_mouse_hover "
+                                  "frmChapter.left"_s.split(u' '));
+        QVERIFY(next.last().startsWith(u"frmChapter.left="_s) && next.takeLast().endsWith(u" metrics"_s));
+        QCOMPARE(next.join(u", "_s),
+                 u"alpha_level=120 alpha_transparency, alpha_effects=-1 alpha_transparency, "
+                 "frmMain.left=1845 metrics, frmMain.top=675 metrics, show_mouse_hover=-1 options"_s);
     }
 
     void newSessionKeepsStudyWindow()
@@ -563,44 +566,32 @@ private Q_SLOTS:
         QVERIFY(!main->Timer1->isActive());
         QVERIFY(!main->Studying());
         QVERIFY(!g_ProcessReleased);
-        const QStringList lines = m_env->logLines();
-        QCOMPARE(lines.mid(0, 2),
+        QCOMPARE(m_env->logLines().mid(0, 2),
                  QStringList({u" ***************************/n"_s, u" -- Starting New Session --/n"_s}));
-        QVERIFY(lines.contains(u" .. skipping frmMain unloader/n"_s));
-        QVERIFY(lines.contains(u"Checking for already running instances ../n"_s));
-        QVERIFY(lines.contains(u"Windows OS version detected: 0.0 build 0/n"_s));
-        QVERIFY(!lines.contains(u" .. no previously running instance has been found./n"_s));
-        QVERIFY(!lines.contains(u"Process will be released after this line/n"_s));
+        QCOMPARE(logMismatch(u" .. skipping frmMain unloader/n|Checking for already running instances ../n|"
+                             "Windows OS version detected: 0.0 build 0/n"_s,
+                             u" .. no previously running instance has been found./n|"
+                             "Process will be released after this line/n"_s),
+                 QStringList());
         for (const LogRecord::Line &line : m_env->log->lines)
             QCOMPARE(line.level, kLogProgress);
         QVERIFY(!modMain::SplashWindow());
         QVERIFY(modMain::ChapterWindow() && modMain::ChapterWindow()->isVisible());
         QCOMPARE(g_Deck.UBound(), 0); // flushed
-        QVERIFY(storedNumber(master(), u"frmMain.left"_s).found);
+        QVERIFY(!stored(master(), {u"frmMain.left"_s}).constFirst().contains(u"=none"_s));
 
         study({3});
         QVERIFY(main->isVisible());
         QCOMPARE(modrender::Metrics()->CornerText(r_data::Corner::BottomRight), u"from 'German 4: Home and Family'"_s);
     }
 
-    void nothingSelectedEndsTheProgram()
-    {
-        startProgram();
-        study({});
-        QCOMPARE(m_env->prompter.seen(),
-                 QStringList({Box(u"FileLoader"_s, u"No files were selected to be loaded. The program will exit."_s,
-                                  MsgIcon::Exclamation),
-                              Box(u"Database Loader Failure"_s,
-                                  u"The specified chapters couldn't be loaded. This may result from corrupted database "
-                                  "files and you may need to reinstall the program if this error persists."_s)}));
-        QVERIFY(g_ProcessReleased);
-        QCOMPARE(g_ExitStatus, 1);
-        QVERIFY(!frmMain::Existing());
-    }
-
+    // Chapters added and removed; one in another script, from a folder that
+    // Windows-1252 cannot name, is listed by its title, remembered (the
+    // settings file turns UTF-8), studied, and kept as the last session.
     void chapterListEdits()
     {
         startProgram();
+        g_Extras.SetBool(u"study.keep_session"_s, true);
         frmChapter *chapters = modMain::ChapterWindow();
         // The settings file itself is no chapter.
         m_env->prompter.fileAnswers = {master()};
@@ -613,53 +604,35 @@ private Q_SLOTS:
         QCOMPARE(chapters->LV1->topLevelItemCount(), 4);
 
         // A chapter without a title is listed by its file name.
-        const QString mine = m_env->path(u"mine.zel"_s);
-        WriteFileBytes(mine,
-                       bytes::header("generated automatically by the Vocabrix Editor v1.21", 4, 2)
-                               + bytes::placeholder() + bytes::entry("a", -1, "b", 0, {})
-                               + bytes::entry("c", -1, "d", 0, {}));
-        m_env->prompter.fileAnswers = {mine};
-        chapters->ToolbarCommand(u"sall"_s);
-        QCOMPARE(chapters->LV1->topLevelItemCount(), 5);
+        const QString mine = m_env->path(u"mine.zel"_s), russian = m_env->path(u"Словари/русский.zel"_s);
+        writeSmallChapter(mine);
+        QVERIFY(QDir().mkpath(m_env->path(u"Словари"_s)));
+        QVERIFY(QFile::copy(QCoreApplication::applicationDirPath() + u"/ex5.zel"_s, russian));
+        for (const QString &file : {mine, russian}) {
+            m_env->prompter.fileAnswers = {file};
+            chapters->ToolbarCommand(u"sall"_s);
+        }
+        QCOMPARE(m_env->prompter.boxes.size(), size_t(1));
         QCOMPARE(chapters->LV1->topLevelItem(4)->text(0), u"mine.zel"_s);
+        QCOMPARE(chapters->LV1->topLevelItem(5)->text(0), u"Russian 1: Greetings and First Words"_s);
+        QVERIFY(SaveScreenshot(chapters->grab().toImage(), u"chapter-window-russian.png"_s));
 
-        // Removing two examples, then a deleted file: the list on disk follows.
+        // Removing three examples: the list on disk follows, a name past its end left behind.
         chapters->LV1->clearSelection();
-        chapters->LV1->topLevelItem(0)->setSelected(true);
-        chapters->LV1->topLevelItem(1)->setSelected(true);
+        for (int row : {0, 1, 2})
+            chapters->LV1->topLevelItem(row)->setSelected(true);
         chapters->ToolbarCommand(u"del"_s);
         chapters->SaveFileList();
         g_MasterDb->Save();
-        QCOMPARE(storedNumber(master(), u"flist_count"_s).value, 3);
-        ikorvalite db;
-        db.Mount(master(), false);
-        QCOMPARE(db.GetText(u"flist_name_3"_s).value, mine);
-        QCOMPARE(db.GetText(u"flist_name_4"_s).value, programDir() + u"/ex4.zel"_s); // left behind
-    }
-
-    // A chapter in another script, from a folder that Windows-1252 cannot
-    // name: listed by its title, remembered (the settings file turns UTF-8),
-    // studied, and kept as the last session.
-    void chapterInAnyScriptFromAnyFolder()
-    {
-        startProgram();
-        g_Extras.SetBool(u"study.keep_session"_s, true);
-        frmChapter *chapters = modMain::ChapterWindow();
-        const QString russian = m_env->path(u"Словари/русский.zel"_s);
-        QVERIFY(QDir().mkpath(m_env->path(u"Словари"_s)));
-        QVERIFY(QFile::copy(QCoreApplication::applicationDirPath() + u"/ex5.zel"_s, russian));
-        m_env->prompter.fileAnswers = {russian};
-        chapters->ToolbarCommand(u"sall"_s);
-        QVERIFY(m_env->prompter.boxes.empty());
-        QCOMPARE(chapters->LV1->topLevelItem(4)->text(0), u"Russian 1: Greetings and First Words"_s);
-        QVERIFY(SaveScreenshot(chapters->grab().toImage(), u"chapter-window-russian.png"_s));
-
-        study({4});
+        study({2});
         ikorvalite db;
         QVERIFY(db.Mount(master(), false));
         QCOMPARE(db.Encoding(), korva::Encoding::Utf8);
-        QCOMPARE(db.GetText(u"flist_name_5"_s).value, russian);
-        QCOMPARE(db.GetText(u"flist_name_1"_s).value, programDir() + u"/ex1.zel"_s);
+        QCOMPARE(db.GetNumber(u"flist_count"_s, 0).value, 3);
+        QStringList names;
+        for (int n = 1; n <= 4; ++n)
+            names << db.GetText(u"flist_name_%1"_s.arg(n)).value;
+        QCOMPARE(names, QStringList({programDir() + u"/ex4.zel"_s, mine, russian, programDir() + u"/ex4.zel"_s}));
         QCOMPARE(g_Deck.UBound(), 38);
         QCOMPARE(modrender::Metrics()->MainText(), u"Здравствуйте"_s);
         QVERIFY(SaveScreenshot(frmMain::Existing()->grab().toImage(), u"study-russian.png"_s));
@@ -687,9 +660,7 @@ private Q_SLOTS:
             order << (qobject_cast<QToolButton *>(w) ? qobject_cast<QToolButton *>(w)->defaultAction()->objectName()
                                                      : w->objectName());
         }
-        QCOMPARE(order,
-                 QStringList({u"sall"_s, u"del"_s, u"lsaved"_s, u"about"_s, u"LV1"_s, u"Command5"_s, u"Command2"_s,
-                              u"Command1"_s}));
+        QCOMPARE(order.join(u' '), u"sall del lsaved about LV1 Command5 Command2 Command1"_s);
         for (QAction *a : chapters->Toolbar2->actions()) {
             QVERIFY2(!a->shortcut().isEmpty(), qPrintable(a->objectName()));
             QVERIFY(a->toolTip().endsWith(u'(' + a->shortcut().toString(QKeySequence::NativeText) + u')'));
@@ -768,36 +739,9 @@ private Q_SLOTS:
         QCOMPARE(g_ExitStatus, 0);
     }
 
-    // Files opened with the program from the desktop: a chapter joins the
-    // list, selected; a progress file is resumed; anything else is left alone.
-    void filesOpenedFromTheDesktop()
-    {
-        startProgram();
-        const QString mine = m_env->path(u"mine.zel"_s);
-        WriteFileBytes(mine,
-                       bytes::header("generated automatically by the Vocabrix Editor v1.21", 4, 2)
-                               + bytes::placeholder() + bytes::entry("a", -1, "b", 0, {})
-                               + bytes::entry("c", -1, "d", 0, {}));
-        modMain::OpenFileArguments({m_env->path(u"missing.vxs"_s), mine, u"show_console"_s});
-        frmChapter *chapters = modMain::ChapterWindow();
-        QCOMPARE(chapters->LV1->topLevelItemCount(), 5);
-        QCOMPARE(chapters->LV1->selectedItems(), QList<QTreeWidgetItem *>({chapters->LV1->topLevelItem(4)}));
-        QVERIFY(m_env->prompter.fileDialogs.empty() && m_env->prompter.boxes.empty());
-        chapters->LoadSelected();
-        const QString saved = m_env->path(u"opened.vxs"_s);
-        m_env->prompter.fileAnswers = {saved};
-        frmMain::Existing()->mP_sp->trigger();
-        frmMain::Existing()->mP_n->trigger();
-        FlushDeletes();
-        m_env->log->clear();
-        modMain::OpenFileArguments({saved});
-        FlushDeletes();
-        QVERIFY(!modMain::ChapterWindow());
-        QCOMPARE(g_Deck.UBound(), 2);
-        QVERIFY(m_env->logLines().contains(u"Reading saved progress from file/n"_s));
-        QVERIFY(m_env->logLines().contains(u" .. loaded 2 nodes/n"_s));
-    }
-
+    // Progress saved and resumed from the chapter window, then as a file
+    // opened with the program from the desktop; there a chapter joins the
+    // list, selected, and anything else is left alone.
     void progressSavedAndResumed()
     {
         startProgram();
@@ -831,7 +775,26 @@ private Q_SLOTS:
         QCOMPARE(g_Deck[1].timesViewed, qint16(1));
         QCOMPARE(g_Deck[0].timesViewed, qint16(2)); // shown again from the first card
         QCOMPARE(modrender::CurrentCard, qint16(0));
-        QVERIFY(m_env->logLines().contains(u" .. loaded 37 nodes/n"_s));
+        QCOMPARE(logMismatch(u" .. loaded 37 nodes/n"_s), QStringList());
+
+        main->mP_n->trigger();
+        FlushDeletes();
+        const QString mine = m_env->path(u"mine.zel"_s);
+        writeSmallChapter(mine);
+        const size_t dialogs = m_env->prompter.fileDialogs.size();
+        m_env->log->clear();
+        modMain::OpenFileArguments({m_env->path(u"missing.vxs"_s), mine, u"show_console"_s});
+        QCOMPARE(logMismatch({}, u"Reading saved progress from file/n"_s), QStringList()); // not even tried
+        frmChapter *chapters = modMain::ChapterWindow();
+        QCOMPARE(chapters->LV1->topLevelItemCount(), 5);
+        QCOMPARE(chapters->LV1->selectedItems(), QList<QTreeWidgetItem *>({chapters->LV1->topLevelItem(4)}));
+        QVERIFY(m_env->prompter.fileDialogs.size() == dialogs && m_env->prompter.boxes.empty());
+        m_env->log->clear();
+        modMain::OpenFileArguments({saved});
+        FlushDeletes();
+        QVERIFY(!modMain::ChapterWindow());
+        QCOMPARE(g_Deck.UBound(), 37);
+        QCOMPARE(logMismatch(u"Reading saved progress from file/n| .. loaded 37 nodes/n"_s), QStringList());
     }
 
     // The session on show is kept when studying ends, and comes back as it
@@ -871,10 +834,7 @@ private Q_SLOTS:
             main->HandleKey(88, 0);
             FlushDeletes();
             QVERIFY(g_ProcessReleased);
-            ResetProgramState();
-            g_Deck.Reset();
-            g_Watcher = std::make_unique<RecordingWatcher>(m_env->log);
-            modMain::StartProgram();
+            restartProgram();
         } else {
             main->mP_n->trigger();
             QCOMPARE(main->Typing->RightCount() + main->Typing->WrongCount(), 0); // a new session counts anew
@@ -940,30 +900,25 @@ private Q_SLOTS:
         QTest::addColumn<QByteArray>("deck"); // "folder", "fifo", or null for none
         QTest::addColumn<QByteArray>("state");
         QTest::addColumn<QString>("why"); // empty: intact
-        const QByteArray deck = keptDeck();
+        const QByteArray deck = keptDeck(), cut = deck.chopped(3);
         const QByteArray fine = "card=0\nside=question\nfirst_side=question\ntrouble_only=false\n";
-        QTest::newRow("intact") << deck << keptState(deck, fine) << QString();
-        QTest::newRow("the deck cut short") << deck.chopped(3) << keptState(deck.chopped(3), fine)
-                                            << u"lastsession.vxs: it ends inside card 2 of 2"_s;
-        QTest::newRow("the state of another deck")
-                << deck << keptState(deck + "x", fine)
-                << u"lastsession.vxs is not the deck that lastsession.txt belongs to"_s;
-        QTest::newRow("a card past the deck")
-                << deck << keptState(deck, "card=2\nside=question\nfirst_side=question\ntrouble_only=false\n")
-                << u"lastsession.txt names no card of the deck"_s;
-        QTest::newRow("an unknown side") << deck
-                                         << keptState(deck,
-                                                      "card=0\nside=back\nfirst_side=question\ntrouble_only=true\n")
-                                         << u"lastsession.txt is damaged"_s;
-        QTest::newRow("typed answers counted wrongly")
-                << deck << keptState(deck, fine + "typed_right=2\ntyped_wrong=-1\n") << u"lastsession.txt is damaged"_s;
-        QTest::newRow("no state") << deck << QByteArray() << u"lastsession.txt: no such file"_s;
-        QTest::newRow("not a session") << deck << QByteArray("\x01\x02junk")
-                                       << u"lastsession.txt is not a session this version keeps"_s;
-        QTest::newRow("a folder for the deck")
-                << QByteArray("folder") << keptState(deck, fine) << u"lastsession.vxs: it is a folder, not a file"_s;
-        QTest::newRow("a FIFO for the deck")
-                << QByteArray("fifo") << keptState(deck, fine) << u"lastsession.vxs: it is a named pipe, not a file"_s;
+        auto row = [](const char *name, const QByteArray &file, const QByteArray &state, const QString &why) {
+            QTest::newRow(name) << file << state << why;
+        };
+        row("intact", deck, keptState(deck, fine), QString());
+        row("the deck cut short", cut, keptState(cut, fine), u"lastsession.vxs: it ends inside card 2 of 2"_s);
+        row("the state of another deck", deck, keptState(deck + "x", fine),
+            u"lastsession.vxs is not the deck that lastsession.txt belongs to"_s);
+        row("a card past the deck", deck, keptState(deck, QByteArray(fine).replace("card=0", "card=2")),
+            u"lastsession.txt names no card of the deck"_s);
+        row("an unknown side", deck, keptState(deck, "card=0\nside=back\nfirst_side=question\ntrouble_only=true\n"),
+            u"lastsession.txt is damaged"_s);
+        row("typed answers counted wrongly", deck, keptState(deck, fine + "typed_right=2\ntyped_wrong=-1\n"),
+            u"lastsession.txt is damaged"_s);
+        row("no state", deck, QByteArray(), u"lastsession.txt: no such file"_s);
+        row("not a session", deck, "\x01\x02junk", u"lastsession.txt is not a session this version keeps"_s);
+        row("a folder for the deck", "folder", keptState(deck, fine), u"lastsession.vxs: it is a folder, not a file"_s);
+        row("a FIFO for the deck", "fifo", keptState(deck, fine), u"lastsession.vxs: it is a named pipe, not a file"_s);
     }
     void damagedSessionSetAside()
     {
@@ -1002,8 +957,10 @@ private Q_SLOTS:
         QCOMPARE(chapters->LV1->topLevelItemCount(), 4); // the chapters are all there
     }
 
-    // Typing the answer: the keys go to the line from the first card on.
-    void typedAnswerFromTheFirstCard()
+    // Typed answers take the keys from the first card on. The added keys: T
+    // for the box no key reached (Space on it marks the card), F1 for the
+    // manual behind the help link.
+    void typedAnswerAndAddedKeys()
     {
         startProgram();
         g_Extras.SetBool(u"study.type_answer"_s, true);
@@ -1013,15 +970,6 @@ private Q_SLOTS:
         QTest::keyClicks(main->focusWidget(), u"hello"_s);
         QTest::keyClick(main->focusWidget(), Qt::Key_Return);
         QCOMPARE(main->Typing->RightCount(), 1);
-    }
-
-    // The added keys: T for the box that no key reached (Space on it marks the
-    // card), F1 for the manual behind the help link.
-    void addedKeys()
-    {
-        startProgram();
-        study({0});
-        frmMain *main = frmMain::Existing();
         const bool only = main->Check2->Checked(), trouble = g_Deck[0].isTrouble();
         main->Check2->setFocus();
         QTest::keyClick(main->Check2, Qt::Key_T);

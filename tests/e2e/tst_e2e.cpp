@@ -29,11 +29,6 @@ using namespace Qt::Literals::StringLiterals;
 
 namespace {
 
-QString findTool(const QString &name)
-{
-    return QStandardPaths::findExecutable(name);
-}
-
 QString run(const QString &program, const QStringList &args, const QString &display, int timeoutMs = 10000)
 {
     QProcess p;
@@ -129,6 +124,17 @@ class EndToEndTest : public QObject
         return {};
     }
 
+    // Starts the study program on the X server, with a home of its own.
+    void startOnDisplay(QProcess &program, const QString &binary, const QString &home)
+    {
+        QProcessEnvironment env = homeEnvironment(home);
+        env.remove(u"QT_QPA_PLATFORM"_s);
+        env.insert(u"DISPLAY"_s, m_display);
+        program.setProcessEnvironment(env);
+        program.start(binary, {});
+        QVERIFY(program.waitForStarted());
+    }
+
     // For a failure message: whether the program still runs.
     static QString state(const QProcess &program)
     {
@@ -152,8 +158,8 @@ class EndToEndTest : public QObject
 private Q_SLOTS:
     void initTestCase()
     {
-        const QString xvfb = findTool(u"Xvfb"_s);
-        m_xdotool = findTool(u"xdotool"_s);
+        const QString xvfb = QStandardPaths::findExecutable(u"Xvfb"_s);
+        m_xdotool = QStandardPaths::findExecutable(u"xdotool"_s);
         QVERIFY2(!xvfb.isEmpty() && !m_xdotool.isEmpty(), "Xvfb and xdotool are needed (scripts/install-deps.sh)");
         // The server picks a free display itself and says which: no race with
         // another test's server starting at the same moment.
@@ -186,13 +192,8 @@ private Q_SLOTS:
         QFETCH(Installation, installation);
         QTemporaryDir home;
         QProcess program;
-        QProcessEnvironment env = homeEnvironment(home.path());
-        env.remove(u"QT_QPA_PLATFORM"_s);
-        env.insert(u"DISPLAY"_s, m_display);
-        program.setProcessEnvironment(env);
         program.setProcessChannelMode(QProcess::ForwardedChannels);
-        program.start(installation.binDir + u"/vocabrix"_s, {});
-        QVERIFY(program.waitForStarted());
+        startOnDisplay(program, installation.binDir + u"/vocabrix"_s, home.path());
 
         // First use: the setup asks; trouble marking off, then Finished.
         const QString setup = waitForWindow(u"Vocabrix 2007 Initial Setup"_s);
@@ -233,20 +234,17 @@ private Q_SLOTS:
         const QString master = home.path() + u"/Documents/Vocabrix/sys.zel"_s;
         ikorvalite db;
         QVERIFY(db.Mount(master, false));
-        auto number = [&](const QString &key) { return db.GetNumber(key, 12345).value; };
-        QCOMPARE(number(u"trouble_by_default"_s), 0);
-        QCOMPARE(number(u"show_mouse_hover"_s), -1);
-        QCOMPARE(db.GetNote(u"trouble_by_default"_s), u"options"_s);
-        QCOMPARE(number(u"alpha_level"_s), 90);
-        QCOMPARE(number(u"alpha_effects"_s), 0);
-        QCOMPARE(db.GetNote(u"alpha_level"_s), u"alpha_transparency"_s);
-        QCOMPARE(number(u"backcolor_b"_s), 14570825);
-        QCOMPARE(db.GetNote(u"backcolor_b"_s), u"color_metrics"_s);
-        for (const QString &key : {u"frmMain.left"_s, u"frmMain.top"_s, u"frmChapter.left"_s, u"frmChapter.top"_s}) {
-            QVERIFY2(db.GetNumber(key, 12345).found, qPrintable(key));
-            QCOMPARE(db.GetNote(key), u"metrics"_s);
-            QCOMPARE(number(key) % 15, 0); // twips
+        QStringList numbers; // "key=value group"; window places only in whole twips
+        for (const QString &key : u"trouble_by_default show_mouse_hover alpha_level alpha_effects backcolor_b "
+                                  "frmMain.left frmMain.top frmChapter.left frmChapter.top"_s.split(u' ')) {
+            const auto n = db.GetNumber(key, 12345);
+            const qint32 shown = key.startsWith(u"frm"_s) ? n.value % 15 : n.value;
+            numbers << key + u'=' + (n.found ? QString::number(shown) : u"none"_s) + u' ' + db.GetNote(key);
         }
+        QCOMPARE(numbers.join(u", "_s),
+                 u"trouble_by_default=0 options, show_mouse_hover=-1 options, alpha_level=90 alpha_transparency, "
+                 "alpha_effects=0 alpha_transparency, backcolor_b=14570825 color_metrics, frmMain.left=0 metrics, "
+                 "frmMain.top=0 metrics, frmChapter.left=0 metrics, frmChapter.top=0 metrics"_s);
 
         // The chapter list, as the editor beside the program reads it: the
         // examples in the program's own folder, all of them there.
@@ -278,17 +276,10 @@ private Q_SLOTS:
         const QString master = home.path() + u"/Documents/Vocabrix/sys.zel"_s;
         QVERIFY(QDir().mkpath(QFileInfo(master).path()));
         QFile damaged(master);
-        QVERIFY(damaged.open(QIODevice::WriteOnly));
-        damaged.write(QByteArray(300, '\x5A'));
+        QVERIFY(damaged.open(QIODevice::WriteOnly) && damaged.write(QByteArray(300, '\x5A')) == 300);
         damaged.close();
-
         QProcess program;
-        QProcessEnvironment env = homeEnvironment(home.path());
-        env.remove(u"QT_QPA_PLATFORM"_s);
-        env.insert(u"DISPLAY"_s, m_display);
-        program.setProcessEnvironment(env);
-        program.start(QStringLiteral(VOCABRIX_BINARY), {});
-        QVERIFY(program.waitForStarted());
+        startOnDisplay(program, QStringLiteral(VOCABRIX_BINARY), home.path());
 
         const QString first = waitForWindow(u"High Priority Message Handler"_s);
         QVERIFY2(!first.isEmpty(), "the first box did not appear");
@@ -301,9 +292,8 @@ private Q_SLOTS:
         QCOMPARE(program.state(), QProcess::NotRunning);
         QCOMPARE(program.exitStatus(), QProcess::NormalExit);
         QCOMPARE(program.exitCode(), 1);
-        QFile after(master);
-        QVERIFY(after.open(QIODevice::ReadOnly));
-        QCOMPARE(after.readAll(), QByteArray(300, '\x5A')); // left as it was
+        QVERIFY(damaged.open(QIODevice::ReadOnly));
+        QCOMPARE(damaged.readAll(), QByteArray(300, '\x5A')); // left as it was
     }
 
     // What the programs answer on a terminal, with no display to open a
@@ -317,21 +307,20 @@ private Q_SLOTS:
         QTest::addColumn<QString>("err");
         const QString version = QStringLiteral(VOCABRIX_VERSION);
         for (const Installation &i : installations()) {
-            auto row = [&](const char *name) {
-                return &QTest::newRow(qPrintable(i.name + u": "_s + QString::fromLatin1(name)));
+            // The program ("vocabrix" or "vxedit") and its arguments, '@' for the program's folder.
+            auto row = [&](const QString &command, int status, const QString &out, const QString &err = {}) {
+                QStringList args = QString(command).replace(u'@', i.programDir + u'/').split(u' ');
+                QTest::newRow(qPrintable(i.name + u": "_s + command))
+                        << i.binDir + u'/' + args.takeFirst() << args << status << out << err;
             };
-            const QString vocabrix = i.binDir + u"/vocabrix"_s, vxedit = i.binDir + u"/vxedit"_s;
-            *row("vocabrix --version") << vocabrix << QStringList {u"--version"_s} << 0
-                                       << u"vocabrix "_s + version + u'\n' << QString();
-            *row("vocabrix --help after its own switch") << vocabrix << QStringList {u"SHOW_CONSOLE"_s, u"--help"_s}
-                                                         << 0 << u"usage: vocabrix"_s << QString();
-            *row("vocabrix -h") << vocabrix << QStringList {u"-h"_s} << 0 << u"usage: vocabrix"_s << QString();
-            *row("vxedit --version") << vxedit << QStringList {u"--version"_s} << 0 << u"vxedit "_s + version + u'\n'
-                                     << QString();
-            *row("vxedit unknown verb") << vxedit << QStringList {u"frobnicate"_s, u"x.zel"_s} << 2 << QString()
-                                        << u"vxedit: unknown command frobnicate\nusage: vxedit"_s;
-            *row("vxedit unknown option") << vxedit << QStringList {u"--frobnicate"_s} << 2 << QString()
-                                          << u"vxedit: unknown option --frobnicate\nusage: vxedit"_s;
+            row(u"vocabrix --version"_s, 0, u"vocabrix "_s + version + u'\n');
+            row(u"vocabrix SHOW_CONSOLE --help"_s, 0, u"usage: vocabrix"_s);
+            row(u"vocabrix -h"_s, 0, u"usage: vocabrix"_s);
+            row(u"vxedit --version"_s, 0, u"vxedit "_s + version + u'\n');
+            row(u"vxedit frobnicate x.zel"_s, 2, {}, u"vxedit: unknown command frobnicate\nusage: vxedit"_s);
+            row(u"vxedit --frobnicate"_s, 2, {}, u"vxedit: unknown option --frobnicate\nusage: vxedit"_s);
+            row(u"vxedit dump /nonexistent/x.zel"_s, 1, {}, u"vxedit: /nonexistent/x.zel: no such file\n"_s);
+            row(u"vxedit export @ex2.zel"_s, 0, u"das Brot\tbread\tpl. die Brote\ndas Br\u00f6tchen"_s);
         }
     }
 

@@ -5,7 +5,6 @@
 #include "commandline.h"
 #include "headerrow.h"
 #include "pdftext.h"
-#include "settings/r_data.h"
 #include "testsupport.h"
 
 #include <QBuffer>
@@ -13,6 +12,7 @@
 #include <QJsonDocument>
 #include <QJsonObject>
 #include <QProcess>
+#include <QScopeGuard>
 
 #include <unistd.h>
 
@@ -91,37 +91,34 @@ private Q_SLOTS:
         QTest::addColumn<bool>("csv");
         QTest::addColumn<Rows>("rows");
         QTest::addColumn<QList<int>>("lines");
-        QTest::newRow("tsv with and without notes")
-                << QByteArray("der Hund\tthe dog\tpl. die Hunde\ndie Katze\tthe cat\n") << false
-                << Rows {{u"der Hund"_s, u"the dog"_s, u"pl. die Hunde"_s}, {u"die Katze"_s, u"the cat"_s}}
-                << QList<int> {1, 2};
-        QTest::newRow("bom, windows line ends, blank lines")
-                << QByteArray("\xEF\xBB\xBFgr\xC3\xBCn\tgreen\r\n\r\nrot\tred\r\n") << false
-                << Rows {{u"grün"_s, u"green"_s}, {u"rot"_s, u"red"_s}} << QList<int> {1, 3};
-        QTest::newRow("a carriage return last of all")
-                << QByteArray("rot\tred\r") << false << Rows {{u"rot"_s, u"red\r"_s}} << QList<int> {1};
-        QTest::newRow("header lines of an export")
-                << QByteArray("#separator:tab\n#html:false\nja\tyes\n#not a header\tx\n") << false
-                << Rows {{u"ja"_s, u"yes"_s}, {u"#not a header"_s, u"x"_s}} << QList<int> {3, 4};
-        QTest::newRow("csv quoting") << QByteArray("\"Hallo, Welt\",\"hello, \"\"world\"\"\",note\n"
-                                                   "\"zwei\nZeilen\",two lines,\r\nplain,text\n")
-                                     << true
-                                     << Rows {{u"Hallo, Welt"_s, u"hello, \"world\""_s, u"note"_s},
-                                              {u"zwei\nZeilen"_s, u"two lines"_s, QString()},
-                                              {u"plain"_s, u"text"_s}}
-                                     << QList<int> {1, 2, 4};
-        QTest::newRow("csv without final line end")
-                << QByteArray("a,b") << true << Rows {{u"a"_s, u"b"_s}} << QList<int> {1};
-        QTest::newRow("csv quoted line break with windows end")
-                << QByteArray("\"x\r\ny\",z\r\n") << true << Rows {{u"x\ny"_s, u"z"_s}} << QList<int> {1};
+        QTest::addColumn<QString>("error");
+        auto row = [](const char *name, const QByteArray &data, bool csv, const Rows &rows, QList<int> lines,
+                      const QString &error = {}) { QTest::newRow(name) << data << csv << rows << lines << error; };
+        row("tsv with and without notes", "der Hund\tthe dog\tpl. die Hunde\ndie Katze\tthe cat\n", false,
+            {{u"der Hund"_s, u"the dog"_s, u"pl. die Hunde"_s}, {u"die Katze"_s, u"the cat"_s}}, {1, 2});
+        row("bom, windows line ends, blank lines", "\xEF\xBB\xBFgr\xC3\xBCn\tgreen\r\n\r\nrot\tred\r\n", false,
+            {{u"grün"_s, u"green"_s}, {u"rot"_s, u"red"_s}}, {1, 3});
+        row("a carriage return last of all", "rot\tred\r", false, {{u"rot"_s, u"red\r"_s}}, {1});
+        row("header lines of an export", "#separator:tab\n#html:false\nja\tyes\n#not a header\tx\n", false,
+            {{u"ja"_s, u"yes"_s}, {u"#not a header"_s, u"x"_s}}, {3, 4});
+        row("csv quoting", "\"Hallo, Welt\",\"hello, \"\"world\"\"\",note\n\"zwei\nZeilen\",two lines,\r\nplain,text\n",
+            true,
+            {{u"Hallo, Welt"_s, u"hello, \"world\""_s, u"note"_s},
+             {u"zwei\nZeilen"_s, u"two lines"_s, QString()},
+             {u"plain"_s, u"text"_s}},
+            {1, 2, 4});
+        row("csv without final line end", "a,b", true, {{u"a"_s, u"b"_s}}, {1});
+        row("csv quoted line break with windows end", "\"x\r\ny\",z\r\n", true, {{u"x\ny"_s, u"z"_s}}, {1});
         // The text is read a megabyte at a time; a field may go on across.
         const QByteArray longField = QByteArray("x\n").repeated(600000);
-        QTest::newRow("csv field longer than a megabyte")
-                << "\"" + longField + "\",y\nz,w\n"
-                << true << Rows {{QString::fromLatin1(longField), u"y"_s}, {u"z"_s, u"w"_s}} << QList<int> {1, 600002};
-        QTest::newRow("csv quoted line break after stray returns")
-                << QByteArray("\"x\r\r\ny\",z\r\nw\r\r\n") << true << Rows {{u"x\ny"_s, u"z"_s}, {u"w\r"_s}}
-                << QList<int> {1, 3};
+        row("csv field longer than a megabyte", "\"" + longField + "\",y\nz,w\n", true,
+            {{QString::fromLatin1(longField), u"y"_s}, {u"z"_s, u"w"_s}}, {1, 600002});
+        row("csv quoted line break after stray returns", "\"x\r\r\ny\",z\r\nw\r\r\n", true,
+            {{u"x\ny"_s, u"z"_s}, {u"w\r"_s}}, {1, 3});
+        row("not utf-8", "a\tb\nGr\xFCn\tgreen\n", false, {}, {}, u"line 2: the text is not UTF-8"_s);
+        row("not utf-8 after the first megabyte", QByteArray("a\tb\n").repeated(300000) + "c\t\xC3\n", false, {}, {},
+            u"line 300001: the text is not UTF-8"_s);
+        row("open quote", "a,b\n\"never closed,x\n", true, {}, {}, u"line 2: a quoted field is never closed"_s);
     }
     void parse()
     {
@@ -129,16 +126,18 @@ private Q_SLOTS:
         QFETCH(bool, csv);
         QFETCH(Rows, rows);
         QFETCH(QList<int>, lines);
+        QFETCH(QString, error);
         std::vector<cardtext::Row> parsed;
-        QString error;
-        QVERIFY2(cardtext::Parse(data, csv ? cardtext::Format::Csv : cardtext::Format::Tsv, parsed, &error),
-                 qPrintable(error));
+        QString why;
+        QCOMPARE(cardtext::Parse(data, csv ? cardtext::Format::Csv : cardtext::Format::Tsv, parsed, &why),
+                 error.isEmpty());
+        QCOMPARE(why, error);
+        if (!error.isEmpty())
+            return;
         Rows got;
         QList<int> gotLines;
-        for (const auto &r : parsed) {
-            got << r.fields;
-            gotLines << r.line;
-        }
+        for (const auto &r : parsed)
+            got << r.fields, gotLines << r.line;
         QCOMPARE(got, rows);
         QCOMPARE(gotLines, lines);
     }
@@ -170,65 +169,33 @@ private Q_SLOTS:
     void headerRow_data()
     {
         QTest::addColumn<QString>("line"); // fields separated by '|'
-        QTest::addColumn<QList<int>>("metaColumns");
-        QTest::addColumn<bool>("named"); // the file's "#columns:" line names them
+        // "meta 0": column 0 is bookkeeping; "named": the file's "#columns:" line names them
+        QTest::addColumn<QString>("layout");
         QTest::addColumn<bool>("header");
-        auto row = [](const char *name, const QString &line, bool header, QList<int> meta = {}, bool named = false) {
-            QTest::newRow(name) << line << meta << named << header;
-        };
-        row("question, answer", u"question|answer"_s, true);
-        row("case and blanks", u" FRONT |Back\t"_s, true);
-        row("spelt apart", u"Side_1|side-2"_s, true);
-        row("mixed names", u"Term|Translation"_s, true);
-        row("german", u"Wort|Übersetzung"_s, true);
-        row("french, accent left off", u"Question|Reponse"_s, true);
-        row("spanish", u"Pregunta|Respuesta"_s, true);
-        row("russian", u"Слово|Перевод"_s, true);
-        row("with a note column", u"front|back|Notes"_s, true);
-        row("empty third field", u"front|back|"_s, true);
-        row("after a bookkeeping column", u"Deck|Front|Back"_s, true, {0});
-        row("card", u"der Hund|the dog"_s, false);
-        row("card of two languages", u"Frage|question"_s, false);
-        row("sides swapped", u"answer|question"_s, false);
-        row("names inside a text", u"the question|answer"_s, false);
-        row("third field a card's note", u"front|back|Hund"_s, false);
-        row("one field", u"question"_s, false);
-        row("columns named by the file", u"front|back"_s, false, {}, true);
+        // Each row: its name, the line, whether it is column names and the layout, '#' between.
+        for (const char16_t *row :
+             {u"question, answer#question|answer#1", u"case and blanks# FRONT |Back\t#1",
+              u"spelt apart#Side_1|side-2#1", u"mixed names#Term|Translation#1", u"german#Wort|Übersetzung#1",
+              u"french, accent left off#Question|Reponse#1", u"spanish#Pregunta|Respuesta#1",
+              u"russian#Слово|Перевод#1", u"with a note column#front|back|Notes#1", u"empty third field#front|back|#1",
+              u"after a bookkeeping column#Deck|Front|Back#1#meta 0", u"card#der Hund|the dog#0",
+              u"card of two languages#Frage|question#0", u"sides swapped#answer|question#0",
+              u"names inside a text#the question|answer#0", u"third field a card's note#front|back|Hund#0",
+              u"one field#question#0", u"columns named by the file#front|back#0#named"}) {
+            const QStringList parts = QString::fromUtf16(row).split(u'#');
+            QTest::newRow(qPrintable(parts[0])) << parts[1] << parts.value(3) << (parts[2] == u"1"_s);
+        }
     }
     void headerRow()
     {
         QFETCH(QString, line);
-        QFETCH(QList<int>, metaColumns);
-        QFETCH(bool, named);
+        QFETCH(QString, layout);
         QFETCH(bool, header);
         const QStringList fields = line.split(u'|');
-        cardtext::Layout layout;
-        layout.columnNames = named ? fields : QStringList();
-        layout.metaColumns = metaColumns;
-        QCOMPARE(headerrow::Detect(fields, layout), header);
-    }
-
-    void parseErrors_data()
-    {
-        QTest::addColumn<QByteArray>("data");
-        QTest::addColumn<bool>("csv");
-        QTest::addColumn<QString>("error");
-        QTest::newRow("not utf-8") << QByteArray("a\tb\nGr\xFCn\tgreen\n") << false
-                                   << u"line 2: the text is not UTF-8"_s;
-        QTest::newRow("not utf-8 after the first megabyte") << QByteArray("a\tb\n").repeated(300000) + "c\t\xC3\n"
-                                                            << false << u"line 300001: the text is not UTF-8"_s;
-        QTest::newRow("open quote") << QByteArray("a,b\n\"never closed,x\n") << true
-                                    << u"line 2: a quoted field is never closed"_s;
-    }
-    void parseErrors()
-    {
-        QFETCH(QByteArray, data);
-        QFETCH(bool, csv);
-        QFETCH(QString, error);
-        std::vector<cardtext::Row> parsed;
-        QString why;
-        QVERIFY(!cardtext::Parse(data, csv ? cardtext::Format::Csv : cardtext::Format::Tsv, parsed, &why));
-        QCOMPARE(why, error);
+        cardtext::Layout given;
+        given.columnNames = layout == u"named"_s ? fields : QStringList();
+        given.metaColumns = layout == u"meta 0"_s ? QList<int> {0} : QList<int>();
+        QCOMPARE(headerrow::Detect(fields, given), header);
     }
 
     void importDumpExportRoundTrip()
@@ -244,26 +211,28 @@ private Q_SLOTS:
         QCOMPARE(imported.err, QString());
         QCOMPARE(imported.status, 0);
 
-        // The file the study program reads: exact header and records.
+        // The file the study program reads, and what dump shows of it.
         const QByteArray file = ReadFileBytes(zel);
-        QCOMPARE(file.left(128),
-                 bytes::header("generated automatically by the Vocabrix Editor v1.21", 4, 3, "Obst & Farben"));
-        QCOMPARE(file.mid(2 * 128, 128), bytes::entry("der Apfel", -1, "the apple", 0, "pl. die \xC4pfel"));
-
-        const QJsonObject json = dumpJson(zel);
-        QCOMPARE(json.value(u"description"_s).toString(), u"generated automatically by the Vocabrix Editor v1.21"_s);
-        QCOMPARE(json.value(u"format"_s).toInt(), 4);
-        QCOMPARE(json.value(u"count"_s).toInt(), 3);
-        QCOMPARE(json.value(u"title"_s).toString(), u"Obst & Farben"_s);
-        const QJsonArray entries = json.value(u"entries"_s).toArray();
-        QCOMPARE(entries.size(), 4);
-        QCOMPARE(entries[0].toObject().value(u"key"_s).toString(), QString()); // the placeholder
-        QCOMPARE(entries[0].toObject().value(u"is_text"_s).toInt(), 0);
-        const QJsonObject apple = entries[1].toObject();
-        QCOMPARE(apple.value(u"is_text"_s).toInt(), -1);
-        QCOMPARE(apple.value(u"note"_s).toString(), u"pl. die Äpfel"_s);
-        QCOMPARE(entries[3].toObject().value(u"text"_s).toString(), u"comma, please"_s);
-        QCOMPARE(entries[3].toObject().value(u"note"_s).toString(), u"\"quoted\""_s);
+        QCOMPARE(file,
+                 bytes::header(kChapter, 4, 3, "Obst & Farben") + bytes::placeholder()
+                         + bytes::entry("der Apfel", -1, "the apple", 0, "pl. die \xC4pfel")
+                         + bytes::entry("Grasc(252)n", -1, "green", 0, {})
+                         + bytes::entry("Komma, bitte", -1, "comma, please", 0, "\"quoted\""));
+        QCOMPARE(run({u"dump"_s, zel}).out,
+                 QByteArray(R"({
+  "description": "generated automatically by the Vocabrix Editor v1.21",
+  "format": 4,
+  "count": 3,
+  "title": "Obst & Farben",
+  "reserved": "",
+  "encoding": "Windows-1252",
+  "entries": [
+    {"key": "", "is_text": 0, "text": "", "number": 0, "note": ""},
+    {"key": "der Apfel", "is_text": -1, "text": "the apple", "number": 0, "note": "pl. die Äpfel"},
+    {"key": "Grasc(252)n", "is_text": -1, "text": "green", "number": 0, "note": ""},
+    )"
+                            "{\"key\": \"Komma, bitte\", \"is_text\": -1, \"text\": \"comma, please\", \"number\": 0, "
+                            "\"note\": \"\\\"quoted\\\"\"}\n  ]\n}\n"));
 
         // Export and import again: the same cards, byte for byte.
         const QString tsv = dir.filePath(u"back.tsv"_s);
@@ -282,8 +251,8 @@ private Q_SLOTS:
         QVERIFY(ReadFileBytes(csv).contains("\"Komma, bitte\",\"comma, please\",\"\"\"quoted\"\"\""));
     }
 
-    // A first card that reads like a header line cannot go to a tab-separated
-    // file as it is; in CSV it is quoted, and comes back the same.
+    // A first card that reads like a header line is quoted in CSV, and comes
+    // back the same (a tab-separated file refuses it).
     void firstCardLikeAHeaderLine()
     {
         QTemporaryDir dir;
@@ -292,272 +261,206 @@ private Q_SLOTS:
                 + bytes::entry("c", -1, "d", 0, {});
         const QString zel = dir.filePath(u"h.zel"_s);
         WriteFileBytes(zel, chapter);
-        const RunResult tsv = run({u"export"_s, zel, u"-o"_s, dir.filePath(u"h.tsv"_s)});
-        QCOMPARE(tsv.status, 1);
-        QCOMPARE(tsv.err,
-                 u"vxedit: "_s + zel
-                         + u": card 1: '#deck:Spanisch' would read back as a header line (export to .csv "
-                           "instead)\n"_s);
-        QVERIFY(!QFileInfo::exists(dir.filePath(u"h.tsv"_s)));
-
         QCOMPARE(run({u"export"_s, zel, u"-o"_s, dir.filePath(u"h.csv"_s)}).status, 0);
         QCOMPARE(ReadFileBytes(dir.filePath(u"h.csv"_s)), QByteArray("\"#deck:Spanisch\",b\nc,d\n"));
         QCOMPARE(run({u"import"_s, dir.filePath(u"h.csv"_s), u"-o"_s, dir.filePath(u"again.zel"_s)}).status, 0);
         QCOMPARE(ReadFileBytes(dir.filePath(u"again.zel"_s)), chapter);
     }
 
-    void importRefusals_data()
+    // Refused with one line and status 1; no file is written, half-written or
+    // changed. '@' stands for the folder.
+    void refusals_data()
     {
-        QTest::addColumn<QString>("name");
-        QTest::addColumn<QByteArray>("content");
+        QTest::addColumn<QString>("name");       // the file read
+        QTest::addColumn<QByteArray>("content"); // null: no such file
+        QTest::addColumn<QStringList>("args");
         QTest::addColumn<QString>("message");
-        QTest::newRow("too few fields") << u"w.tsv"_s << QByteArray("a\tb\nonly question\n")
-                                        << u"w.tsv: line 2: a card needs a question and an answer separated by a tab"_s;
-        QTest::newRow("empty answer") << u"w.csv"_s << QByteArray("a,b\nc,\n")
-                                      << u"w.csv: line 2: the answer is empty"_s;
-        QTest::newRow("record too long") << u"w.tsv"_s
-                                         << QByteArray("a\tb\n") + QByteArray(60, 'q') + "\t" + QByteArray(57, 'a')
-                        + "\n"
-                                         << u"w.tsv: line 2: the card takes 129 bytes, more than the 128 of a chapter "
-                                            "record (question, answer and note may have 116 bytes together)"_s;
-        QTest::newRow("extra field")
-                << u"w.tsv"_s << QByteArray("a\tb\tc\td\n")
-                << u"w.tsv: line 1: a card has three fields at most (question, answer, note); this line has 4"_s;
-        QTest::newRow("not utf-8") << u"w.tsv"_s << QByteArray("a\tb\n\xFF\xFE\tx\n")
-                                   << u"w.tsv: line 2: the text is not UTF-8"_s;
-        QTest::newRow("one card") << u"w.tsv"_s << QByteArray("a\tb\n")
-                                  << u"w.tsv: only one card; a chapter needs two to be studied"_s;
-        QTest::newRow("nothing") << u"w.csv"_s << QByteArray("\n\n") << u"w.csv: no cards found"_s;
+        QTest::addColumn<QByteArray>("existing"); // @out.zel before; null: none
+        auto import = [](const char *row, const QString &name, const QByteArray &content, const QString &message,
+                         const QByteArray &existing = {}) {
+            QTest::newRow(row) << name << content << QStringList {u"import"_s, u"@"_s + name, u"-o"_s, u"@out.zel"_s}
+                               << u"vxedit: @"_s + name + u": "_s + message + u'\n' << existing;
+        };
+        auto read = [](const char *row, const QString &verb, const QByteArray &content, const QString &message) {
+            QTest::newRow(row) << u"f.zel"_s << content << QStringList {verb, u"@f.zel"_s}
+                               << u"vxedit: @f.zel: "_s + message + u'\n' << QByteArray();
+        };
+        // The output names the input itself, by a link ("@link", "@hard") or by another path.
+        auto onto = [](const char *row, const QString &verb, const QString &output) {
+            const bool exported = verb == u"export"_s;
+            QTest::newRow(row) << (exported ? u"a.zel"_s : u"a.tsv"_s)
+                               << (exported ? bytes::header(kChapter, 4, 2) + bytes::placeholder()
+                                                   + bytes::entry("a", -1, "b", 0, {})
+                                                   + bytes::entry("c", -1, "d", 0, {})
+                                            : QByteArray("a\tb\nc\td\n"))
+                               << QStringList {verb, exported ? u"@a.zel"_s : u"@a.tsv"_s, u"-o"_s, output}
+                               << u"vxedit: "_s + output
+                            + (exported
+                                       ? u": the output is the chapter being exported; write the cards to another file\n"_s
+                                       : u": the output is the list being imported; write the chapter to another file\n"_s)
+                               << QByteArray();
+        };
+        onto("export onto its chapter", u"export"_s, u"@a.zel"_s);
+        onto("export onto a link to its chapter", u"export"_s, u"@link"_s);
+        onto("export onto its chapter by another path", u"export"_s, u"@sub/../a.zel"_s);
+        onto("export onto a hard link of its chapter", u"export"_s, u"@hard"_s);
+        onto("import onto its list", u"import"_s, u"@a.tsv"_s);
+        onto("import onto a link to its list", u"import"_s, u"@link"_s);
+        QTest::newRow("a first card like a header line, to a tab-separated file")
+                << u"h.zel"_s
+                << bytes::header(kChapter, 4, 2) + bytes::placeholder() + bytes::entry("#deck:Spanisch", -1, "b", 0, {})
+                        + bytes::entry("c", -1, "d", 0, {})
+                << QStringList {u"export"_s, u"@h.zel"_s, u"-o"_s, u"@h.tsv"_s}
+                << u"vxedit: @h.zel: card 1: '#deck:Spanisch' would read back as a header line (export to .csv "
+                   "instead)\n"_s
+                << QByteArray();
+        import("too few fields", u"w.tsv"_s, "a\tb\nonly question\n",
+               u"line 2: a card needs a question and an answer separated by a tab"_s);
+        import("too few fields, comma-separated", u"w.csv"_s, "a,b\nonly question\n",
+               u"line 2: a card needs a question and an answer separated by a comma"_s);
+        import("an existing chapter kept", u"w.tsv"_s, "a\tb\nc\n",
+               u"line 2: a card needs a question and an answer separated by a tab"_s, "the chapter that was there");
+        import("empty answer", u"w.csv"_s, "a,b\nc,\n", u"line 2: the answer is empty"_s);
+        import("record too long", u"w.tsv"_s, "a\tb\n" + QByteArray(60, 'q') + "\t" + QByteArray(57, 'a') + "\n",
+               u"line 2: the card takes 129 bytes, more than the 128 of a chapter record (question, answer and note "
+               "may have 116 bytes together)"_s);
+        import("extra field", u"w.tsv"_s, "a\tb\tc\td\n",
+               u"line 1: a card has three fields at most (question, answer, note); this line has 4"_s);
+        import("not utf-8", u"w.tsv"_s, "a\tb\n\xFF\xFE\tx\n", u"line 2: the text is not UTF-8"_s);
+        import("one card", u"w.tsv"_s, "a\tb\n", u"only one card; a chapter needs two to be studied"_s);
+        import("nothing", u"w.csv"_s, "\n\n", u"no cards found"_s);
+        import("a later Cyrillic card makes an earlier one too long", u"w.tsv"_s,
+               QByteArray("\xC3\xBC").repeated(60) + "\tx\n\xD0\xB6\xD1\x83\xD0\xBA\tbeetle\n",
+               u"line 1: the card takes 133 bytes in UTF-8, more than the 128 of a chapter record (question, answer "
+               "and note may have 116 bytes together) (line 2 makes the chapter UTF-8)"_s);
         QByteArray many;
         for (int i = 1; i <= 32768; ++i)
             many += "q" + QByteArray::number(i) + "\ta\n";
-        QTest::newRow("more cards than a chapter holds")
-                << u"w.tsv"_s << many + "never read\n"
-                << u"w.tsv: line 32768: more than 32767 cards; a chapter holds 32767 at most"_s;
-        QTest::newRow("more fields than a card list has")
-                << u"w.tsv"_s << QByteArray("a\tb\n") + QByteArray(64, '\t') + "x\n"
-                << u"w.tsv: line 2: more than 64 fields; a card has a question, an answer and a note"_s;
+        import("more cards than a chapter holds", u"w.tsv"_s, many + "never read\n",
+               u"line 32768: more than 32767 cards; a chapter holds 32767 at most"_s);
+        import("more fields than a card list has", u"w.tsv"_s, "a\tb\n" + QByteArray(64, '\t') + "x\n",
+               u"line 2: more than 64 fields; a card has a question, an answer and a note"_s);
+        read("truncated", u"dump"_s, bytes::header(kChapter, 4, 3),
+             u"not a KORVA file, or a damaged one: the file ends after 0 of its 3 entries"_s);
+        read("text file", u"export"_s, "hello\n",
+             u"not a KORVA file, or a damaged one: the header record is damaged"_s);
+        read("settings file", u"export"_s,
+             bytes::header("KORVA Database File; KORVA Lite version", 4, 0) + bytes::placeholder(),
+             u"not a chapter file (its description is 'KORVA Database File; KORVA Lite version')"_s);
+        read("missing file not created", u"dump"_s, QByteArray(), u"no such file"_s);
     }
-    void importRefusals()
+    void refusals()
     {
         QFETCH(QString, name);
         QFETCH(QByteArray, content);
+        QFETCH(QStringList, args);
         QFETCH(QString, message);
+        QFETCH(QByteArray, existing);
         QTemporaryDir dir;
-        QVERIFY(QDir::setCurrent(dir.path()));
-        WriteFileBytes(name, content);
-        const RunResult r = run({u"import"_s, name, u"-o"_s, u"out.zel"_s});
+        if (!content.isNull())
+            WriteFileBytes(dir.filePath(name), content);
+        if (!existing.isNull())
+            WriteFileBytes(dir.filePath(u"out.zel"_s), existing);
+        QVERIFY(QDir(dir.path()).mkdir(u"sub"_s));
+        if (args.contains(u"@link"_s))
+            QVERIFY(QFile::link(dir.filePath(name), dir.filePath(u"link"_s)));
+        if (args.contains(u"@hard"_s))
+            QCOMPARE(::link(QFile::encodeName(dir.filePath(name)).constData(),
+                            QFile::encodeName(dir.filePath(u"hard"_s)).constData()),
+                     0);
+        const QStringList files = QDir(dir.path()).entryList(QDir::Files | QDir::Hidden);
+        const RunResult r = run(withFolder(args, dir));
         QCOMPARE(r.status, 1);
-        QCOMPARE(r.err, u"vxedit: "_s + message + u'\n');
-        QVERIFY(!QFileInfo::exists(u"out.zel"_s)); // nothing written
-        QCOMPARE(QDir(dir.path()).entryList(QDir::Files),
-                 QStringList(name)); // nor anything half-written
-        QDir::setCurrent(QDir::tempPath());
+        QCOMPARE(r.err, withFolder({message}, dir)[0]);
+        QCOMPARE(QDir(dir.path()).entryList(QDir::Files | QDir::Hidden), files);
+        QCOMPARE(ReadFileBytes(dir.filePath(name)), content);
+        QCOMPARE(ReadFileBytes(dir.filePath(u"out.zel"_s)), existing);
     }
 
-    // The first line of a list: column names when it reads so, or as told.
-    void importFirstLine_data()
+    // Lists imported (run in their folder): the first line is column names
+    // when it reads so, or as told; the chapter is Windows-1252 when that
+    // holds every card, else UTF-8, and exports and imports again to the same
+    // bytes.
+    void importLists_data()
     {
         QTest::addColumn<QString>("name");
         QTest::addColumn<QByteArray>("content");
         QTest::addColumn<QString>("option");
-        QTest::addColumn<QStringList>("questions");
+        QTest::addColumn<QString>("chapter"); // the encoding dump names, then the questions, '|' between
         QTest::addColumn<QString>("err");
+        QTest::addColumn<QByteArray>("file"); // the chapter's bytes; null: not compared
+        auto row = [](const char *tag, const QString &name, const QByteArray &content, const QString &option,
+                      const QString &chapter, const QString &err = {}, const QByteArray &file = {}) {
+            QTest::newRow(tag) << name << content << option << chapter << err << file;
+        };
         const QByteArray named = "Question,Answer,Note\nHund,dog,\nKatze,cat,\n";
         const QString told = u"vxedit: w.csv: line 1 is taken as column names, not a card (--no-header reads it as "
                              "a card)\n"_s;
-        QTest::newRow("names detected") << u"w.csv"_s << named << QString() << QStringList {u"Hund"_s, u"Katze"_s}
-                                        << told;
-        QTest::newRow("names read as a card") << u"w.csv"_s << named << u"--no-header"_s
-                                              << QStringList {u"Question"_s, u"Hund"_s, u"Katze"_s} << QString();
-        QTest::newRow("names said") << u"w.csv"_s << named << u"--header"_s << QStringList {u"Hund"_s, u"Katze"_s}
-                                    << QString();
-        QTest::newRow("a card said to be names") << u"w.tsv"_s << QByteArray("Hund\tdog\nKatze\tcat\nMaus\tmouse\n")
-                                                 << u"--header"_s << QStringList {u"Katze"_s, u"Maus"_s} << QString();
-        QTest::newRow("names under header lines")
-                << u"w.tsv"_s << QByteArray("#html:true\n<b>Vorderseite</b>\tR&uuml;ckseite\nHund\tdog\nKatze\tcat\n")
-                << QString() << QStringList {u"Hund"_s, u"Katze"_s}
-                << u"vxedit: w.tsv: line 2 is taken as column names, not a card (--no-header reads it as a card)\n"_s;
-        QTest::newRow("names and one card")
-                << u"w.csv"_s << QByteArray("front,back\nHund,dog\n") << u"--header"_s << QStringList()
-                << u"vxedit: w.csv: only one card; a chapter needs two to be studied\n"_s;
-        QTest::newRow("both said") << u"w.csv"_s << named << u"--header --no-header"_s << QStringList()
-                                   << u"vxedit: --header and --no-header exclude each other; leave both out to have "
-                                      "the first line checked for column names\nusage: vxedit"_s;
+        row("names detected", u"w.csv"_s, named, QString(), u"Windows-1252|Hund|Katze"_s, told);
+        row("names read as a card", u"w.csv"_s, named, u"--no-header"_s, u"Windows-1252|Question|Hund|Katze"_s);
+        row("names said", u"w.csv"_s, named, u"--header"_s, u"Windows-1252|Hund|Katze"_s);
+        row("a card said to be names", u"w.tsv"_s, "Hund\tdog\nKatze\tcat\nMaus\tmouse\n", u"--header"_s,
+            u"Windows-1252|Katze|Maus"_s);
+        row("names under header lines", u"w.tsv"_s,
+            "#html:true\n<b>Vorderseite</b>\tR&uuml;ckseite\nHund\tdog\nKatze\tcat\n", QString(),
+            u"Windows-1252|Hund|Katze"_s,
+            u"vxedit: w.tsv: line 2 is taken as column names, not a card (--no-header reads it as a card)\n"_s);
+        row("names and one card", u"w.csv"_s, "front,back\nHund,dog\n", u"--header"_s, QString(),
+            u"vxedit: w.csv: only one card; a chapter needs two to be studied\n"_s);
+        row("both said", u"w.csv"_s, named, u"--header --no-header"_s, QString(),
+            u"vxedit: --header and --no-header exclude each other; leave both out to have the first line checked "
+            "for column names\nusage: vxedit"_s);
+        const QByteArray zhuk = "\xD0\xB6\xD1\x83\xD0\xBA", dom = "\xD0\xB4\xD0\xBE\xD0\xBC";
+        row("russian list, utf-8 chapter", u"w.tsv"_s, zhuk + "\tbeetle\n" + dom + "\thouse\n", QString(),
+            u"UTF-8|жук|дом"_s, QString(),
+            bytes::header(kChapter, 4, 2, {}, "utf-8") + bytes::placeholder() + bytes::entry(zhuk, -1, "beetle", 0, {})
+                    + bytes::entry(dom, -1, "house", 0, {}));
+        row("german list, windows-1252 chapter", u"w.tsv"_s, "Gr\xC3\xBCn\tgreen\nrot\tred\n", QString(),
+            u"Windows-1252|Grün|rot"_s, QString(),
+            bytes::header(kChapter, 4, 2) + bytes::placeholder() + bytes::entry("Gr\xFCn", -1, "green", 0, {})
+                    + bytes::entry("rot", -1, "red", 0, {}));
     }
-    void importFirstLine()
+    void importLists()
     {
         QFETCH(QString, name);
         QFETCH(QByteArray, content);
         QFETCH(QString, option);
-        QFETCH(QStringList, questions);
+        QFETCH(QString, chapter);
         QFETCH(QString, err);
-        QTemporaryDir dir;
-        QVERIFY(QDir::setCurrent(dir.path()));
-        WriteFileBytes(name, content);
-        QStringList args {u"import"_s, name, u"-o"_s, u"out.zel"_s};
-        args << option.split(u' ', Qt::SkipEmptyParts);
-        const RunResult r = run(args);
-        QDir::setCurrent(QDir::tempPath());
-        const bool usage = err.endsWith(u"usage: vxedit"_s);
-        QCOMPARE(usage ? r.err.left(err.size()) : r.err, err);
-        QCOMPARE(r.status, usage ? 2 : questions.isEmpty() ? 1 : 0);
-        QStringList got;
-        const QJsonArray entries = dumpJson(dir.filePath(u"out.zel"_s)).value(u"entries"_s).toArray();
-        for (qsizetype i = 1; i < entries.size(); ++i)
-            got << entries[i].toObject().value(u"key"_s).toString();
-        QCOMPARE(got, questions);
-    }
-
-    void refusedImportKeepsAnExistingChapter()
-    {
-        QTemporaryDir dir;
-        const QString out = dir.filePath(u"keep.zel"_s);
-        WriteFileBytes(out, "the chapter that was there");
-        WriteFileBytes(dir.filePath(u"bad.tsv"_s), "a\tb\nc\n");
-        QCOMPARE(run({u"import"_s, dir.filePath(u"bad.tsv"_s), u"-o"_s, out}).status, 1);
-        QCOMPARE(ReadFileBytes(out), QByteArray("the chapter that was there"));
-    }
-
-    // Lists in any script: the chapter is Windows-1252 when that holds every
-    // card, else UTF-8; it exports and imports again to the same bytes.
-    void importInAnyLanguage_data()
-    {
-        QTest::addColumn<QString>("name");
-        QTest::addColumn<QByteArray>("list");
-        QTest::addColumn<QStringList>("questions");
-        QTest::addColumn<QString>("encoding"); // or the error
-        QTest::addColumn<QByteArray>("file");  // the chapter's bytes
-        const QByteArray zhuk = "\xD0\xB6\xD1\x83\xD0\xBA", dom = "\xD0\xB4\xD0\xBE\xD0\xBC";
-        const QByteArray chapter = "generated automatically by the Vocabrix Editor v1.21";
-        QTest::newRow("russian list, utf-8 chapter") << u"w.tsv"_s << zhuk + "\tbeetle\n" + dom + "\thouse\n"
-                                                     << QStringList {u"жук"_s, u"дом"_s} << u"UTF-8"_s
-                                                     << bytes::header(chapter, 4, 2, {}, "utf-8") + bytes::placeholder()
-                        + bytes::entry(zhuk, -1, "beetle", 0, {}) + bytes::entry(dom, -1, "house", 0, {});
-        QTest::newRow("german list, windows-1252 chapter") << u"w.tsv"_s << QByteArray("Gr\xC3\xBCn\tgreen\nrot\tred\n")
-                                                           << QStringList {u"Grün"_s, u"rot"_s} << u"Windows-1252"_s
-                                                           << bytes::header(chapter, 4, 2) + bytes::placeholder()
-                        + bytes::entry("Gr\xFCn", -1, "green", 0, {}) + bytes::entry("rot", -1, "red", 0, {});
-        QTest::newRow("a later Cyrillic card makes an earlier one too long")
-                << u"w.tsv"_s << QByteArray("\xC3\xBC").repeated(60) + "\tx\n" + zhuk + "\tbeetle\n"
-                << QStringList()
-                << u"w.tsv: line 1: the card takes 133 bytes in UTF-8, more than the 128 of a chapter record "
-                   "(question, answer and note may have 116 bytes together) (line 2 makes the chapter UTF-8)"_s
-                << QByteArray();
-    }
-    void importInAnyLanguage()
-    {
-        QFETCH(QString, name);
-        QFETCH(QByteArray, list);
-        QFETCH(QStringList, questions);
-        QFETCH(QString, encoding);
         QFETCH(QByteArray, file);
         QTemporaryDir dir;
-        WriteFileBytes(dir.filePath(name), list);
-        const QString zel = dir.filePath(u"out.zel"_s);
-        const RunResult r = run({u"import"_s, dir.filePath(name), u"-o"_s, zel});
-        if (questions.isEmpty()) {
-            QCOMPARE(r.err, u"vxedit: "_s + dir.filePath(encoding) + u'\n');
-            QVERIFY(!QFileInfo::exists(zel));
+        QVERIFY(QDir::setCurrent(dir.path()));
+        const auto back = qScopeGuard([] { QDir::setCurrent(QDir::tempPath()); });
+        WriteFileBytes(name, content);
+        const RunResult r =
+                run(QStringList {u"import"_s, name, u"-o"_s, u"out.zel"_s} + option.split(u' ', Qt::SkipEmptyParts));
+        const bool usage = err.endsWith(u"usage: vxedit"_s);
+        QCOMPARE(usage ? r.err.left(err.size()) : r.err, err);
+        QCOMPARE(r.status, usage ? 2 : chapter.isEmpty() ? 1 : 0);
+        const QJsonObject json = dumpJson(u"out.zel"_s);
+        QStringList got {json.value(u"encoding"_s).toString()};
+        const QJsonArray entries = json.value(u"entries"_s).toArray();
+        for (qsizetype i = 1; i < entries.size(); ++i)
+            got << entries[i].toObject().value(u"key"_s).toString();
+        QCOMPARE(got.join(u'|'), chapter);
+        if (file.isNull())
             return;
-        }
-        QCOMPARE(r.err, QString());
-        const QJsonObject json = dumpJson(zel);
-        QCOMPARE(json.value(u"encoding"_s).toString(), encoding);
-        QStringList got;
-        for (const QJsonValue &e : json.value(u"entries"_s).toArray())
-            got << e.toObject().value(u"key"_s).toString();
-        QCOMPARE(got, QStringList(QString()) + questions);
-        QCOMPARE(ReadFileBytes(zel), file);
-
-        const QString tsv = dir.filePath(u"back.tsv"_s), again = dir.filePath(u"again.zel"_s);
-        QCOMPARE(run({u"export"_s, zel, u"-o"_s, tsv}).status, 0);
-        QCOMPARE(run({u"import"_s, tsv, u"-o"_s, again}).status, 0);
-        QCOMPARE(ReadFileBytes(again), ReadFileBytes(zel));
-    }
-
-    void damagedOrForeignFiles_data()
-    {
-        QTest::addColumn<QByteArray>("content");
-        QTest::addColumn<QString>("verb");
-        QTest::addColumn<QString>("message");
-        QTest::newRow("truncated") << bytes::header("generated automatically by the Vocabrix Editor v1.21", 4, 3)
-                                   << u"dump"_s
-                                   << u"not a KORVA file, or a damaged one: the file ends after 0 of its 3 entries"_s;
-        QTest::newRow("text file") << QByteArray("hello\n") << u"export"_s
-                                   << u"not a KORVA file, or a damaged one: the header record is damaged"_s;
-        QTest::newRow("settings file")
-                << bytes::header("KORVA Database File; KORVA Lite version", 4, 0) + bytes::placeholder() << u"export"_s
-                << u"not a chapter file (its description is 'KORVA Database File; KORVA Lite version')"_s;
-    }
-    void damagedOrForeignFiles()
-    {
-        QFETCH(QByteArray, content);
-        QFETCH(QString, verb);
-        QFETCH(QString, message);
-        QTemporaryDir dir;
-        const QString p = dir.filePath(u"f.zel"_s);
-        WriteFileBytes(p, content);
-        const RunResult r = run({verb, p});
-        QCOMPARE(r.status, 1);
-        QCOMPARE(r.err, u"vxedit: "_s + p + u": "_s + message + u'\n');
-        QCOMPARE(ReadFileBytes(p), content);
-    }
-
-    void outputIsInputRefused_data()
-    {
-        QTest::addColumn<QString>("verb");
-        QTest::addColumn<QString>("output"); // how the output names the input
-        QTest::addColumn<QString>("message");
-        const QString exported = u"the output is the chapter being exported; write the cards to another file"_s;
-        const QString imported = u"the output is the list being imported; write the chapter to another file"_s;
-        QTest::newRow("export onto its chapter") << u"export"_s << u"same"_s << exported;
-        QTest::newRow("export onto a link to its chapter") << u"export"_s << u"link"_s << exported;
-        QTest::newRow("export onto its chapter by another path") << u"export"_s << u"dotted"_s << exported;
-        QTest::newRow("export onto a hard link of its chapter") << u"export"_s << u"hard link"_s << exported;
-        QTest::newRow("import onto its list") << u"import"_s << u"same"_s << imported;
-        QTest::newRow("import onto a link to its list") << u"import"_s << u"link"_s << imported;
-    }
-    void outputIsInputRefused()
-    {
-        QFETCH(QString, verb);
-        QFETCH(QString, output);
-        QFETCH(QString, message);
-        QTemporaryDir dir;
-        const QString input = dir.filePath(verb == u"export"_s ? u"a.zel"_s : u"a.tsv"_s);
-        const QByteArray content = verb == u"export"_s
-                ? bytes::header("generated automatically by the Vocabrix Editor v1.21", 4, 2) + bytes::placeholder()
-                        + bytes::entry("a", -1, "b", 0, {}) + bytes::entry("c", -1, "d", 0, {})
-                : QByteArray("a\tb\nc\td\n");
-        WriteFileBytes(input, content);
-        QString target = input;
-        if (output == u"link"_s) {
-            target = dir.filePath(u"link.tsv"_s);
-            QVERIFY(QFile::link(input, target));
-        } else if (output == u"dotted"_s) {
-            QVERIFY(QDir(dir.path()).mkdir(u"sub"_s));
-            target = dir.filePath(u"sub/../"_s) + QFileInfo(input).fileName();
-        } else if (output == u"hard link"_s) {
-            target = dir.filePath(u"hard.tsv"_s);
-            QCOMPARE(::link(QFile::encodeName(input).constData(), QFile::encodeName(target).constData()), 0);
-        }
-        const RunResult r = run({verb, input, u"-o"_s, target});
-        QCOMPARE(r.status, 1);
-        QCOMPARE(r.err, u"vxedit: "_s + target + u": "_s + message + u'\n');
-        QCOMPARE(ReadFileBytes(input), content);
+        QCOMPARE(ReadFileBytes(u"out.zel"_s), file);
+        QCOMPARE(run({u"export"_s, u"out.zel"_s, u"-o"_s, u"back.tsv"_s}).status, 0);
+        QCOMPARE(run({u"import"_s, u"back.tsv"_s, u"-o"_s, u"again.zel"_s}).status, 0);
+        QCOMPARE(ReadFileBytes(u"again.zel"_s), file);
     }
 
     void usage_data()
     {
         QTest::addColumn<QStringList>("args");
-        QTest::newRow("nothing") << QStringList();
-        QTest::newRow("import without output") << QStringList({u"import"_s, u"a.tsv"_s});
-        QTest::newRow("unknown option") << QStringList({u"dump"_s, u"--frobnicate"_s, u"x"_s});
-        QTest::newRow("two files") << QStringList({u"dump"_s, u"x"_s, u"y"_s});
-        QTest::newRow("missing value") << QStringList({u"import"_s, u"a.tsv"_s, u"-o"_s});
-        QTest::newRow("unknown command") << QStringList({u"frobnicate"_s, u"a.zel"_s});
-        QTest::newRow("unknown option first") << QStringList({u"--frobnicate"_s});
-        QTest::newRow("header on export") << QStringList({u"export"_s, u"a.zel"_s, u"--no-header"_s});
+        for (const char *row :
+             {"nothing|", "import without output|import a.tsv", "unknown option|dump --frobnicate x",
+              "two files|dump x y", "missing value|import a.tsv -o", "unknown command|frobnicate a.zel",
+              "unknown option first|--frobnicate", "header on export|export a.zel --no-header"}) {
+            const QStringList parts = QString::fromLatin1(row).split(u'|');
+            QTest::newRow(qPrintable(parts[0])) << parts[1].split(u' ', Qt::SkipEmptyParts);
+        }
     }
     void usage()
     {
@@ -573,13 +476,12 @@ private Q_SLOTS:
     {
         QTest::addColumn<QStringList>("args");
         QTest::addColumn<bool>("commandLine");
-        QTest::newRow("nothing") << QStringList() << false;
-        QTest::newRow("chapter file") << QStringList({u"words.zel"_s}) << false;
-        QTest::newRow("path without suffix") << QStringList({u"cards/words"_s}) << false;
-        QTest::newRow("existing file without suffix") << QStringList({u"notes"_s}) << false;
-        QTest::newRow("verb") << QStringList({u"export"_s, u"words.zel"_s}) << true;
-        QTest::newRow("mistyped verb") << QStringList({u"exprot"_s, u"words.zel"_s}) << true;
-        QTest::newRow("option") << QStringList({u"--version"_s}) << true;
+        for (const char *row : {"nothing||0", "chapter file|words.zel|0", "path without suffix|cards/words|0",
+                                "existing file without suffix|notes|0", "verb|export words.zel|1",
+                                "mistyped verb|exprot words.zel|1", "option|--version|1"}) {
+            const QStringList parts = QString::fromLatin1(row).split(u'|');
+            QTest::newRow(qPrintable(parts[0])) << parts[1].split(u' ', Qt::SkipEmptyParts) << (parts[2] == u"1"_s);
+        }
     }
     void windowOrCommandLine()
     {
@@ -594,57 +496,25 @@ private Q_SLOTS:
         QCOMPARE(result, commandLine);
     }
 
-    void missingFileIsNotCreated()
+    // A settings file: numbers, notes and a text, as dump shows them.
+    void dumpShowsSettings()
     {
         QTemporaryDir dir;
-        const QString p = dir.filePath(u"none.zel"_s);
-        const RunResult r = run({u"dump"_s, p});
-        QCOMPARE(r.status, 1);
-        QCOMPARE(r.err, u"vxedit: "_s + p + u": no such file\n"_s);
-        QVERIFY(!QFileInfo::exists(p));
-    }
-
-    void importedChapterLoadsIntoTheDeck()
-    {
-        TestEnvironment env;
-        FlushData(true);
-        const QString zel = env.path(u"ex1.zel"_s);
-        QCOMPARE(run({u"import"_s, QStringLiteral(EXAMPLES_DIR) + u"/ex1.tsv"_s, u"-o"_s, zel}).status, 0);
-        LoadChapterFile(zel, u"Greetings"_s);
-        QVERIFY(env.prompter.boxes.empty());
-        QVERIFY(g_Deck.UBound() >= 25);
-        bool escapesReplaced = true, hasUmlaut = false;
-        for (const Card &c : g_Deck.cards()) {
-            escapesReplaced = escapesReplaced && !c.question.contains(u"asc("_s) && !c.answer.contains(u"asc("_s);
-            hasUmlaut = hasUmlaut || c.question.contains(u'ü') || c.question.contains(u'ß');
-        }
-        QVERIFY(escapesReplaced);
-        QVERIFY(hasUmlaut);
-    }
-
-    void masterDatabaseDumpShowsSettings()
-    {
-        TestEnvironment env;
-        g_BaseDirectory = env.home();
-        g_MasterDb = std::make_unique<ikorvalite>();
-        QVERIFY(g_MasterDb->Mount(env.path(u"sys.zel"_s), false));
-        g_MasterDb->SetValue(u"flist_count"_s, QString(), 1, QString());
-        g_MasterDb->SetValue(u"flist_name_1"_s, env.path(u"ex1.zel"_s), 0, QString());
-        r_data metrics;
-        metrics.ColorDefaults();
-        metrics.WriteColors();
-
-        const QJsonObject json = dumpJson(env.path(u"sys.zel"_s));
-        QCOMPARE(json.value(u"description"_s).toString(), u"KORVA Database File; KORVA Lite version"_s);
-        QHash<QString, QJsonObject> byKey;
-        for (const QJsonValue &v : json.value(u"entries"_s).toArray())
-            byKey.insert(v.toObject().value(u"key"_s).toString(), v.toObject());
-        QCOMPARE(byKey.value(u"flist_count"_s).value(u"number"_s).toInt(), 1);
-        QCOMPARE(byKey.value(u"flist_name_1"_s).value(u"text"_s).toString(), env.path(u"ex1.zel"_s));
-        QCOMPARE(byKey.value(u"backcolor_b"_s).value(u"number"_s).toInt(), 14570825);
-        QCOMPARE(byKey.value(u"backcolor_b"_s).value(u"note"_s).toString(), u"color_metrics"_s);
-        QCOMPARE(byKey.value(QString()).value(u"note"_s).toString(), u"color_metrics"_s);
-        QCOMPARE(json.value(u"count"_s).toInt(), 14);
+        const QString master = dir.filePath(u"sys.zel"_s);
+        WriteFileBytes(master,
+                       bytes::header("KORVA Database File; KORVA Lite version", 4, 3)
+                               + bytes::entry({}, 0, {}, 0, "color_metrics") + bytes::entry("flist_count", 0, {}, 1, {})
+                               + bytes::entry("flist_name_1", -1, "/home/anna/ex1.zel", 0, {})
+                               + bytes::entry("backcolor_b", 0, {}, 14570825, "color_metrics"));
+        const QByteArray out = run({u"dump"_s, master}).out; // the head is as a chapter's
+        QCOMPARE(out.mid(out.indexOf("\n    {")), QByteArray(R"(
+    {"key": "", "is_text": 0, "text": "", "number": 0, "note": "color_metrics"},
+    {"key": "flist_count", "is_text": 0, "text": "", "number": 1, "note": ""},
+    {"key": "flist_name_1", "is_text": -1, "text": "/home/anna/ex1.zel", "number": 0, "note": ""},
+    {"key": "backcolor_b", "is_text": 0, "text": "", "number": 14570825, "note": "color_metrics"}
+  ]
+}
+)"));
     }
 
     // `vxedit print`, run as a user runs it: in a terminal without a display.
@@ -655,35 +525,26 @@ private Q_SLOTS:
         QTest::addColumn<QStringList>("printed"); // the questions, in order
         QTest::addColumn<QString>("chapters");    // as the header names them
         QTest::addColumn<QString>("err");
-        const QStringList animals {u"Hund"_s, u"Katze"_s, u"Tür"_s}; // the escape written out
-        QTest::newRow("a chapter under its title")
-                << QStringList {u"@chapter.zel"_s, u"-o"_s, u"@out.pdf"_s} << 0 << animals << u"Tiere"_s << QString();
-        QTest::newRow("progress: the trouble cards")
-                << QStringList {u"--trouble-only"_s, u"@progress.vxs"_s, u"-o"_s, u"@out.pdf"_s} << 0
-                << QStringList {u"Katze"_s} << u"Tiere"_s << QString();
-        QTest::newRow("progress: every card, every chapter")
-                << QStringList {u"@progress.vxs"_s, u"-o"_s, u"@out.pdf"_s} << 0
-                << QStringList {u"Hund"_s, u"Katze"_s, u"Rot"_s} << u"Tiere, Farben"_s << QString();
-        QTest::newRow("a chapter keeps no trouble marks")
-                << QStringList {u"@chapter.zel"_s, u"-o"_s, u"@out.pdf"_s, u"--trouble-only"_s} << 1 << QStringList()
-                << QString()
-                << u"vxedit: @chapter.zel: a chapter file keeps no trouble marks (a progress file does); leave "
-                   "out --trouble-only to print every card\n"_s;
-        QTest::newRow("no trouble card marked")
-                << QStringList {u"@none.vxs"_s, u"-o"_s, u"@out.pdf"_s, u"--trouble-only"_s} << 1 << QStringList()
-                << QString()
-                << u"vxedit: @none.vxs: no card is marked as a trouble card; leave out --trouble-only to "
-                   "print all 2\n"_s;
-        QTest::newRow("no chapter") << QStringList {u"@other.zel"_s, u"-o"_s, u"@out.pdf"_s} << 1 << QStringList()
-                                    << QString()
-                                    << u"vxedit: @other.zel: not a chapter file (its description is 'x')\n"_s;
-        QTest::newRow("a damaged progress file")
-                << QStringList {u"@bad.vxs"_s, u"-o"_s, u"@out.pdf"_s} << 1 << QStringList() << QString()
-                << u"vxedit: @bad.vxs: not a progress file, or a damaged one: "_s;
-        QTest::newRow("a folder as the output") << QStringList {u"@chapter.zel"_s, u"-o"_s, u"@"_s} << 1
-                                                << QStringList() << QString() << u"vxedit: @: "_s;
-        QTest::newRow("no output") << QStringList {u"@chapter.zel"_s} << 2 << QStringList() << QString()
-                                   << u"vxedit: print needs -o OUT.pdf\nusage:"_s;
+        auto row = [](const char *tag, const QString &args, int status, const QString &printed, const QString &chapters,
+                      const QString &err = {}) {
+            QTest::newRow(tag) << args.split(u' ') << status << printed.split(u' ', Qt::SkipEmptyParts) << chapters
+                               << err;
+        };
+        row("a chapter under its title", u"@chapter.zel -o @out.pdf"_s, 0, u"Hund Katze Tür"_s, u"Tiere"_s);
+        row("progress: the trouble cards", u"--trouble-only @progress.vxs -o @out.pdf"_s, 0, u"Katze"_s, u"Tiere"_s);
+        row("progress: every card, every chapter", u"@progress.vxs -o @out.pdf"_s, 0, u"Hund Katze Rot"_s,
+            u"Tiere, Farben"_s);
+        row("a chapter keeps no trouble marks", u"@chapter.zel -o @out.pdf --trouble-only"_s, 1, {}, {},
+            u"vxedit: @chapter.zel: a chapter file keeps no trouble marks (a progress file does); leave out "
+            "--trouble-only to print every card\n"_s);
+        row("no trouble card marked", u"@none.vxs -o @out.pdf --trouble-only"_s, 1, {}, {},
+            u"vxedit: @none.vxs: no card is marked as a trouble card; leave out --trouble-only to print all 2\n"_s);
+        row("no chapter", u"@other.zel -o @out.pdf"_s, 1, {}, {},
+            u"vxedit: @other.zel: not a chapter file (its description is 'x')\n"_s);
+        row("a damaged progress file", u"@bad.vxs -o @out.pdf"_s, 1, {}, {},
+            u"vxedit: @bad.vxs: not a progress file, or a damaged one: "_s);
+        row("a folder as the output", u"@chapter.zel -o @"_s, 1, {}, {}, u"vxedit: @: "_s);
+        row("no output", u"@chapter.zel"_s, 2, {}, {}, u"vxedit: print needs -o OUT.pdf\nusage:"_s);
     }
     void printCommand()
     {
@@ -722,24 +583,21 @@ private Q_SLOTS:
     // is logged and left out, and the chapter loads as before.
     void chapterLanguages_data()
     {
-        QTest::addColumn<QByteArray>("file"); // null: none; "/": a folder in its place
-        QTest::addColumn<QStringList>("languages");
+        QTest::addColumn<QByteArray>("file");   // null: none; "/": a folder in its place
+        QTest::addColumn<QString>("languages"); // "question,answer"
         QTest::addColumn<QString>("why");
-        QTest::newRow("none") << QByteArray() << QStringList {QString(), QString()} << QString();
+        QTest::newRow("none") << QByteArray() << u","_s << QString();
         QTest::newRow("both, with comments, blanks and CRLF")
-                << QByteArray("# x\r\nquestion = de\r\n\r\nanswer=en_gb\r\n") << QStringList {u"de"_s, u"en-GB"_s}
-                << QString();
-        QTest::newRow("not a language") << QByteArray("question=klingonisch\n") << QStringList {QString(), QString()}
+                << QByteArray("# x\r\nquestion = de\r\n\r\nanswer=en_gb\r\n") << u"de,en-GB"_s << QString();
+        QTest::newRow("not a language") << QByteArray("question=klingonisch\n") << u","_s
                                         << u"'klingonisch' is not a language (try a tag such as de or en-GB)"_s;
-        QTest::newRow("not UTF-8") << QByteArray("question=d\xFF\n") << QStringList {QString(), QString()}
-                                   << u"the text is not UTF-8"_s;
-        QTest::newRow("a folder in its place")
-                << QByteArray("/") << QStringList {QString(), QString()} << u"it is a folder, not a file"_s;
+        QTest::newRow("not UTF-8") << QByteArray("question=d\xFF\n") << u","_s << u"the text is not UTF-8"_s;
+        QTest::newRow("a folder in its place") << QByteArray("/") << u","_s << u"it is a folder, not a file"_s;
     }
     void chapterLanguages()
     {
         QFETCH(QByteArray, file);
-        QFETCH(QStringList, languages);
+        QFETCH(QString, languages);
         QFETCH(QString, why);
         TestEnvironment env;
         FlushData(true);
@@ -756,7 +614,7 @@ private Q_SLOTS:
         QCOMPARE(g_Deck.UBound(), 2);
         QCOMPARE(g_Deck[1].question, u"Katze"_s);
         const ChapterLanguages got = g_Deck.Languages(u"A"_s);
-        QCOMPARE(QStringList({got.question, got.answer}), languages);
+        QCOMPARE(got.question + u',' + got.answer, languages);
         QStringList log {u"file loaded; using 30 bytes of memory/n"_s};
         if (!why.isEmpty())
             log << u" .. languages left out: a.zel.lang: "_s + why + u"/n"_s;
@@ -809,22 +667,6 @@ private Q_SLOTS:
         const QString other = dir.filePath(u"other.zel"_s);
         QCOMPARE(run({u"languages"_s, other, u"--set"_s, u"de,en"_s}).status, 1);
         QVERIFY(!QFileInfo::exists(other + u".lang"_s));
-    }
-
-    void binaryAnswersOnStandardStreams()
-    {
-        QTemporaryDir dir;
-        QProcess p;
-        p.start(QStringLiteral(VXEDIT_BINARY), {u"dump"_s, dir.filePath(u"missing.zel"_s)});
-        QVERIFY(p.waitForFinished(30000));
-        QCOMPARE(p.exitCode(), 1);
-        QCOMPARE(QString::fromUtf8(p.readAllStandardError()).count(u'\n'), 1);
-
-        p.start(QStringLiteral(VXEDIT_BINARY),
-                {u"export"_s, QFileInfo(QStringLiteral(VXEDIT_BINARY)).absolutePath() + u"/ex2.zel"_s});
-        QVERIFY(p.waitForFinished(30000));
-        QCOMPARE(p.exitCode(), 0);
-        QVERIFY(p.readAllStandardOutput().count('\n') >= 25);
     }
 };
 
