@@ -177,6 +177,23 @@ class BuildFailures(unittest.TestCase):
 
 
 class Restoring(unittest.TestCase):
+    def test_what_a_fault_wrote_is_made_afresh(self):
+        with tempfile.TemporaryDirectory() as tmp:
+            build, run = mutate.BUILD, mutate.run
+            try:
+                mutate.BUILD = Path(tmp)
+                left = Path(tmp) / "ex1.zel"
+                left.write_bytes(b"written by a faulty vxedit")
+                left.chmod(0o440)
+                (Path(tmp) / "keep.txt").write_text("x")
+                seen = []
+                mutate.run = lambda cmd: (seen.append(left.exists()) or 0, [], False)
+                self.assertEqual(mutate.build(), (True, []))
+                self.assertEqual(seen, [False])
+                self.assertTrue((Path(tmp) / "keep.txt").exists())
+            finally:
+                mutate.BUILD, mutate.run = build, run
+
     def test_file_back_byte_for_byte(self):
         with tempfile.TemporaryDirectory() as tmp:
             mutate.JOURNAL = Path(tmp) / "journal"
