@@ -1,0 +1,154 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include "app/instanceguard.h"
+#include "cards/progressfile.h"
+#include "controls/zelcheck.h"
+#include "core/extrasettings.h"
+#include "core/keycodes.h"
+#include "core/modbrowser.h"
+#include "core/modfolders.h"
+#include "core/osversion.h"
+#include "korvabuilder.h"
+#include "uitestsupport.h"
+#include "windows/frmchapter.h"
+#include "windows/frmsetup.h"
+#include "windows/frmsplash.h"
+#include "windows/typedanswer.h"
+
+#include <QAccessible>
+#include <QContextMenuEvent>
+#include <QCryptographicHash>
+#include <QFontDatabase>
+#include <QLabel>
+#include <QLocalServer>
+#include <QMenu>
+#include <QRadioButton>
+#include <QToolBar>
+#include <QToolButton>
+
+#include <sys/stat.h>
+
+using namespace Qt::Literals::StringLiterals;
+
+namespace {
+
+// The user's answers in the first-run setup.
+std::function<int(QObject *)> answerSetup(bool troubleByDefault, bool hoverHelp)
+{
+    return [=](QObject *window) {
+        auto *setup = qobject_cast<frmSetup *>(window);
+        if (!setup)
+            return 0;
+        (troubleByDefault ? setup->Option1 : setup->Option2)->click();
+        setup->Check1->setChecked(hoverHelp);
+        setup->Command1->click();
+        return 1;
+    };
+}
+
+// Numbers in the settings file, each as "key=value group" ("key=none" if absent).
+QStringList stored(const QString &master, const QStringList &keys)
+{
+    ikorvalite db;
+    db.Mount(master, false);
+    QStringList out;
+    for (const QString &key : keys) {
+        const auto n = db.GetNumber(key, 12345);
+        out << key + u'=' + (n.found ? QString::number(n.value) : u"none"_s) + u' ' + db.GetNote(key);
+    }
+    return out;
+}
+
+// A chapter of two cards, without a title.
+void writeSmallChapter(const QString &path)
+{
+    WriteFileBytes(path,
+                   bytes::header("generated automatically by the Vocabrix Editor v1.21", 4, 2) + bytes::placeholder()
+                           + bytes::entry("a", -1, "b", 0, {}) + bytes::entry("c", -1, "d", 0, {}));
+}
+
+// Selects the chapters at these rows and presses Study.
+void study(const QList<int> &rows)
+{
+    frmChapter *chapters = modMain::ChapterWindow();
+    QVERIFY(chapters);
+    chapters->LV1->clearSelection();
+    for (int row : rows)
+        chapters->LV1->topLevelItem(row)->setSelected(true);
+    chapters->Command1->click();
+    FlushDeletes();
+}
+
+} // namespace
+
+// The program as the tests start it: a home of its own, the examples and the
+// editor beside it, and ways to start it and read what it did.
+class ProgramFixture : public QObject
+{
+protected:
+    std::unique_ptr<TestEnvironment> m_env;
+    QTemporaryDir m_programDir; // the examples and the editor, as beside the program
+
+    QString master() const { return m_env->home() + u"/Documents/Vocabrix/sys.zel"_s; }
+
+    void startProgram(bool troubleByDefault = false, bool hoverHelp = true)
+    {
+        m_env->prompter.onModal = answerSetup(troubleByDefault, hoverHelp);
+        modMain::StartProgram();
+        FlushDeletes();
+    }
+
+    // Which of the wanted lines ('|' between them) the log lacks, and which of
+    // the unwanted it holds: empty when the log is right.
+    QStringList logMismatch(const QString &wanted, const QString &unwanted = {}) const
+    {
+        const QStringList log = m_env->logLines();
+        QStringList out;
+        for (const QString &line : wanted.split(u'|', Qt::SkipEmptyParts))
+            if (!log.contains(line))
+                out << u"missing: "_s + line;
+        for (const QString &line : unwanted.split(u'|', Qt::SkipEmptyParts))
+            if (log.contains(line))
+                out << u"unwanted: "_s + line;
+        return out;
+    }
+
+    // The program started again after it ended, with the same home.
+    void restartProgram()
+    {
+        ResetProgramState();
+        g_Deck.Reset();
+        g_Watcher = std::make_unique<RecordingWatcher>(m_env->log);
+        modMain::StartProgram();
+        FlushDeletes();
+    }
+
+    // Once: the examples and the editor, as beside an installed program.
+    void prepareProgramDirectory()
+    {
+        InstallFontSubstitutes();
+        const QString built = QCoreApplication::applicationDirPath();
+        for (int n = 1; n <= 4; ++n)
+            QVERIFY(QFile::copy(built + u"/ex%1.zel"_s.arg(n), m_programDir.filePath(u"ex%1.zel"_s.arg(n))));
+        QVERIFY(QFile::link(built + u'/' + ExecutableFileName(u"vxedit"_s),
+                            m_programDir.filePath(ExecutableFileName(u"vxedit"_s))));
+        modFolders::SetProgramDirectory(m_programDir.path());
+        instanceguard::SetKey(u"vocabrix-test-"_s + QString::number(QCoreApplication::applicationPid()));
+    }
+
+    void beginTest()
+    {
+        m_env = std::make_unique<TestEnvironment>();
+        SetOsVersionOverride(OsVersion {5, 1, 2600});
+        g_SuppressRefresh = true;
+    }
+
+    void endTest()
+    {
+        UnloadAllForms();
+        instanceguard::Release();
+        SetOsVersionOverride(std::nullopt);
+        m_env.reset();
+    }
+};

@@ -1,0 +1,396 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "programfixture.h"
+
+namespace {
+
+// A kept session's deck of one card, by hand: "Hund"/"dog", a trouble card
+// viewed 3 times, then the empty slot.
+QByteArray keptDeck()
+{
+    using namespace bytes;
+    return i16(1) + text("Hund") + text("dog") + text("note") + text("") + i16(-1) + i16(3) + text("K") + text("")
+            + text("") + text("") + text("") + i16(0) + i16(0) + text("");
+}
+
+QByteArray keptState(const QByteArray &deck, const QByteArray &lines)
+{
+    return "format=1\ndeck_bytes=" + QByteArray::number(deck.size())
+            + "\ndeck_sha256=" + QCryptographicHash::hash(deck, QCryptographicHash::Sha256).toHex() + "\n" + lines;
+}
+
+// What a person sees of the session: the deck's bytes, the card, its texts,
+// the boxes.
+QStringList sessionSeen()
+{
+    QByteArray deck;
+    WriteProgressImage(g_Deck, deck, nullptr);
+    const r_data *m = modrender::Metrics();
+    using C = r_data::Corner;
+    frmMain *main = frmMain::Existing();
+    return {QString::fromLatin1(deck.toHex()),
+            QString::number(modrender::CurrentCard),
+            m->MainText(),
+            m->CornerText(C::TopLeft),
+            m->CornerText(C::TopRight),
+            m->CornerText(C::BottomLeft),
+            m->NoteText(),
+            main->Check1->Checked() ? u"marked"_s : u"-"_s,
+            main->Check2->Checked() ? u"trouble only"_s : u"-"_s};
+}
+
+} // namespace
+
+// Studying, progress files, kept sessions and what a session changes.
+class SessionsTest : public ProgramFixture
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void initTestCase() { prepareProgramDirectory(); }
+    void init() { beginTest(); }
+    void cleanup() { endTest(); }
+
+    void studyAndExit()
+    {
+        startProgram(false, true);
+        g_MasterDb->SetValue(u"frmMain.left"_s, QString(), 50000, u"metrics"_s); // far off screen
+        g_MasterDb->SetValue(u"frmMain.top"_s, QString(), 300, u"metrics"_s);
+        study({0, 2});
+        frmMain *main = frmMain::Existing();
+        QVERIFY(main && main->isVisible());
+        QCOMPARE(main->pos(), QPoint(50000 / 15, 20)); // brought back on screen
+        QVERIFY(!modMain::ChapterWindow());
+        QCOMPARE(g_Deck.UBound(), 37 + 38);
+        QCOMPARE(modrender::Metrics()->MainText(), g_Deck[0].question);
+        QCOMPARE(modrender::Metrics()->CornerText(r_data::Corner::TopLeft), u"showing card 1 of 75; 0 trouble cards"_s);
+        QVERIFY(main->zelFlatButton2->Enabled());
+        const QStringList lines = m_env->logLines();
+        QVERIFY(lines.contains(u" .. loaded 75 nodes/n"_s));
+        QVERIFY(std::any_of(lines.begin(), lines.end(), [](const QString &l) {
+            return l.startsWith(u"All file(s) loaded in "_s) && l.endsWith(u" msec/n"_s);
+        }));
+
+        main->HandleKey(39, 0);
+        main->HandleKey(39, 0);
+        QCOMPARE(modrender::CurrentCard, qint16(2));
+        modrender::AlphaLevel = 120;
+        modrender::AlphaEffects = true;
+        main->move(123, 45);
+
+        m_env->log->clear();
+        main->HandleKey(88, 0); // X
+        FlushDeletes();
+        QVERIFY(g_ProcessReleased);
+        QCOMPARE(g_ExitStatus, 0);
+        QVERIFY(!frmMain::Existing());
+        const QStringList shutdown =
+                (u"KORVA system going down on code 0/n|halting renderer ../n|saving Alpha Options/n|"
+                 u"renderer going down/n| .. renderer released ok/n| .. renderer dead/n|Entering FlushToZero mode/n|"
+                 u" .. flushing 2636 bytes of data/n|All dynamic data flushed/n|saving the korva master/n|"
+                 u"unmounting file/n|destroying class instance/n| ..class instance destroyed/n|"
+                 u"unloading form frmMain/n|KORVA Platform Dead/n|KORVA Platform release successful/n|"
+                 u"Process will be released after this line/n"_s)
+                        .split(u'|');
+        QStringList got = m_env->logLines();
+        // The flushed byte count depends on the example texts; compare its shape.
+        QVERIFY(got.size() == shutdown.size());
+        QVERIFY(got[7].startsWith(u" .. flushing "_s));
+        got[7] = shutdown[7];
+        QCOMPARE(got, shutdown);
+        for (const LogRecord::Line &line : m_env->log->lines)
+            QCOMPARE(line.level, kLogProgress);
+
+        // What the next start finds.
+        QStringList next = stored(master(),
+                                  u"alpha_level alpha_effects frmMain.left frmMain.top show_mouse_hover "
+                                  "frmChapter.left"_s.split(u' '));
+        QVERIFY(next.last().startsWith(u"frmChapter.left="_s) && next.takeLast().endsWith(u" metrics"_s));
+        QCOMPARE(next.join(u", "_s),
+                 u"alpha_level=120 alpha_transparency, alpha_effects=-1 alpha_transparency, "
+                 "frmMain.left=1845 metrics, frmMain.top=675 metrics, show_mouse_hover=-1 options"_s);
+    }
+
+    void newSessionKeepsStudyWindow()
+    {
+        startProgram();
+        study({0});
+        frmMain *main = frmMain::Existing();
+        main->Check1->SetChecked(true);
+        main->Check2->SetChecked(true);
+        QVERIFY(main->Timer1->isActive());
+        m_env->log->clear();
+        main->mP_n->trigger();
+        FlushDeletes();
+        QCOMPARE(frmMain::Existing(), main); // the same window, hidden and cleared
+        QVERIFY(!main->isVisible());
+        QVERIFY(!main->Check1->Checked() && !main->Check2->Checked());
+        QVERIFY(!main->Timer1->isActive());
+        QVERIFY(!main->Studying());
+        QVERIFY(!g_ProcessReleased);
+        QCOMPARE(m_env->logLines().mid(0, 2),
+                 QStringList({u" ***************************/n"_s, u" -- Starting New Session --/n"_s}));
+        QCOMPARE(logMismatch(u" .. skipping frmMain unloader/n|Checking for already running instances ../n|"
+                             "Windows OS version detected: 0.0 build 0/n"_s,
+                             u" .. no previously running instance has been found./n|"
+                             "Process will be released after this line/n"_s),
+                 QStringList());
+        for (const LogRecord::Line &line : m_env->log->lines)
+            QCOMPARE(line.level, kLogProgress);
+        QVERIFY(!modMain::SplashWindow());
+        QVERIFY(modMain::ChapterWindow() && modMain::ChapterWindow()->isVisible());
+        QCOMPARE(g_Deck.UBound(), 0); // flushed
+        QVERIFY(!stored(master(), {u"frmMain.left"_s}).constFirst().contains(u"=none"_s));
+
+        study({3});
+        QVERIFY(main->isVisible());
+        QCOMPARE(modrender::Metrics()->CornerText(r_data::Corner::BottomRight), u"from 'German 4: Home and Family'"_s);
+    }
+
+    // Progress saved and resumed from the chapter window, then as a file
+    // opened with the program from the desktop; there a chapter joins the
+    // list, selected, and anything else is left alone.
+    void progressSavedAndResumed()
+    {
+        startProgram();
+        study({0});
+        frmMain *main = frmMain::Existing();
+        main->HandleKey(39, 0);
+        main->HandleKey(32, 0); // card 2 becomes a trouble card
+        QVERIFY(g_Deck[1].isTrouble());
+        // The first dialog opens in the home folder, the next where the last
+        // progress file went; the report keeps a folder of its own.
+        QDir().mkpath(m_env->path(u"saves"_s));
+        const QString saved = m_env->path(u"saves/progress.vxs"_s);
+        m_env->prompter.fileAnswers = {saved};
+        main->mP_sp->trigger();
+        QVERIFY(QFileInfo::exists(saved));
+        QCOMPARE(m_env->prompter.fileDialogs.back().fileName, g_BaseDirectory);
+        m_env->prompter.fileAnswers = {std::nullopt};
+        main->mP_ss->trigger();
+        QCOMPARE(m_env->prompter.fileDialogs.back().fileName, g_BaseDirectory);
+
+        main->mP_n->trigger();
+        FlushDeletes();
+        m_env->prompter.fileAnswers = {saved};
+        modMain::ChapterWindow()->ToolbarCommand(u"lsaved"_s);
+        FlushDeletes();
+        QCOMPARE(m_env->prompter.fileDialogs.back().fileName, m_env->path(u"saves"_s));
+        QVERIFY(main->isVisible());
+        QVERIFY(!modMain::ChapterWindow());
+        QCOMPARE(g_Deck.UBound(), 37);
+        QVERIFY(g_Deck[1].isTrouble());
+        QCOMPARE(g_Deck[1].timesViewed, qint16(1));
+        QCOMPARE(g_Deck[0].timesViewed, qint16(2)); // shown again from the first card
+        QCOMPARE(modrender::CurrentCard, qint16(0));
+        QCOMPARE(logMismatch(u" .. loaded 37 nodes/n"_s), QStringList());
+
+        main->mP_n->trigger();
+        FlushDeletes();
+        const QString mine = m_env->path(u"mine.zel"_s);
+        writeSmallChapter(mine);
+        const size_t dialogs = m_env->prompter.fileDialogs.size();
+        m_env->log->clear();
+        modMain::OpenFileArguments({m_env->path(u"missing.vxs"_s), mine, u"show_console"_s});
+        QCOMPARE(logMismatch({}, u"Reading saved progress from file/n"_s), QStringList()); // not even tried
+        frmChapter *chapters = modMain::ChapterWindow();
+        QCOMPARE(chapters->LV1->topLevelItemCount(), 5);
+        QCOMPARE(chapters->LV1->selectedItems(), QList<QTreeWidgetItem *>({chapters->LV1->topLevelItem(4)}));
+        QVERIFY(m_env->prompter.fileDialogs.size() == dialogs && m_env->prompter.boxes.empty());
+        m_env->log->clear();
+        modMain::OpenFileArguments({saved});
+        FlushDeletes();
+        QVERIFY(!modMain::ChapterWindow());
+        QCOMPARE(g_Deck.UBound(), 37);
+        QCOMPARE(logMismatch(u"Reading saved progress from file/n| .. loaded 37 nodes/n"_s), QStringList());
+    }
+
+    // The session on show is kept when studying ends, and comes back as it
+    // was left (no view counted), as long as the option keeps sessions.
+    void keptSessionResumed_data()
+    {
+        QTest::addColumn<bool>("exit"); // else a new session
+        QTest::addColumn<QString>("firstSide");
+        QTest::addColumn<bool>("keep");
+        QTest::addColumn<bool>("blocked"); // a folder where the deck goes
+        QTest::newRow("exit, the answer on show") << true << u"question"_s << true << false;
+        QTest::newRow("new session, answer first, flipped") << false << u"answer"_s << true << false;
+        QTest::newRow("keeping off") << true << u"question"_s << false << false;
+        QTest::newRow("the deck cannot be written") << false << u"question"_s << true << true;
+    }
+    void keptSessionResumed()
+    {
+        QFETCH(bool, exit);
+        QFETCH(QString, firstSide);
+        QFETCH(bool, keep);
+        QFETCH(bool, blocked);
+        startProgram();
+        g_Extras.SetString(u"study.first_side"_s, firstSide);
+        g_Extras.SetString(u"study.show_notes"_s, u"true"_s);
+        g_Extras.SetBool(u"study.keep_session"_s, keep);
+        study({1});
+        frmMain *main = frmMain::Existing();
+        for (int key : {39, 39, 32, 84, 13}) // two on, mark it, trouble cards only, flip
+            main->HandleKey(key, 0);
+        main->Typing->SetCounts(4, 1); // typed answers, right and wrong
+        const QStringList seen = sessionSeen();
+        QVERIFY(seen[3].startsWith(u"Showing "_s));
+        const QString deck = m_env->home() + u"/Documents/Vocabrix/lastsession.vxs"_s;
+        if (blocked)
+            QVERIFY(QDir().mkdir(deck));
+        if (exit) {
+            main->HandleKey(88, 0);
+            FlushDeletes();
+            QVERIFY(g_ProcessReleased);
+            restartProgram();
+        } else {
+            main->mP_n->trigger();
+            QCOMPARE(main->Typing->RightCount() + main->Typing->WrongCount(), 0); // a new session counts anew
+        }
+        FlushDeletes();
+        QCOMPARE(m_env->prompter.boxTitles(), blocked ? QStringList(u"Session Not Kept"_s) : QStringList());
+        frmChapter *chapters = modMain::ChapterWindow();
+        QAction *resume = chapters->findChild<QAction *>(u"lsession"_s);
+        QCOMPARE(resume->isVisible(), keep && !blocked);
+        QCOMPARE(chapters->Notice->isVisibleTo(chapters), blocked); // the folder is set aside
+        QCOMPARE(QFileInfo(deck).isFile(), keep && !blocked);
+        if (!keep || blocked)
+            return;
+        QVERIFY(resume->toolTip().endsWith(u"(Ctrl+L)"_s));
+        QVERIFY(QTest::qWaitForWindowExposed(chapters));
+        QVERIFY(chapters->Toolbar2->widgetForAction(chapters->findChild<QAction *>(u"about"_s))->isVisible());
+        if (!exit)
+            QVERIFY(SaveScreenshot(chapters->grab().toImage(), u"chapter-window-session.png"_s));
+        QVERIFY(QTest::qWaitForWindowActive(chapters));
+        QTest::keyClick(chapters->LV1, Qt::Key_L, Qt::ControlModifier);
+        FlushDeletes();
+        QVERIFY(!modMain::ChapterWindow());
+        QVERIFY(frmMain::Existing()->isVisible());
+        QCOMPARE(sessionSeen(), seen);
+        QCOMPARE(std::pair(frmMain::Existing()->Typing->RightCount(), frmMain::Existing()->Typing->WrongCount()),
+                 std::pair(4, 1));
+        QVERIFY(!modrender::CanUndo());
+        if (!exit)
+            QVERIFY(SaveScreenshot(frmMain::Existing()->grab().toImage(), u"resumed-session.png"_s));
+    }
+
+    // Keeping the session writes no log line and nothing else: the shutdown
+    // and "sys.zel" are the same with it as without it.
+    void keptSessionChangesNothingElse()
+    {
+        QStringList shutdown[2];
+        QByteArray masters[2];
+        for (int keep = 0; keep < 2; ++keep) {
+            if (keep) {
+                cleanup();
+                init();
+            }
+            startProgram();
+            g_Extras.SetBool(u"study.keep_session"_s, keep);
+            study({0});
+            frmMain::Existing()->HandleKey(39, 0);
+            frmMain::Existing()->HandleKey(13, 0);
+            m_env->log->clear();
+            frmMain::Existing()->HandleKey(88, 0);
+            FlushDeletes();
+            shutdown[keep] = m_env->logLines();
+            masters[keep] = ReadFileBytes(master());
+            QCOMPARE(QFileInfo::exists(m_env->home() + u"/Documents/Vocabrix/lastsession.txt"_s), bool(keep));
+        }
+        QCOMPARE(shutdown[1], shutdown[0]);
+        QCOMPARE(masters[1], masters[0]);
+    }
+
+    // A damaged kept session is set aside, said in one line under the list,
+    // and not offered; nothing else is asked or lost.
+    void damagedSessionSetAside_data()
+    {
+        QTest::addColumn<QByteArray>("deck"); // "folder", "fifo", or null for none
+        QTest::addColumn<QByteArray>("state");
+        QTest::addColumn<QString>("why"); // empty: intact
+        const QByteArray deck = keptDeck(), cut = deck.chopped(3);
+        const QByteArray fine = "card=0\nside=question\nfirst_side=question\ntrouble_only=false\n";
+        auto row = [](const char *name, const QByteArray &file, const QByteArray &state, const QString &why) {
+            QTest::newRow(name) << file << state << why;
+        };
+        row("intact", deck, keptState(deck, fine), QString());
+        row("the deck cut short", cut, keptState(cut, fine), u"lastsession.vxs: it ends inside card 2 of 2"_s);
+        row("the state of another deck", deck, keptState(deck + "x", fine),
+            u"lastsession.vxs is not the deck that lastsession.txt belongs to"_s);
+        row("a card past the deck", deck, keptState(deck, QByteArray(fine).replace("card=0", "card=2")),
+            u"lastsession.txt names no card of the deck"_s);
+        row("an unknown side", deck, keptState(deck, "card=0\nside=back\nfirst_side=question\ntrouble_only=true\n"),
+            u"lastsession.txt is damaged"_s);
+        row("typed answers counted wrongly", deck, keptState(deck, fine + "typed_right=2\ntyped_wrong=-1\n"),
+            u"lastsession.txt is damaged"_s);
+        row("no state", deck, QByteArray(), u"lastsession.txt: no such file"_s);
+        row("not a session", deck, "\x01\x02junk", u"lastsession.txt is not a session this version keeps"_s);
+        row("a folder for the deck", "folder", keptState(deck, fine), u"lastsession.vxs: it is a folder, not a file"_s);
+        row("a FIFO for the deck", "fifo", keptState(deck, fine), u"lastsession.vxs: it is a named pipe, not a file"_s);
+    }
+    void damagedSessionSetAside()
+    {
+        QFETCH(QByteArray, deck);
+        QFETCH(QByteArray, state);
+        QFETCH(QString, why);
+        const QString home = m_env->home() + u"/Documents/Vocabrix/"_s;
+        QVERIFY(QDir().mkpath(home));
+        if (deck == "folder")
+            QVERIFY(QDir(home).mkdir(u"lastsession.vxs"_s));
+        else if (deck == "fifo")
+            QCOMPARE(mkfifo(QFile::encodeName(home + u"lastsession.vxs"_s).constData(), 0600), 0);
+        else
+            WriteFileBytes(home + u"lastsession.vxs"_s, deck);
+        if (!state.isNull())
+            WriteFileBytes(home + u"lastsession.txt"_s, state);
+        startProgram();
+        frmChapter *chapters = modMain::ChapterWindow();
+        QCOMPARE(chapters->findChild<QAction *>(u"lsession"_s)->isVisible(), why.isEmpty());
+        QVERIFY(m_env->prompter.boxes.empty());
+        if (why.isEmpty()) {
+            QVERIFY(!chapters->Notice->isVisibleTo(chapters));
+            chapters->ToolbarCommand(u"lsession"_s);
+            QCOMPARE(modrender::Metrics()->MainText(), u"Hund"_s);
+            QCOMPARE(modrender::Metrics()->NoteText(), QString()); // notes are off
+            QCOMPARE(g_Deck[0].timesViewed, qint16(3));
+            return;
+        }
+        QCOMPARE(chapters->Notice->text(),
+                 u"The last session couldn't be resumed: "_s + why
+                         + u"; its files were set aside as lastsession-damaged.vxs and lastsession-damaged.txt."_s);
+        QVERIFY(!QFileInfo::exists(home + u"lastsession.vxs"_s) && !QFileInfo::exists(home + u"lastsession.txt"_s));
+        if (!state.isNull())
+            QCOMPARE(ReadFileBytes(home + u"lastsession-damaged.txt"_s), state);
+        QVERIFY(QFileInfo(home + u"lastsession-damaged.vxs"_s).exists());
+        QCOMPARE(chapters->LV1->topLevelItemCount(), 4); // the chapters are all there
+    }
+
+    // Typed answers take the keys from the first card on. The added keys: T
+    // for the box no key reached (Space on it marks the card), F1 for the
+    // manual behind the help link.
+    void typedAnswerAndAddedKeys()
+    {
+        startProgram();
+        g_Extras.SetBool(u"study.type_answer"_s, true);
+        study({0});
+        frmMain *main = frmMain::Existing();
+        QCOMPARE(main->focusWidget(), main->Typing->Line());
+        QTest::keyClicks(main->focusWidget(), u"hello"_s);
+        QTest::keyClick(main->focusWidget(), Qt::Key_Return);
+        QCOMPARE(main->Typing->RightCount(), 1);
+        const bool only = main->Check2->Checked(), trouble = g_Deck[0].isTrouble();
+        main->Check2->setFocus();
+        QTest::keyClick(main->Check2, Qt::Key_T);
+        QCOMPARE(main->Check2->Checked(), !only);
+        QCOMPARE(g_Deck[0].isTrouble(), trouble);
+        QTest::keyClick(main->Check2, Qt::Key_T, Qt::ShiftModifier);
+        QCOMPARE(main->Check2->Checked(), only);
+        qputenv("BROWSER", "testbrowser %s");
+        QTest::keyClick(main, Qt::Key_F1);
+        qunsetenv("BROWSER");
+        QCOMPARE(m_env->prompter.launches.size(), size_t(1));
+        QCOMPARE(m_env->prompter.launches[0].arguments, QStringList(modBrowser::ProductPageUrl()));
+    }
+};
+
+QTEST_MAIN(SessionsTest)
+#include "tst_sessions.moc"
