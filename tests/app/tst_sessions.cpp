@@ -83,6 +83,7 @@ private Q_SLOTS:
         QVERIFY(g_ProcessReleased);
         QCOMPARE(g_ExitStatus, 0);
         QVERIFY(!frmMain::Existing());
+        QVERIFY(!g_Watcher); // let go before the process is
         const QStringList shutdown =
                 (u"KORVA system going down on code 0/n|halting renderer ../n|saving Alpha Options/n|"
                  u"renderer going down/n| .. renderer released ok/n| .. renderer dead/n|Entering FlushToZero mode/n|"
