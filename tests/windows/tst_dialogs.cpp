@@ -392,6 +392,8 @@ private Q_SLOTS:
         QCOMPARE(g_Deck[1].timesViewed, qint16(1));
         QTest::keyClick(viewer, Qt::Key_Escape); // Escape closes it
         QVERIFY(!forms::IsOpen(viewer));
+        FlushDeletes();
+        QVERIFY(!forms::Open().contains(nullptr)); // a deleted window leaves the collection
     }
 
     void rowsKeepWhatWasFound()
