@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "programfixture.h"
+#include "windows/frmprogress.h"
 
 namespace {
 
@@ -435,6 +436,18 @@ private Q_SLOTS:
         QVERIFY(m_env->prompter.boxes.empty()); // no box
         // A long title shows whole in the tooltip.
         QVERIFY(chapters->LV1->topLevelItem(0)->toolTip(0).startsWith(chapters->LV1->topLevelItem(0)->text(0)));
+
+        // One that vanishes once listed gets its box while the progress counts both.
+        QVERIFY(QFile::copy(programDir() + u"/ex2.zel"_s, gone));
+        chapters->LV1->clear();
+        chapters->LoadFileList();
+        QFile::remove(gone);
+        int counted = -1;
+        m_env->prompter.onBox = [&](const MessageBoxRequest &) {
+            counted = chapters->findChild<frmProgress *>()->Maximum();
+        };
+        study({0, 1});
+        QCOMPARE(counted, 2);
     }
 
     void editorButton()

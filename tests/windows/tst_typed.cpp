@@ -212,6 +212,9 @@ private Q_SLOTS:
                 QVERIFY(ContrastRatio(r_renderer::MarkColour(right, card), card) >= 3);
         QCOMPARE(main->Card->Description(),
                  u"the cat (answer side), showing card 2 of 2, from 'Kapitel', typed answer wrong: 'the cut'"_s);
+        // The well takes the card's colours: halfway between its two backs.
+        main->Typing->ApplyColors(0x000000, 0xFFFFFF, 0xFFFFFF);
+        QVERIFY(line->styleSheet().startsWith(u"QLineEdit { background: #808080;"_s));
     }
 };
 
