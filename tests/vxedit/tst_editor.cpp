@@ -15,6 +15,8 @@
 #include <QCoreApplication>
 #include <QGuiApplication>
 #include <QLabel>
+#include <QMenu>
+#include <QMenuBar>
 #include <QRegularExpression>
 #include <QScreen>
 #include <QSettings>
@@ -119,6 +121,25 @@ private Q_SLOTS:
             if (w != m_window.get())
                 QVERIFY(SaveScreenshot(w->grab().toImage(), u"editor-"_s + w->objectName() + u".png"_s));
         }
+    }
+
+    // The menus as a person reads them: entries with their keys, "-" between groups.
+    void menus()
+    {
+        QStringList seen;
+        for (QAction *menu : m_window->menuBar()->actions()) {
+            QStringList entries;
+            for (QAction *a : menu->menu()->actions())
+                entries << (a->isSeparator() ? u"-"_s : (a->text() + u' ' + a->shortcut().toString()).trimmed());
+            seen << menu->text() + u": "_s + entries.join(u" | "_s);
+        }
+        QCOMPARE(seen,
+                 QStringList({u"&File: &New Ctrl+N | &Open... Ctrl+O | Open &Recent | &Save Ctrl+S | Save &As... | - | "
+                              "&Import Cards... Ctrl+I | &Export Cards... Ctrl+E | - | &Quit"_s,
+                              u"&Edit: &Undo Ctrl+Z | &Redo Ctrl+Y | - | &Add Card Ctrl+Return | &Delete Cards Del | "
+                              "Move &Up Ctrl+Up | Move Do&wn Ctrl+Down | - | &Sort | - | &Find and Replace... Ctrl+F | "
+                              "Go to Next &Problem F8 | - | Chapter &Languages..."_s,
+                              u"&Help: Vocabrix &Manual F1 | &About the Vocabrix Editor"_s}));
     }
 
     void titleTooLongForTheCardIsNoted_data()
