@@ -4,6 +4,8 @@
 #include "pdftext.h"
 #include "screens.h"
 
+#include <QCryptographicHash>
+#include <QDir>
 #include <QImage>
 #include <QLocale>
 #include <QPdfWriter>
@@ -166,6 +168,35 @@ private Q_SLOTS:
         QCOMPARE(cut, cutShort ? 1 : 0);
         if (!firstAnswer.startsWith(u'x'))
             QCOMPARE(shown < firstAnswer.count(u' ') + 1, cutShort);
+    }
+
+    // Page one of each layout, pixel for pixel as designed and reviewed. A
+    // deliberate change: look at the page the failure saves, then put its
+    // new digest here.
+    void pagesAsDesigned_data()
+    {
+        QTest::addColumn<bool>("fold");
+        QTest::addColumn<QString>("digest");
+        QTest::newRow("sheet") << false << u"52d354ce53ad3f94"_s;
+        QTest::newRow("fold") << true << u"dd010313701712ed"_s;
+    }
+    void pagesAsDesigned()
+    {
+        QFETCH(bool, fold);
+        QFETCH(QString, digest);
+        CardSheet sheet = cardsheet::Select(cards(12, QStringList(30, u"Wort"_s).join(u' ')), false);
+        sheet.layout = fold ? PrintLayout::Fold : PrintLayout::Sheet;
+        sheet.date = QDate(2026, 11, 21);
+        QLocale::setDefault(QLocale(QLocale::German, QLocale::Germany)); // the date as on any machine
+        const QByteArray pdf = cardsheet::Pdf(sheet, QPageSize(QPageSize::A4));
+        QLocale::setDefault(QLocale::system());
+        const QImage page = firstPage(pdf, {u"-r"_s, u"100"_s}).convertToFormat(QImage::Format_RGB32);
+        const QByteArray pixels(reinterpret_cast<const char *>(page.constBits()), page.sizeInBytes());
+        const QString actual =
+                QString::fromLatin1(QCryptographicHash::hash(pixels, QCryptographicHash::Sha256).toHex().left(16));
+        if (actual != digest)
+            page.save(QDir::temp().filePath(u"vocabrix-page-%1.png"_s.arg(QLatin1StringView(QTest::currentDataTag()))));
+        QCOMPARE(actual, digest);
     }
 
     // A device that cannot be painted on (a file that cannot be made) yields no page.

@@ -231,6 +231,18 @@ private Q_SLOTS:
         QCOMPARE(font.pixelHeight(), 16);
     }
 
+    // Made again, a surface starts clean: the clip it had is gone.
+    void createdAgainStartsClean()
+    {
+        cMemDC dc;
+        int w = 8, h = 8;
+        dc.Create(w, h);
+        dc.SetClip(QRect(0, 0, 2, 2));
+        dc.Create(w, h);
+        dc.FillRect(0, 0, 8, 8, 0x0000FF);
+        QCOMPARE(dc.Image().pixel(7, 7), qRgb(0xFF, 0, 0));
+    }
+
     void emptySurfacesDrawNothing()
     {
         WindowSurface window(QColor::fromRgb(kMarker));
