@@ -231,7 +231,8 @@ private Q_SLOTS:
         QCOMPARE(font.pixelHeight(), 16);
     }
 
-    // Made again, a surface starts clean: the clip it had is gone.
+    // Made again, a surface starts clean: the clip it had is gone. Copied
+    // without a place, it lands at the window's origin.
     void createdAgainStartsClean()
     {
         cMemDC dc;
@@ -241,6 +242,11 @@ private Q_SLOTS:
         dc.Create(w, h);
         dc.FillRect(0, 0, 8, 8, 0x0000FF);
         QCOMPARE(dc.Image().pixel(7, 7), qRgb(0xFF, 0, 0));
+        WindowSurface window;
+        window.Resize(QSize(9, 9));
+        dc.Blit(&window);
+        QCOMPARE(window.image().pixel(0, 0), qRgb(0xFF, 0, 0));
+        QCOMPARE(window.image().pixel(8, 8), qRgb(0, 0, 0));
     }
 
     void emptySurfacesDrawNothing()

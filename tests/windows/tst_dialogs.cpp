@@ -449,7 +449,17 @@ private Q_SLOTS:
         QCOMPARE(blocks[0].address, reinterpret_cast<quintptr>(&g_Deck[0]));
         QCOMPARE(blocks[0].width, qint64(sizeof(Card)));
         QCOMPARE(blocks[1].width, qint64(g_Deck[0].question.size() * 2));
-        QVERIFY(viewer->LoadingText() == MemoryTotalText(viewer->Memory()->Total()));
+        qint64 total = 0;
+        QStringList colours;
+        for (const MemoryListModel::Block &b : blocks) {
+            total += b.width;
+            if (b.what.startsWith(u"colour"_s))
+                colours << b.what + u' ' + QString::number(b.width);
+        }
+        QCOMPARE(viewer->LoadingText(), MemoryTotalText(total));
+        QCOMPARE(colours.mid(1, 2),
+                 QStringList({u"colour backcolor_a %1"_s.arg(sizeof(r_data::ColorEntry)),
+                              u"colour name backcolor_a 22"_s}));
         QLocale::setDefault(QLocale::c());
         find->Text2->setText(u"haus"_s); // the cards again
         find->Search();
@@ -492,6 +502,7 @@ private Q_SLOTS:
         QVERIFY(!options->Check2->isChecked());
         QVERIFY(m_env->logLines().contains(u" .. frmOptions renderer loaded/n"_s));
         QCOMPARE(options->LV->count(), 12);
+        QVERIFY(!options->Command3->isEnabled()); // no colour to change before one is chosen
         QCOMPARE(options->LV->item(2)->text(), u"main text shadow"_s);
         QVERIFY(options->Picture1[0]->isVisible() && !options->Picture1[1]->isVisible());
         QVERIFY(SaveScreenshot(options->grab().toImage(), u"options-colors.png"_s));
