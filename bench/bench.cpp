@@ -87,9 +87,13 @@ void report(const QString &what, double value, double floor, const QString &goal
             const QString &unit = u"ms"_s)
 {
     const QString ratio = floor > 0 ? QString::number(value / floor, 'f', 1) + u'x' : u"-"_s;
-    out() << what.leftJustified(50) << QString::number(value, 'f', 2).rightJustified(9)
-          << QString::number(floor, 'f', 2).rightJustified(9) << ratio.rightJustified(8) << u"  "_s
-          << unit.leftJustified(4) << goal << Qt::endl;
+    // Figures under a tenth keep two significant digits rather than show as 0.00.
+    const auto figure = [](double v) {
+        return (v > 0 && v < 0.1 ? QString::number(v, 'g', 2) : QString::number(v, 'f', 2))
+                .rightJustified(9);
+    };
+    out() << what.leftJustified(50) << figure(value) << u' ' << figure(floor) << u' '
+          << ratio.rightJustified(9) << u"  "_s << unit.leftJustified(4) << goal << Qt::endl;
 }
 
 void writeChapter(const QString &path, int cards)
