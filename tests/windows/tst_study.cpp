@@ -516,6 +516,9 @@ private Q_SLOTS:
             QCOMPARE(progress->Maximum(), 12);
             QCOMPARE(progress->Value(), 0);
             QCOMPARE(modrender::Metrics()->MainText(), u"Randomizing .. "_s);
+            const QImage &face = modrender::Renderer()->Surface()->Image(); // and drawn, mid-card
+            QVERIFY(HasColour(face.copy(0, face.height() * 2 / 5, face.width(), face.height() / 5),
+                              rgb(modrender::Metrics()->Color(u"main_text_forecolor"_s, 0))));
             QCOMPARE(corner(r_data::Corner::TopLeft), u"Pass 1 of 2"_s);
             QVERIFY(!main->Check1->Enabled() && !main->Check2->Enabled() && !main->zelFlatButton1->Enabled());
             QVERIFY(g_ShuffleRunning);
