@@ -1,0 +1,295 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "core/osversion.h"
+#include "drawing/cmemdc.h"
+#include "drawing/logicalfont.h"
+#include "drawing/paintedicon.h"
+#include "drawing/programicon.h"
+#include "drawing/r_renderer.h"
+#include "drawing/windowsurface.h"
+#include "drawing/zelsplashdraw.h"
+#include "screens.h"
+#include "settings/r_data.h"
+#include "testsupport.h"
+
+#include <QCryptographicHash>
+#include <QDir>
+#include <QGlyphRun>
+#include <QGuiApplication>
+#include <QPalette>
+#include <QRawFont>
+#include <QRegularExpression>
+#include <QTextLayout>
+#include <QtMath>
+
+using namespace Qt::Literals::StringLiterals;
+
+namespace {
+
+constexpr QRgb kMarker = 0xFF13A7C1; // a colour no picture here uses
+
+// The pictures drawn from code alone (no settings): each row draws one.
+QImage designedPicture(const QString &name)
+{
+    const QStringList part = name.split(u' ');
+    const int size = part.last().toInt();
+    if (part.first() == u"program"_s)
+        return ProgramIcon().pixmap(QSize(size, size), 1.0).toImage();
+    if (part.first() == u"command"_s)
+        return CommandIconFor(CommandIcon(part.at(1).toInt())).pixmap(QSize(size, size), 1.0).toImage();
+    int w = 460, h = 260;
+    cMemDC dc;
+    dc.Create(w, h);
+    zelSplashDraw splash;
+    splash.SetStatusText(u"starting the KORVA class driver ..."_s);
+    for (int step = 0; step < size; ++step)
+        splash.Advance();
+    splash.Paint(dc, w, h);
+    return dc.Image();
+}
+
+} // namespace
+
+// The drawing surface and the pictures drawn from code: the icons and the splash.
+class SurfacesTest : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void initTestCase() { InstallFontSubstitutes(); }
+    // Every picture drawn from code, pixel for pixel as designed and reviewed.
+    // A deliberate change of one: look at the picture the failure saves, then
+    // put its new digest here.
+    void picturesAsDesigned_data()
+    {
+        QTest::addColumn<QString>("digest");
+        const char *const rows[][2] =
+                {{"program icon 16", "c7b15ceea6f4381d"},  {"program icon 64", "73d200facd587603"},
+                 {"program icon 256", "3cb4176be22eb7bb"}, {"command 0 16", "0d7a89fac1d8d136"},
+                 {"command 1 16", "e9303fd7ea834c1a"},     {"command 2 16", "d5d3417c2079acf5"},
+                 {"command 3 16", "f44f79e6b66e69c7"},     {"command 4 16", "3ad17c364ddbdaa6"},
+                 {"command 0 32", "e3736d0c2e21dc45"},     {"command 1 32", "05c06ee08582e849"},
+                 {"command 2 32", "2e823002f58ae367"},     {"command 3 32", "25f3346c71be6ae0"},
+                 {"command 4 32", "33990c6ee8feaa60"},     {"splash at step 17", "3872c9b038012e85"}};
+        for (const auto &row : rows)
+            QTest::newRow(row[0]) << QString::fromLatin1(row[1]);
+    }
+    void picturesAsDesigned()
+    {
+        QFETCH(QString, digest);
+        QTest::failOnWarning(QRegularExpression(u".*"_s)); // an unbalanced painter, say
+        const QString name = QString::fromLatin1(QTest::currentDataTag());
+        QImage picture = designedPicture(name).convertToFormat(QImage::Format_ARGB32);
+        const QByteArray bytes(reinterpret_cast<const char *>(picture.constBits()), picture.sizeInBytes());
+        const QString actual =
+                QString::fromLatin1(QCryptographicHash::hash(bytes, QCryptographicHash::Sha256).toHex().left(16));
+        if (actual != digest)
+            picture.save(QDir::temp().filePath(u"vocabrix-"_s + QString(name).replace(u' ', u'-') + u".png"_s));
+        QCOMPARE(actual, digest);
+    }
+
+    // A window's watcher hears every change until the one who set it goes.
+    void changeWatcherBelongsToItsKey()
+    {
+        WindowSurface surface;
+        surface.Resize(QSize(8, 8));
+        int heard = 0;
+        const int owner = 0, stranger = 0;
+        surface.SetChangeWatcher(&owner, [&] { ++heard; });
+        surface.Changed(QRect(0, 0, 1, 1));
+        surface.ClearChangeWatcher(&stranger);
+        surface.Changed(QRect(0, 0, 1, 1));
+        QCOMPARE(heard, 2);
+        surface.ClearChangeWatcher(&owner);
+        surface.Changed(QRect(0, 0, 1, 1));
+        QCOMPARE(heard, 2);
+    }
+
+    void cleanup() { SetOsVersionOverride(std::nullopt); }
+
+    void gradientPaths_data()
+    {
+        QTest::addColumn<int>("versionCode");
+        QTest::addColumn<QList<QRgb>>("row"); // at x = 0, 50 and the end; the column past it is not painted
+        // Black to white over x = 0..100 on a surface 102 wide.
+        const QList<QRgb> system {qRgb(0, 0, 0), qRgb(128, 128, 128), qRgb(252, 252, 252)};
+        QTest::newRow("system fill") << 500 << system;
+        QTest::newRow("system fill from 4.11 on") << 411 << system;
+        QTest::newRow("hand-painted, mirrored")
+                << 410 << QList<QRgb> {qRgb(255, 255, 255), qRgb(128, 128, 128), qRgb(0, 0, 0)};
+    }
+    void gradientPaths()
+    {
+        QFETCH(int, versionCode);
+        QFETCH(QList<QRgb>, row);
+        SetOsVersionOverride(OsVersion {versionCode / 100, versionCode % 100, 0});
+        WindowSurface window(QColor::fromRgb(kMarker));
+        window.Resize(QSize(102, 10));
+        cMemDC dc;
+        int w = 102, h = 10;
+        dc.Create(w, h, &window, &window); // drawing straight into the window's picture
+        QCOMPARE(dc.OsVersionCode(), versionCode);
+        dc.Gradient(0, 0, 100, 10, 0x000000, 0xFFFFFF, false);
+        const QImage &img = dc.Image();
+        const int end = versionCode >= 411 ? 99 : 100;
+        QCOMPARE(QList<QRgb>(
+                         {img.pixel(0, 5), img.pixel(50, 5), img.pixel(50, 9), img.pixel(end, 5), img.pixel(101, 5)}),
+                 QList<QRgb>({row[0], row[1], row[1], row[2], kMarker})); // every row alike
+    }
+
+    void blendHalvesToEven_data()
+    {
+        QTest::addColumn<quint32>("a");
+        QTest::addColumn<quint32>("b");
+        QTest::addColumn<double>("t");
+        QTest::addColumn<quint32>("blend");
+        QTest::newRow("t = 0 gives colour2") << 0x102030u << 0xA0B0C0u << 0.0 << 0xA0B0C0u;
+        QTest::newRow("t = 1 gives colour1") << 0x102030u << 0xA0B0C0u << 1.0 << 0x102030u;
+        QTest::newRow("0.5 rounds down to even") << 0x000001u << 0u << 0.5 << 0u;
+        QTest::newRow("1.5 rounds up to even") << 0x000003u << 0u << 0.5 << 0x000002u;
+        QTest::newRow("quarter of white") << 0xFFFFFFu << 0u << 0.25 << 0x404040u;
+        QTest::newRow("three parts colour, one white") << 0xFF0000u << 0xFFFFFFu << 0.75 << 0xFF4040u;
+    }
+    void blendHalvesToEven()
+    {
+        QFETCH(quint32, a);
+        QFETCH(quint32, b);
+        QFETCH(double, t);
+        QFETCH(quint32, blend);
+        QCOMPARE(cMemDC::BlendColour(a, b, t), blend);
+    }
+
+    void rectanglesExcludeTheirFarEdges()
+    {
+        WindowSurface window(Qt::black);
+        window.Resize(QSize(10, 10));
+        cMemDC dc;
+        int w = 10, h = 10;
+        dc.Create(w, h, &window, &window);
+        dc.FillRect(2, 2, 5, 5, 0x0000FF);
+        QCOMPARE(dc.Image().pixel(4, 4), qRgb(255, 0, 0));
+        QCOMPARE(dc.Image().pixel(5, 5), qRgb(0, 0, 0));
+        dc.FillRect(5, 5, 2, 2, 0x00FF00); // reversed: nothing
+        QCOMPARE(dc.Image().pixel(3, 3), qRgb(255, 0, 0));
+        dc.Rectangle(0, 0, 10, 10, 0xFFFFFF, 0x00FF00);
+        QCOMPARE(dc.Image().pixel(0, 0), qRgb(255, 255, 255));
+        QCOMPARE(dc.Image().pixel(9, 9), qRgb(255, 255, 255));
+        QCOMPARE(dc.Image().pixel(1, 1), qRgb(0, 255, 0));
+        // Colours with the high bit set are the system's: 5 is the window colour.
+        QCOMPARE(cMemDC::TranslateColor(0x12345678u), 0x345678u);
+        const QColor base = QGuiApplication::palette().color(QPalette::Base);
+        QCOMPARE(cMemDC::TranslateColor(0x80000005u), quint32(base.red() | base.green() << 8 | base.blue() << 16));
+    }
+
+    void textMeasures()
+    {
+        cMemDC dc;
+        QCOMPARE(dc.TextWidth(u"not created"_s), 0);
+        int w = 200, h = 50;
+        dc.Create(w, h);
+        LogicalFont font;
+        font.size = 12;
+        dc.SetFont(font);
+        int l = 10, t = 20, r = 11, b = 21;
+        const int height = dc.DrawText(u"Guten Morgen"_s, l, t, r, b, cMemDC::DT_CALCRECT | cMemDC::DT_SINGLELINE);
+        QCOMPARE(l, 10);
+        QCOMPARE(t, 20);
+        QCOMPARE(r - l, dc.TextWidth(u"Guten Morgen"_s));
+        QCOMPARE(b - t, dc.TextHeight(u"Guten Morgen"_s));
+        QCOMPARE(height, b - t);
+        QVERIFY(r - l > 50);
+        QCOMPARE(font.pixelHeight(), 16);
+    }
+
+    // Made again, a surface starts clean: the clip it had is gone. Copied
+    // without a place, it lands at the window's origin.
+    void createdAgainStartsClean()
+    {
+        cMemDC dc;
+        int w = 8, h = 8;
+        dc.Create(w, h);
+        dc.SetClip(QRect(0, 0, 2, 2));
+        dc.Create(w, h);
+        dc.FillRect(0, 0, 8, 8, 0x0000FF);
+        QCOMPARE(dc.Image().pixel(7, 7), qRgb(0xFF, 0, 0));
+        WindowSurface window;
+        window.Resize(QSize(9, 9));
+        dc.Blit(&window);
+        QCOMPARE(window.image().pixel(0, 0), qRgb(0xFF, 0, 0));
+        QCOMPARE(window.image().pixel(8, 8), qRgb(0, 0, 0));
+    }
+
+    void emptySurfacesDrawNothing()
+    {
+        WindowSurface window(QColor::fromRgb(kMarker));
+        window.Resize(QSize(20, 20));
+        cMemDC never;
+        never.FillRect(0, 0, 20, 20, 0);
+        never.Blit(&window);
+        cMemDC zero;
+        int w = 0, h = 5;
+        zero.Create(w, h, &window);
+        QVERIFY(zero.IsValid());
+        zero.FillRect(0, 0, 20, 20, 0);
+        zero.Gradient(0, 0, 20, 20, 0, 0xFFFFFF, false);
+        zero.Blit();
+        zero.AlphaBlit(nullptr, 0, 0, 0, 0, 0, 0, 128);
+        QCOMPARE(window.image().pixel(10, 10), kMarker);
+        zero.Destroy(); // forgets its window too
+        QVERIFY(!zero.IsValid() && !zero.Target());
+    }
+
+    void alphaCopies_data()
+    {
+        QTest::addColumn<int>("alpha");
+        QTest::addColumn<QRgb>("result");
+        QTest::newRow("255 is a plain copy") << 255 << qRgb(200, 100, 50);
+        QTest::newRow("0 leaves the window") << 0 << qRgb(0, 0, 0);
+        QTest::newRow("90 moves 90/255 of the way") << 90 << qRgb(71, 35, 18);
+    }
+    void alphaCopies()
+    {
+        QFETCH(int, alpha);
+        QFETCH(QRgb, result);
+        WindowSurface window(Qt::black);
+        window.Resize(QSize(8, 8));
+        cMemDC dc;
+        int w = 8, h = 8;
+        dc.Create(w, h, &window);
+        dc.FillRect(0, 0, 8, 8, 0x3264C8);
+        dc.AlphaBlit(nullptr, 0, 0, 0, 0, 0, 0, alpha);
+        QVERIFY(distance(window.image().pixel(3, 3), result) <= 1);
+    }
+
+    // The splash repaints only the part that changed; the parts never overlap,
+    // so a picture kept up to date part by part equals one painted whole.
+    void splashPaintsOnlyWhatChanged()
+    {
+        const int w = 460, h = 260;
+        int wk = w, hk = h;
+        cMemDC kept, whole, marked;
+        kept.Create(wk, hk);
+        whole.Create(wk, hk);
+        marked.Create(wk, hk);
+        zelSplashDraw splash;
+        splash.Paint(kept, w, h);
+        for (int line = 0; line < 5; ++line) {
+            splash.SetStatusText(u"starting the KORVA class driver .. %1"_s.arg(line));
+            splash.Paint(kept, w, h, zelSplashDraw::StatusRect(w, h));
+            splash.Advance();
+            splash.Paint(kept, w, h, zelSplashDraw::SweepRect(w));
+        }
+        splash.Paint(whole, w, h);
+        QCOMPARE(kept.Image(), whole.Image());
+
+        // A part painted alone leaves everything around it as it was.
+        marked.FillRect(0, 0, w, h, 0xC1A713);
+        const QRect status = zelSplashDraw::StatusRect(w, h);
+        splash.Paint(marked, w, h, status);
+        QCOMPARE(marked.Image().pixel(status.left(), status.top() - 1), kMarker);
+        QCOMPARE(marked.Image().pixel(status.left(), status.bottom() + 1), kMarker);
+        QCOMPARE(marked.Image().copy(status), whole.Image().copy(status));
+    }
+};
+
+QTEST_MAIN(SurfacesTest)
+#include "tst_surfaces.moc"
