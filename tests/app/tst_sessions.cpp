@@ -111,6 +111,26 @@ private Q_SLOTS:
                  "frmMain.left=1845 metrics, frmMain.top=675 metrics, show_mouse_hover=-1 options"_s);
     }
 
+    // Ending while the randomizer runs waits for it to stop, and says so.
+    void shutdownWaitsForTheRandomizer()
+    {
+        startProgram();
+        struct RandomizerStops final : Pauser
+        {
+            void Sleep(int) override {}
+            void ProcessEvents() override { g_ShuffleRunning = false; }
+        } stops;
+        SetPauser(&stops);
+        g_ShuffleRunning = true;
+        m_env->log->clear();
+        modMain::DestroySystem(0, false);
+        SetPauser(&m_env->pauser);
+        QCOMPARE(m_env->logLines().mid(0, 3),
+                 QStringList({u"suspending system destroyer until randomizer exits ../n"_s,
+                              u"randomizer exit detected, resuming system destroyer/n"_s,
+                              u"KORVA system going down on code 0/n"_s}));
+    }
+
     void newSessionKeepsStudyWindow()
     {
         startProgram();
