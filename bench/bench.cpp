@@ -347,21 +347,32 @@ double startupOnceMs(const QString &program, const QStringList &arguments, const
     return ms;
 }
 
-// The medians of the program's start-ups in the given mode and of a bare
-// window's, taken in turns so that whatever else the machine does weighs on
-// both alike.
-std::pair<double, double> startupMedians(const QString &mode, const QString &home, int runs)
+struct StartupMedians
+{
+    double program = 0;
+    double bare = 0;
+    double bareText = 0;
+};
+
+// The medians of the program's start-ups in the given mode, of a bare
+// window's and of a bare window's with one line of text, taken in turns so
+// that whatever else the machine does weighs on all alike.
+StartupMedians startupMedians(const QString &mode, const QString &home, int runs)
 {
     const QString dir = QCoreApplication::applicationDirPath();
-    std::vector<double> program, bare;
+    const QString bareWindow = dir + u"/vocabrix_bench_bare"_s;
+    std::vector<double> program, bare, bareText;
     for (int run = 0; run < runs; ++run) {
-        bare.push_back(startupOnceMs(dir + u"/vocabrix_bench_bare"_s, {}, home));
+        bare.push_back(startupOnceMs(bareWindow, {}, home));
+        bareText.push_back(startupOnceMs(bareWindow, {u"--text"_s}, home));
         program.push_back(startupOnceMs(QCoreApplication::applicationFilePath(),
                                         {u"--child"_s, mode, home}, home));
     }
-    for (auto *times : {&program, &bare})
-        std::sort(times->begin(), times->end());
-    return {program[program.size() / 2], bare[bare.size() / 2]};
+    auto median = [](std::vector<double> &times) {
+        std::sort(times.begin(), times.end());
+        return times[times.size() / 2];
+    };
+    return {median(program), median(bare), median(bareText)};
 }
 
 // A home folder whose settings file already exists, so start-up goes
@@ -400,11 +411,15 @@ void printHeading()
 void benchStartup(const QTemporaryDir &dir)
 {
     const QString home = preparedHome(dir);
-    const auto [fast, bareFast] = startupMedians(u"unpaced"_s, home, 21);
-    report(u"start-up to the chapter window, unpaced"_s, fast, bareFast,
+    const StartupMedians fast = startupMedians(u"unpaced"_s, home, 21);
+    report(u"start-up to the chapter window, unpaced"_s, fast.program, fast.bare,
            u"<= 1.5x a bare window"_s);
-    const auto [paced, barePaced] = startupMedians(u"paced"_s, home, 3);
-    report(u"start-up to the chapter window, paced"_s, paced, barePaced,
+    report(u"  a bare window with one line of text"_s, fast.bareText, fast.bare,
+           u"(what the first text costs)"_s);
+    report(u"  the chapter window against that window"_s, fast.program, fast.bareText,
+           u"(the floor for a window with text)"_s);
+    const StartupMedians paced = startupMedians(u"paced"_s, home, 3);
+    report(u"start-up to the chapter window, paced"_s, paced.program, paced.bare,
            u"(the pacing is deliberate)"_s);
 }
 

@@ -4,9 +4,12 @@
 #include <QApplication>
 #include <QGuiApplication>
 #include <QIcon>
+#include <QIconEngine>
 #include <QImageReader>
+#include <QPainter>
 #include <QPalette>
 #include <QPixmap>
+#include <QPointer>
 #include <QProxyStyle>
 #include <QStyleOption>
 #include <QWidget>
@@ -15,6 +18,83 @@ using namespace Qt::Literals::StringLiterals;
 
 namespace {
 
+// The pictures Qt's common style uses for a tool bar's overflow button, read
+// from its resources as the PNG they are. Every tool bar asks for them when it
+// is made, yet few ever overflow: reading them waits for the first paint, as
+// the image reader looks through the image plugins on its first use.
+class ExtensionArrows final : public QIconEngine
+{
+public:
+    ExtensionArrows(bool horizontal, bool rightToLeft, QStyle *fallback)
+        : m_horizontal(horizontal)
+        , m_rightToLeft(rightToLeft)
+        , m_fallback(fallback)
+    {}
+
+    void paint(QPainter *painter, const QRect &rect, QIcon::Mode mode, QIcon::State state) override
+    {
+        icon().paint(painter, rect, Qt::AlignCenter, mode, state);
+    }
+
+    QPixmap pixmap(const QSize &size, QIcon::Mode mode, QIcon::State state) override
+    {
+        return icon().pixmap(size, mode, state);
+    }
+
+    QSize actualSize(const QSize &size, QIcon::Mode mode, QIcon::State state) override
+    {
+        return icon().actualSize(size, mode, state);
+    }
+
+    QList<QSize> availableSizes(QIcon::Mode mode, QIcon::State state) override
+    {
+        return icon().availableSizes(mode, state);
+    }
+
+    QIconEngine *clone() const override
+    {
+        return new ExtensionArrows(m_horizontal, m_rightToLeft, m_fallback);
+    }
+
+    bool isNull() override { return icon().isNull(); }
+
+private:
+    // Should a Qt lack the pictures, the base style's arrow is shown.
+    const QIcon &icon()
+    {
+        if (m_read)
+            return m_icon;
+        m_read = true;
+        const QString stem = u":/qt-project.org/styles/commonstyle/images/toolbar-ext-"_s;
+        const QStringList names = m_horizontal ? QStringList {u"h-8"_s, u"h-16"_s, u"h-32"_s}
+                                               : QStringList {u"v-5"_s, u"v-10"_s, u"v-20"_s};
+        QIcon read;
+        for (QString name : names) {
+            if (m_horizontal && m_rightToLeft)
+                name.insert(1, u"-rtl"_s);
+            QImageReader reader(stem + name + u".png"_s, "png");
+            reader.setAutoDetectImageFormat(false);
+            const QImage image = reader.read();
+            if (image.isNull()) {
+                if (m_fallback)
+                    m_icon = m_fallback->standardIcon(
+                            m_horizontal ? QStyle::SP_ToolBarHorizontalExtensionButton
+                                         : QStyle::SP_ToolBarVerticalExtensionButton);
+                return m_icon;
+            }
+            read.addPixmap(QPixmap::fromImage(image));
+        }
+        m_icon = read;
+        return m_icon;
+    }
+
+    bool m_horizontal;
+    bool m_rightToLeft;
+    QPointer<QStyle> m_fallback;
+    bool m_read = false;
+    QIcon m_icon;
+};
+
 class ProgramStyle final : public QProxyStyle
 {
 public:
@@ -22,37 +102,12 @@ public:
                        const QWidget *widget) const override
     {
         if (which == SP_ToolBarHorizontalExtensionButton
-            || which == SP_ToolBarVerticalExtensionButton) {
-            const QIcon icon = extensionArrows(which == SP_ToolBarHorizontalExtensionButton,
-                                               option ? option->direction == Qt::RightToLeft
-                                                      : QGuiApplication::isRightToLeft());
-            if (!icon.isNull())
-                return icon;
-        }
+            || which == SP_ToolBarVerticalExtensionButton)
+            return QIcon(new ExtensionArrows(which == SP_ToolBarHorizontalExtensionButton,
+                                             option ? option->direction == Qt::RightToLeft
+                                                    : QGuiApplication::isRightToLeft(),
+                                             baseStyle()));
         return QProxyStyle::standardIcon(which, option, widget);
-    }
-
-private:
-    // The pictures Qt's common style uses, read as the PNG they are. Told the
-    // format and not to guess, the reader asks no plugin. Should a Qt lack
-    // them, the base style's icon is used.
-    static QIcon extensionArrows(bool horizontal, bool rightToLeft)
-    {
-        const QString stem = u":/qt-project.org/styles/commonstyle/images/toolbar-ext-"_s;
-        const QStringList names = horizontal ? QStringList {u"h-8"_s, u"h-16"_s, u"h-32"_s}
-                                             : QStringList {u"v-5"_s, u"v-10"_s, u"v-20"_s};
-        QIcon icon;
-        for (QString name : names) {
-            if (horizontal && rightToLeft)
-                name.insert(1, u"-rtl"_s);
-            QImageReader reader(stem + name + u".png"_s, "png");
-            reader.setAutoDetectImageFormat(false);
-            const QImage image = reader.read();
-            if (image.isNull())
-                return QIcon();
-            icon.addPixmap(QPixmap::fromImage(image));
-        }
-        return icon;
     }
 };
 

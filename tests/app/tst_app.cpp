@@ -2,6 +2,11 @@
 #include "programfixture.h"
 #include "windows/frmprogress.h"
 
+#include <QStyle>
+#include <QStyleOption>
+
+#include <tuple>
+
 namespace {
 
 QString programDir()
@@ -35,6 +40,23 @@ private Q_SLOTS:
         QVERIFY(QFontDatabase::families().contains(u"Tahoma"_s) || !QFont::substitutes(u"Tahoma"_s).isEmpty());
         zelCheck another;
         QCOMPARE(QAccessible::queryAccessibleInterface(&another)->role(), QAccessible::CheckBox);
+
+        // A tool bar's overflow arrows are Qt's own pictures, in each direction, read when first shown.
+        const QString stem = u":/qt-project.org/styles/commonstyle/images/toolbar-ext-"_s;
+        const QList<std::tuple<QStyle::StandardPixmap, Qt::LayoutDirection, QString>>
+                arrows {{QStyle::SP_ToolBarHorizontalExtensionButton, Qt::LeftToRight, u"h-16"_s},
+                        {QStyle::SP_ToolBarHorizontalExtensionButton, Qt::RightToLeft, u"h-rtl-16"_s},
+                        {QStyle::SP_ToolBarVerticalExtensionButton, Qt::LeftToRight, u"v-10"_s}};
+        for (const auto &[which, direction, name] : arrows) {
+            QStyleOption option;
+            option.direction = direction;
+            // Compared as the pixmap holds them: premultiplied.
+            const QImage expected =
+                    QImage(stem + name + u".png"_s).convertToFormat(QImage::Format_ARGB32_Premultiplied);
+            QVERIFY(!expected.isNull());
+            const QIcon icon = QApplication::style()->standardIcon(which, &option);
+            QCOMPARE(icon.pixmap(expected.size()).toImage().convertToFormat(expected.format()), expected);
+        }
     }
 
     void firstStart()
