@@ -78,7 +78,7 @@ dependencies() {
     local depends
     depends=$(dpkg-deb -f "$deb" Depends)
     echo "Depends: $depends"
-    for d in libqt6core6 libqt6gui6 libqt6widgets6 libqt6network6 libc6 qt6-qpa-plugins; do
+    for d in libqt6core6 libqt6gui6 libqt6widgets6 libc6 qt6-qpa-plugins; do
         grep -q "\b$d\b" <<<"$depends" || return 1
     done
     [[ "$(dpkg-deb -f "$deb" Section)" == education ]]

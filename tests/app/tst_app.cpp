@@ -343,6 +343,25 @@ private Q_SLOTS:
         QVERIFY(instanceguard::KeyFor(a).size() < 100); // fits a socket name
     }
 
+    // The key is held as Qt's own local server would hold it, until let go.
+    void instanceKeyHeldUntilReleased()
+    {
+        const QString key = u"vocabrix-test-guard-"_s + QString::number(QCoreApplication::applicationPid());
+        instanceguard::SetKey(key);
+        QVERIFY(!instanceguard::PreviousInstanceRunning());
+        QVERIFY(!instanceguard::PreviousInstanceRunning()); // this process holds it
+        QLocalServer other;
+        other.setSocketOptions(QLocalServer::AbstractNamespaceOption);
+        QVERIFY(!other.listen(key));
+        QCOMPARE(other.serverError(), QAbstractSocket::AddressInUseError);
+        instanceguard::Release();
+        QVERIFY(other.listen(key));
+        QVERIFY(instanceguard::PreviousInstanceRunning());
+        other.close();
+        QVERIFY(!instanceguard::PreviousInstanceRunning());
+        instanceguard::SetKey(u"vocabrix-test-"_s + QString::number(QCoreApplication::applicationPid()));
+    }
+
     // Chapters added and removed; one in another script, from a folder that
     // Windows-1252 cannot name, is listed by its title, remembered (the
     // settings file turns UTF-8), studied, and kept as the last session.
