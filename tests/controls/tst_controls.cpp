@@ -200,14 +200,16 @@ private Q_SLOTS:
         }
     }
 
-    // A picture follows its widget to a screen of another scale, once.
+    // A picture follows its widget to a screen of another scale, once, and keeps what it shows.
     void surfaceFollowsTheScreen()
     {
         QWidget widget;
         WidgetSurface surface(&widget);
+        surface.image().fill(Qt::red);
         surface.SetDevicePixelRatio(widget.devicePixelRatioF() + 1);
         QVERIFY(surface.FollowScreen());
         QCOMPARE(surface.devicePixelRatio(), widget.devicePixelRatioF());
+        QCOMPARE(surface.image().pixel(surface.image().width() - 1, surface.image().height() - 1), qRgb(255, 0, 0));
         QVERIFY(!surface.FollowScreen());
     }
 

@@ -174,10 +174,15 @@ private Q_SLOTS:
         QCOMPARE(dc.Image().pixel(0, 0), qRgb(255, 255, 255));
         QCOMPARE(dc.Image().pixel(9, 9), qRgb(255, 255, 255));
         QCOMPARE(dc.Image().pixel(1, 1), qRgb(0, 255, 0));
-        // Colours with the high bit set are the system's: 5 is the window colour.
+        // Colours with the high bit set are the system's: 5 is the window colour, 24 a tooltip's background, 25
+        // none (black).
         QCOMPARE(cMemDC::TranslateColor(0x12345678u), 0x345678u);
-        const QColor base = QGuiApplication::palette().color(QPalette::Base);
-        QCOMPARE(cMemDC::TranslateColor(0x80000005u), quint32(base.red() | base.green() << 8 | base.blue() << 16));
+        const QPalette palette = QGuiApplication::palette();
+        const std::pair<quint32, QColor> system[] = {{5, palette.color(QPalette::Base)},
+                                                     {24, palette.color(QPalette::ToolTipBase)},
+                                                     {25, Qt::black}};
+        for (const auto &[index, c] : system)
+            QCOMPARE(cMemDC::TranslateColor(0x80000000u | index), quint32(c.red() | c.green() << 8 | c.blue() << 16));
     }
 
     void textMeasures()

@@ -10,6 +10,7 @@
 #include "windows/frmsetup.h"
 #include "windows/frmsplash.h"
 #include "windows/frmviewer.h"
+#include "windows/qtplatform.h"
 #include "windows/screenfit.h"
 #include "windows/typedanswer.h"
 
@@ -17,6 +18,7 @@
 #include <QAbstractItemModelTester>
 #include <QAbstractSlider>
 #include <QAction>
+#include <QColorDialog>
 #include <QComboBox>
 #include <QGroupBox>
 #include <QHeaderView>
@@ -338,6 +340,10 @@ private Q_SLOTS:
         frmFind *find = frmFind::Instance();
         find->show();
         find->ts->setCurrentIndex(1);
+        // Its row where the find page's text field is, the Go button ending with that field.
+        auto in = [find](QWidget *w) { return QRect(w->mapTo(find, QPoint(0, 0)), w->size()); };
+        QCOMPARE(QPair(in(find->Text1).top(), in(find->Command3).right()),
+                 QPair(in(find->Text2).top(), in(find->Text2).right()));
         QCOMPARE(find->Label1->text(), u"(1 - 6)"_s);
         const qint16 viewsBefore = g_Deck[current].timesViewed;
         find->Text1->setText(typed);
@@ -448,7 +454,8 @@ private Q_SLOTS:
         const auto &blocks = viewer->Memory()->Blocks();
         QCOMPARE(blocks[0].address, reinterpret_cast<quintptr>(&g_Deck[0]));
         QCOMPARE(blocks[0].width, qint64(sizeof(Card)));
-        QCOMPARE(blocks[1].width, qint64(g_Deck[0].question.size() * 2));
+        QCOMPARE(std::pair(viewer->Memory()->index(1, 1).data().toLongLong(), viewer->Memory()->index(1, 2).data()),
+                 std::pair(qint64(g_Deck[0].question.size() * 2), QVariant(u"card 1 question"_s)));
         qint64 total = 0;
         QStringList colours;
         for (const MemoryListModel::Block &b : blocks) {
@@ -659,30 +666,6 @@ private Q_SLOTS:
         QCOMPARE(options->Check3->text(), u"Make cards trouble by default"_s);
     }
 
-    void resetHappensOnlyAtExit()
-    {
-        frmOptions *options = frmOptions::Instance();
-        options->Check4->click();
-        options->Check4->click(); // unchecking says nothing
-        QCOMPARE(m_env->prompter.seen(),
-                 QStringList(Box(u"Preferences"_s,
-                                 u"You will lose all custom settings if you continue with this option. If you are "
-                                 "unsure, uncheck the box before closing the Preferences dialog."_s,
-                                 MsgIcon::Information)));
-        options->Check4->click();
-        options->Command1->click();
-        FlushDeletes();
-        QVERIFY(g_DeleteMasterOnExit);
-        QVERIFY(QFileInfo::exists(m_env->path(u"sys.zel"_s))); // the program goes on normally
-        QVERIFY(frmMain::Existing()->isVisible());
-        g_Extras.SetBool(u"study.show_notes"_s, true); // the additions' settings go too
-        QVERIFY(g_Extras.Save());
-        modMain::DestroySystem(0, false);
-        FlushDeletes();
-        QVERIFY(!QFileInfo::exists(m_env->path(u"sys.zel"_s)));
-        QVERIFY(!QFileInfo::exists(ExtraSettings::Path()));
-    }
-
     void colorsCloseVersusApply()
     {
         const QByteArray before = ReadFileBytes(m_env->path(u"sys.zel"_s));
@@ -690,10 +673,21 @@ private Q_SLOTS:
         options->LV->setCurrentRow(1); // backcolor b
         QCOMPARE(options->SwatchColor(), 14570825u);
         QVERIFY(options->Command3->isEnabled());
-        m_env->prompter.colorAnswers = {0x00FF00u};
+        QtPrompter dialogs; // the real colour dialog: it offers the swatch's colour, its choice is taken
+        SetPrompter(&dialogs);
+        QColor offered;
+        QTimer::singleShot(0, [&offered] {
+            auto *dialog = qobject_cast<QColorDialog *>(QApplication::activeModalWidget());
+            QVERIFY(dialog);
+            offered = dialog->currentColor();
+            dialog->setCurrentColor(QColor(0x12, 0xFF, 0x56));
+            dialog->accept();
+        });
         options->Command3->click();
-        QCOMPARE(options->SwatchColor(), 0x00FF00u);
-        QCOMPARE(options->PreviewMetrics()->Color(u"backcolor_b"_s, 0), 0x00FF00u);
+        SetPrompter(&m_env->prompter);
+        QCOMPARE(offered, QColor(0x49, 0x55, 0xDE));
+        QCOMPARE(options->SwatchColor(), 0x56FF12u);
+        QCOMPARE(options->PreviewMetrics()->Color(u"backcolor_b"_s, 0), 0x56FF12u);
         options->Command2->click();
         FlushDeletes();
         QCOMPARE(ReadFileBytes(m_env->path(u"sys.zel"_s)), before);
@@ -744,6 +738,31 @@ private Q_SLOTS:
         QVERIFY(textIn({w - 62, h - 14, 60, 14}));          // bottom right
         QVERIFY(textIn({w / 2 - 50, h / 2 - 10, 100, 20})); // the main text
         QVERIFY(options->Timer1->isActive());
+    }
+
+    // Last: once the program has ended, a modal window of a later test would close at once.
+    void resetHappensOnlyAtExit()
+    {
+        frmOptions *options = frmOptions::Instance();
+        options->Check4->click();
+        options->Check4->click(); // unchecking says nothing
+        QCOMPARE(m_env->prompter.seen(),
+                 QStringList(Box(u"Preferences"_s,
+                                 u"You will lose all custom settings if you continue with this option. If you are "
+                                 "unsure, uncheck the box before closing the Preferences dialog."_s,
+                                 MsgIcon::Information)));
+        options->Check4->click();
+        options->Command1->click();
+        FlushDeletes();
+        QVERIFY(g_DeleteMasterOnExit);
+        QVERIFY(QFileInfo::exists(m_env->path(u"sys.zel"_s))); // the program goes on normally
+        QVERIFY(frmMain::Existing()->isVisible());
+        g_Extras.SetBool(u"study.show_notes"_s, true); // the additions' settings go too
+        QVERIFY(g_Extras.Save());
+        modMain::DestroySystem(0, false);
+        FlushDeletes();
+        QVERIFY(!QFileInfo::exists(m_env->path(u"sys.zel"_s)));
+        QVERIFY(!QFileInfo::exists(ExtraSettings::Path()));
     }
 };
 

@@ -4,6 +4,7 @@
 #include "uitestsupport.h"
 #include "windows/cardarea.h"
 #include "windows/frmprogress.h"
+#include "windows/typedanswer.h"
 
 #include <QAccessible>
 #include <QContextMenuEvent>
@@ -502,6 +503,7 @@ private Q_SLOTS:
     void shuffleShowsItsProgress()
     {
         TestEnvironment env;
+        g_Extras.SetBool(u"study.type_answer"_s, true); // the typing line goes off too
         ReversingRandom reversing(6);
         SetRandomSource(&reversing);
         StudyDeck(6);
@@ -520,8 +522,8 @@ private Q_SLOTS:
             QVERIFY(HasColour(face.copy(0, face.height() * 2 / 5, face.width(), face.height() / 5),
                               rgb(modrender::Metrics()->Color(u"main_text_forecolor"_s, 0))));
             QCOMPARE(corner(r_data::Corner::TopLeft), u"Pass 1 of 2"_s);
-            QVERIFY(!main->Check1->Enabled() && !main->Check2->Enabled() && !main->zelFlatButton1->Enabled());
-            QVERIFY(g_ShuffleRunning);
+            QVERIFY(!main->Check1->Enabled() && !main->Check2->Enabled() && !main->zelFlatButton1->Enabled()
+                    && !main->Typing->Line()->isEnabled() && g_ShuffleRunning);
             QVERIFY(SaveScreenshot(progress->grab().toImage(), u"progress.png"_s));
         };
         main->Shuffle();
@@ -562,6 +564,7 @@ private Q_SLOTS:
         QCoreApplication::sendEvent(main->zelFlatButton2, &move);
         QCOMPARE(corner(r_data::Corner::BottomLeft), u"Next Card"_s);
         QVERIFY(!main->Timer1->isActive());
+        QCOMPARE(main->zelHL1->toolTip(), u"Open the Vocabrix manual (F1)"_s); // the link's help is its tooltip
         main->Check1->HandleMouseMove(3, 3);
         QCOMPARE(corner(r_data::Corner::BottomLeft), u"Sets whether you had trouble with this card or not"_s);
         main->Check1->HandleMouseMove(-3, 3);

@@ -93,6 +93,8 @@ private Q_SLOTS:
                 << u"type:dgo Return menu:mP_u menu:mP_u"_s << u"counts=right_0_·_wrong_1"_s;
         QTest::newRow("wrong, then the note on: the line as it was")
                 << u"type:dgo Return option:study.show_notes=true"_s << wrong;
+        QTest::newRow("answer first, half typed, then the note on: the line as it was")
+                << u"set:study.first_side=answer type:de option:study.show_notes=true"_s << u"line=de"_s;
         QTest::newRow("the option off and on again: asked again")
                 << u"type:dgo Return option:study.type_answer=false option:study.type_answer=true"_s
                 << u"text=the_d[og] state=revealed line=(ro) counts=right_0_·_wrong_1 trouble=1(on)"_s;
