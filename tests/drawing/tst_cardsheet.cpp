@@ -176,15 +176,18 @@ private Q_SLOTS:
     void pagesAsDesigned_data()
     {
         QTest::addColumn<bool>("fold");
+        QTest::addColumn<int>("words"); // of the first answer
         QTest::addColumn<QString>("digest");
-        QTest::newRow("sheet") << false << u"2a2b6bdfabdeaa56"_s;
-        QTest::newRow("fold") << true << u"65789f395c3138d9"_s;
+        QTest::newRow("sheet") << false << 30 << u"2a2b6bdfabdeaa56"_s;
+        QTest::newRow("fold") << true << 30 << u"65789f395c3138d9"_s;
+        QTest::newRow("sheet, an answer cut short") << false << 900 << u"31ecb68d83bc71a7"_s;
     }
     void pagesAsDesigned()
     {
         QFETCH(bool, fold);
+        QFETCH(int, words);
         QFETCH(QString, digest);
-        CardSheet sheet = cardsheet::Select(cards(12, QStringList(30, u"Wort"_s).join(u' ')), false);
+        CardSheet sheet = cardsheet::Select(cards(12, QStringList(words, u"Wort"_s).join(u' ')), false);
         sheet.layout = fold ? PrintLayout::Fold : PrintLayout::Sheet;
         sheet.date = QDate(2026, 11, 21);
         QLocale::setDefault(QLocale(QLocale::German, QLocale::Germany)); // the date as on any machine

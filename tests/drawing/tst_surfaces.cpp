@@ -174,11 +174,12 @@ private Q_SLOTS:
         QCOMPARE(dc.Image().pixel(0, 0), qRgb(255, 255, 255));
         QCOMPARE(dc.Image().pixel(9, 9), qRgb(255, 255, 255));
         QCOMPARE(dc.Image().pixel(1, 1), qRgb(0, 255, 0));
-        // Colours with the high bit set are the system's: 5 is the window colour, 24 a tooltip's background, 25
-        // none (black).
+        // Colours with the high bit set are the system's: 0 is a scroll bar's colour, 5 the window's, 24 a
+        // tooltip's background, 25 none (black).
         QCOMPARE(cMemDC::TranslateColor(0x12345678u), 0x345678u);
         const QPalette palette = QGuiApplication::palette();
-        const std::pair<quint32, QColor> system[] = {{5, palette.color(QPalette::Base)},
+        const std::pair<quint32, QColor> system[] = {{0, palette.color(QPalette::Button)},
+                                                     {5, palette.color(QPalette::Base)},
                                                      {24, palette.color(QPalette::ToolTipBase)},
                                                      {25, Qt::black}};
         for (const auto &[index, c] : system)

@@ -265,9 +265,11 @@ private Q_SLOTS:
         const QString home = env.home();
         QDir(home).mkpath(u".config/speech-dispatcher"_s);
         QDir(home).mkpath(u"run"_s);
+        QDir(home).mkpath(u"log"_s);
         QFile(home + u"/run"_s).setPermissions(QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
         WriteFileBytes(home + u"/.config/speech-dispatcher/speechd.conf"_s,
-                       "Timeout 1\nAudioOutputMethod \"libao\"\nDefaultModule espeak-ng\n");
+                       "Timeout 1\nAudioOutputMethod \"libao\"\nDefaultModule espeak-ng\nLogLevel 5\nLogDir \""
+                               + home.toUtf8() + "/log\"\n");
         WriteFileBytes(home + u"/.libao"_s, "default_driver=null\n");
         const QByteArray runtime = qgetenv("XDG_RUNTIME_DIR");
         qputenv("XDG_RUNTIME_DIR", (home + u"/run"_s).toUtf8());
@@ -295,6 +297,8 @@ private Q_SLOTS:
             if (!speech.Unavailable().isEmpty())
                 QSKIP(qPrintable(speech.Unavailable()));
             QTRY_VERIFY_WITH_TIMEOUT(spoken.count() == 1, 30000);
+            // In the card's language: the daemon's log has what it was asked.
+            QVERIFY(ReadFileBytes(home + u"/log/speech-dispatcher.log"_s).contains("SET SELF LANGUAGE de"));
         }
         QTRY_VERIFY_WITH_TIMEOUT(!QFileInfo::exists(pidFile), 15000);
     }

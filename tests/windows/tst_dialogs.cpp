@@ -510,12 +510,14 @@ private Q_SLOTS:
         QVERIFY(m_env->logLines().contains(u" .. frmOptions renderer loaded/n"_s));
         QCOMPARE(options->LV->count(), 12);
         QVERIFY(!options->Command3->isEnabled()); // no colour to change before one is chosen
+        QVERIFY(options->Command1->y() == options->Command2->y() && options->Command1->x() > options->Command2->x());
         QCOMPARE(options->LV->item(2)->text(), u"main text shadow"_s);
         QVERIFY(options->Picture1[0]->isVisible() && !options->Picture1[1]->isVisible());
         QVERIFY(SaveScreenshot(options->grab().toImage(), u"options-colors.png"_s));
 
         QTest::mouseClick(options->ts, Qt::LeftButton, {}, options->ts->tabRect(1).center());
-        QVERIFY(!options->Picture1[0]->isVisible() && options->Picture1[1]->isVisible());
+        QVERIFY(!options->Picture1[0]->isVisible() && options->Picture1[1]->isVisible()
+                && options->Label1[0]->isVisible() && options->Label1[2]->isVisible()); // the slider's ends named
         auto click = [](QWidget *box) { QTest::mouseClick(box, Qt::LeftButton, {}, QPoint(8, box->height() / 2)); };
         click(options->Check1); // alpha off: its controls greyed
         QVERIFY(!modrender::AlphaEffects);

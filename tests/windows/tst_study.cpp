@@ -548,6 +548,13 @@ private Q_SLOTS:
                                 "Cards' feature.\r\n\r\nQuick Help\r\n==========\r\n1. Use the '<<' and '>>'"_s));
         QVERIFY(help.contains(u"\r\nReturn Key = Question/Answer Toggle\r\no = Options Dialog\r\n"_s));
         QVERIFY(help.endsWith(u"\r\na = Show About Box\r\nx = Exit Program\r\n"_s));
+        QStringList menu; // and the menu's items with their keys, a separator as "-"
+        for (const QAction *a : frmMain::Existing()->mP->actions())
+            menu << (a->isSeparator() ? u"-"_s : a->text());
+        QCOMPARE(menu.join(u'|'),
+                 u"New Session|-|Options...\tO|Find Card...\tF|View All Loaded Cards\tV|Shuffle "
+                 "Cards\tS|-|Save Progress...|Save Statistics...|-|Quick Help|About\tA|-|Exit\tX|-|"
+                 "Undo\tZ|-|Print Trouble Cards...\tP|Speak Card\tF5"_s);
         QCOMPARE(help.count(u"\r\n"_s), 24); // 22 lines and 2 empty ones
     }
 
