@@ -209,6 +209,7 @@ private Q_SLOTS:
         const auto [from, to] = marked(gold);
         QVERIFY(from > 320 * ratio && to - from < 20 * ratio);
         QVERIFY(SaveScreenshot(main->grab().toImage(), u"typed-wrong.png"_s));
+        checkLayout(main, u"typed-wrong"_s);
         for (const bool right : {true, false}) // darker marks on a light card
             for (const quint32 card : {14570825u, 0xF0F0F0u, 0x00FFFFu, 0u})
                 QVERIFY(ContrastRatio(r_renderer::MarkColour(right, card), card) >= 3);
