@@ -1,0 +1,367 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// Finding cards, jumping to one, and the viewer's lists of what was found.
+#include "dialogfixture.h"
+#include "windows/cardlistmodel.h"
+#include "windows/frmfind.h"
+#include "windows/frmviewer.h"
+
+#include <QAbstractItemModelTester>
+#include <QCheckBox>
+#include <QHeaderView>
+#include <QLabel>
+#include <QRegularExpression>
+#include <QSlider>
+#include <QStyle>
+#include <QStyleOptionViewItem>
+#include <QTabBar>
+#include <QTreeView>
+
+namespace {
+
+QList<int> listedOrdinals()
+{
+    QList<int> out;
+    CardListModel *model = frmViewer::Instance()->Cards();
+    for (int r = 0; r < model->rowCount(); ++r)
+        out << model->index(r, CardListModel::Ordinal).data().toInt();
+    return out;
+}
+
+bool isBold(int row, int column)
+{
+    return frmViewer::Instance()->Cards()->index(row, column).data(Qt::FontRole).value<QFont>().bold();
+}
+
+} // namespace
+
+class SearchTest : public QObject
+{
+    Q_OBJECT
+
+    std::unique_ptr<TestEnvironment> m_env;
+
+private Q_SLOTS:
+    void initTestCase() { InstallFontSubstitutes(); }
+
+    void init()
+    {
+        m_env = std::make_unique<TestEnvironment>();
+        startStudying(*m_env);
+    }
+
+    void cleanup()
+    {
+        UnloadAllForms();
+        frmFind::SetCrashHandler({});
+        m_env.reset();
+    }
+
+    void search_data()
+    {
+        QTest::addColumn<QString>("typed");
+        QTest::addColumn<bool>("inQuestions");
+        QTest::addColumn<bool>("inAnswers");
+        QTest::addColumn<bool>("matchCase");
+        QTest::addColumn<bool>("byReturn");     // else by the Find button
+        QTest::addColumn<QStringList>("found"); // ordinal: where it is bold
+        QTest::newRow("trimmed, any case, inside words")
+                << u"  HAUS "_s << true << true << false << false << QStringList {u"1:q"_s, u"2:q"_s, u"3:q"_s};
+        QTest::newRow("case kept") << u"Haus"_s << true << true << true << true
+                                   << QStringList {u"1:q"_s, u"2:q"_s, u"3:q"_s};
+        QTest::newRow("case kept, other case") << u"haus"_s << true << true << true << false << QStringList {};
+        QTest::newRow("case kept, part of words")
+                << u"aus"_s << true << true << true << false << QStringList {u"1:q"_s, u"2:q"_s, u"3:q"_s, u"4:q"_s};
+        QTest::newRow("answers only") << u"house"_s << false << true << false << false
+                                      << QStringList {u"1:a"_s, u"3:a"_s};
+        QTest::newRow("questions only") << u"house"_s << true << false << false << false << QStringList {};
+        QTest::newRow("both columns, listed once")
+                << u"mouse"_s << true << true << false << true << QStringList {u"4:a"_s, u"5:qa"_s};
+        QTest::newRow("neither column") << u"haus"_s << false << false << false << false << QStringList {};
+        QTest::newRow("one card") << u"GRAS"_s << true << false << false << false << QStringList {u"6:q"_s};
+    }
+    void search()
+    {
+        QFETCH(QString, typed);
+        QFETCH(bool, inQuestions);
+        QFETCH(bool, inAnswers);
+        QFETCH(bool, matchCase);
+        QFETCH(bool, byReturn);
+        QFETCH(QStringList, found);
+        frmFind *find = frmFind::Instance();
+        find->show();
+        find->Text2->setText(typed);
+        auto set = [](QCheckBox *box, bool on) {
+            if (box->isChecked() != on)
+                QTest::mouseClick(box, Qt::LeftButton, {}, QPoint(8, box->height() / 2));
+        };
+        set(find->Check1, inQuestions);
+        set(find->Check2, inAnswers);
+        set(find->Check3, matchCase);
+        m_env->log->clear();
+        if (byReturn)
+            QTest::keyClick(find->Text2, Qt::Key_Return); // Find is the default button
+        else
+            QTest::mouseClick(find->Command5, Qt::LeftButton);
+
+        QCOMPARE(find->Text2->text(), typed.trimmed()); // written back
+        QStringList listed;
+        for (int row = 0; row < frmViewer::Instance()->Cards()->rowCount(); ++row)
+            listed << u"%1:%2%3%4"_s.arg(listedOrdinals()[row])
+                              .arg(isBold(row, CardListModel::Question) ? u"q"_s : QString(),
+                                   isBold(row, CardListModel::Answer) ? u"a"_s : QString(),
+                                   isBold(row, CardListModel::Chapter) ? u"c"_s : QString());
+        QCOMPARE(listed, found);
+        QCOMPARE(frmViewer::Instance()->LoadingText(),
+                 found.size() == 1 ? u"1 card found"_s : u"%1 cards found"_s.arg(found.size()));
+        const QString caption = frmViewer::Instance()->windowTitle();
+        QVERIFY2(QRegularExpression(
+                         u"^Item Viewer - \\[found %1 items in \\d+\\.\\d{7} seconds\\]$"_s.arg(found.size()))
+                         .match(caption)
+                         .hasMatch(),
+                 qPrintable(caption));
+        QCOMPARE(m_env->logLines().size(), 1);
+        QVERIFY(QRegularExpression(u"^ \\.\\. search took \\d+\\.\\d{7} msec to find %1 hits/n$"_s.arg(found.size()))
+                        .match(m_env->logLines().first())
+                        .hasMatch());
+        if (QTest::currentDataTag() == QByteArray("both columns, listed once")) {
+            checkLayout(find, u"find-found"_s);
+            checkLayout(frmViewer::Instance(), u"viewer-found"_s);
+            QVERIFY(SaveScreenshot(find->grab().toImage(), u"find.png"_s));
+            QVERIFY(SaveScreenshot(frmViewer::Instance()->grab().toImage(), u"viewer.png"_s));
+        }
+    }
+
+    // Case is told apart, or not, in any script.
+    void searchInAnyScript_data()
+    {
+        QTest::addColumn<QString>("typed");
+        QTest::addColumn<bool>("matchCase");
+        QTest::addColumn<QList<int>>("found");
+        QTest::newRow("cyrillic, any case") << u"ЖУ"_s << false << QList<int> {1, 2};
+        QTest::newRow("cyrillic, case kept") << u"жу"_s << true << QList<int> {1};
+        QTest::newRow("greek, any case") << u"σοφ"_s << false << QList<int> {3};
+        QTest::newRow("greek final sigma") << u"οδος"_s << false << QList<int> {4};
+        QTest::newRow("japanese") << u"本"_s << false << QList<int> {5};
+    }
+    void searchInAnyScript()
+    {
+        QFETCH(QString, typed);
+        QFETCH(bool, matchCase);
+        QFETCH(QList<int>, found);
+        const std::pair<QString, QString> cards[] = {
+                {u"жук"_s, u"beetle"_s}, {u"ЖУРНАЛ"_s, u"magazine"_s}, {u"Σοφία"_s, u"wisdom"_s},
+                {u"ΟΔΟΣ"_s, u"road"_s},  {u"日本"_s, u"Japan"_s},
+        };
+        g_Deck.Resize(5);
+        for (int i = 0; i < 5; ++i) {
+            g_Deck[i].question = cards[i].first;
+            g_Deck[i].answer = cards[i].second;
+            g_Deck[i].chapter = u"Русский 1"_s;
+        }
+        frmFind *find = frmFind::Instance();
+        find->Text2->setText(typed);
+        find->Check3->setChecked(matchCase);
+        find->Search();
+        QCOMPARE(listedOrdinals(), found);
+        if (QTest::currentDataTag() == QByteArray("cyrillic, any case")) {
+            frmViewer::Instance()->show();
+            QVERIFY(SaveScreenshot(frmViewer::Instance()->grab().toImage(), u"viewer-russian.png"_s));
+        }
+    }
+
+    void everyCardForStarOrNothing_data()
+    {
+        QTest::addColumn<QString>("typed");
+        QTest::newRow("star") << u"*"_s;
+        QTest::newRow("empty") << QString();
+        QTest::newRow("blanks") << u"   "_s;
+    }
+    void everyCardForStarOrNothing()
+    {
+        QFETCH(QString, typed);
+        frmFind *find = frmFind::Instance();
+        find->Text2->setText(typed);
+        find->Search();
+        QCOMPARE(listedOrdinals(), QList<int>({1, 2, 3, 4, 5, 6, 7})); // the empty slot too
+        QCOMPARE(frmViewer::Instance()->windowTitle(), u"Item Viewer"_s);
+        QCOMPARE(frmViewer::Instance()->LoadingText(), u"6 cards"_s); // the empty slot is no card
+        frmMain::Existing()->ViewAllCards();
+        QCOMPARE(listedOrdinals().size(), 7);
+    }
+
+    void jumpToCard_data()
+    {
+        QTest::addColumn<QString>("typed");
+        QTest::addColumn<int>("current");
+        QTest::newRow("a card") << u"3"_s << 2;
+        QTest::newRow("the last") << u"6"_s << 5;
+        QTest::newRow("with blanks") << u" 4 "_s << 3;
+        QTest::newRow("not a number") << u"drei"_s << 0;
+        QTest::newRow("zero") << u"0"_s << 0;
+        QTest::newRow("past the range") << u"7"_s << 0;
+        QTest::newRow("negative") << u"-2"_s << 0;
+    }
+    void jumpToCard()
+    {
+        QFETCH(QString, typed);
+        QFETCH(int, current);
+        frmFind *find = frmFind::Instance();
+        find->show();
+        find->ts->setCurrentIndex(1);
+        // Its row where the find page's text field is, the Go button ending with that field.
+        auto in = [find](QWidget *w) { return QRect(w->mapTo(find, QPoint(0, 0)), w->size()); };
+        QCOMPARE(QPair(in(find->Text1).top(), in(find->Command3).right()),
+                 QPair(in(find->Text2).top(), in(find->Text2).right()));
+        QCOMPARE(find->Label1->text(), u"(1 - 6)"_s);
+        const qint16 viewsBefore = g_Deck[current].timesViewed;
+        find->Text1->setText(typed);
+        QTest::keyClick(find->Text1, Qt::Key_Return); // Return in the field jumps once
+        QCOMPARE(int(modrender::CurrentCard), current);
+        QCOMPARE(g_Deck[current].timesViewed, qint16(viewsBefore + (current != 0 ? 1 : 0)));
+        QTest::mouseClick(find->Command3, Qt::LeftButton);
+        QCOMPARE(int(modrender::CurrentCard), current);
+        QCOMPARE(g_Deck[current].timesViewed, qint16(viewsBefore + (current != 0 ? 2 : 0)));
+        QVERIFY(m_env->prompter.boxes.empty());
+        if (current != 0)
+            QCOMPARE(modrender::Metrics()->CornerText(r_data::Corner::TopLeft),
+                     u"showing card %1 of 6"_s.arg(current + 1));
+    }
+
+    // A click on a row shows that card as a jump (no trouble count); a click
+    // on its check box only marks the card.
+    void viewerRowClicks()
+    {
+        frmViewer *viewer = frmViewer::Instance();
+        viewer->FillItemViewer();
+        CardListModel *model = viewer->Cards();
+        auto click = [&](QPoint at) { QTest::mouseClick(viewer->LV->viewport(), Qt::LeftButton, {}, at); };
+        click(viewer->LV->visualRect(model->index(4, CardListModel::Question)).center());
+        QCOMPARE(int(modrender::CurrentCard), 4);
+        QCOMPARE(g_Deck[4].timesViewed, qint16(1));
+        QCOMPARE(modrender::Metrics()->CornerText(r_data::Corner::TopLeft), u"showing card 5 of 6"_s);
+        QCOMPARE(modrender::Metrics()->MainText(), u"Mousepad"_s);
+        QCOMPARE(model->index(4, CardListModel::TimesViewed).data().toInt(), 0); // as when the list was filled
+
+        const QModelIndex box = model->index(2, CardListModel::Ordinal);
+        QStyleOptionViewItem option;
+        option.initFrom(viewer->LV);
+        option.rect = viewer->LV->visualRect(box);
+        option.features |= QStyleOptionViewItem::HasCheckIndicator;
+        const QRect indicator =
+                viewer->LV->style()->subElementRect(QStyle::SE_ItemViewItemCheckIndicator, &option, viewer->LV);
+        click(indicator.center());
+        QVERIFY(g_Deck[2].isTrouble());
+        QCOMPARE(box.data(Qt::CheckStateRole).value<Qt::CheckState>(), Qt::Checked);
+        click(indicator.center());
+        QVERIFY(!g_Deck[2].isTrouble());
+        QCOMPARE(int(modrender::CurrentCard), 4); // still the card shown before
+        QVERIFY(!model->setData(model->index(2, CardListModel::Question), u"x"_s, Qt::EditRole));
+        // By keyboard: Space marks the current row's card, Return shows it.
+        viewer->LV->setCurrentIndex(model->index(1, CardListModel::Ordinal));
+        QTest::keyClick(viewer->LV, Qt::Key_Space);
+        QVERIFY(g_Deck[1].isTrouble());
+        QCOMPARE(int(modrender::CurrentCard), 4);
+        QTest::keyClick(viewer->LV, Qt::Key_Return);
+        QCOMPARE(int(modrender::CurrentCard), 1);
+        QCOMPARE(g_Deck[1].timesViewed, qint16(1));
+        QTest::keyClick(viewer, Qt::Key_Escape); // Escape closes it
+        QVERIFY(!forms::IsOpen(viewer));
+        FlushDeletes();
+        QVERIFY(!forms::Open().contains(nullptr)); // a deleted window leaves the collection
+    }
+
+    void rowsKeepWhatWasFound()
+    {
+        frmFind *find = frmFind::Instance();
+        find->Text2->setText(u"haus"_s);
+        find->Search();
+        const QString caption = frmViewer::Instance()->windowTitle();
+        std::reverse(g_Deck.cards().begin(), g_Deck.cards().end() - 1); // as a shuffle might
+        g_Deck[0].timesViewed = 9;
+        g_Deck[0].trouble = kCardTrue;
+        CardListModel *model = frmViewer::Instance()->Cards();
+        QCOMPARE(listedOrdinals(), QList<int>({1, 2, 3}));
+        QCOMPARE(model->index(0, CardListModel::Question).data().toString(), u"das Haus"_s);
+        QCOMPARE(model->index(1, CardListModel::Answer).data().toString(), u"homework"_s);
+        QCOMPARE(model->index(0, CardListModel::TimesViewed).data().toInt(), 1);
+        QCOMPARE(model->index(2, CardListModel::Chapter).data().toString(), u"Kapitel"_s);
+        QCOMPARE(model->index(0, CardListModel::Ordinal).data(Qt::CheckStateRole), QVariant(Qt::Unchecked));
+        QVERIFY(isBold(0, CardListModel::Question));
+        QCOMPARE(frmViewer::Instance()->windowTitle(), caption);
+    }
+
+    void modelsPassTheModelTester()
+    {
+        CardListModel cards(g_Deck);
+        QAbstractItemModelTester testCards(&cards, QAbstractItemModelTester::FailureReportingMode::QtTest);
+        cards.SetRows({cards.RowFor(0, true, false), cards.RowFor(3, false, true)});
+        cards.AddRow(cards.RowFor(5, true, true));
+        cards.setData(cards.index(1, 0), Qt::Checked, Qt::CheckStateRole);
+        cards.Clear();
+
+        MemoryListModel memory;
+        QAbstractItemModelTester testMemory(&memory, QAbstractItemModelTester::FailureReportingMode::QtTest);
+        memory.SetBlocks(CollectMemoryBlocks());
+        QVERIFY(memory.rowCount() > 7);
+    }
+
+    void memoryList()
+    {
+        QLocale::setDefault(QLocale(QLocale::English, QLocale::UnitedStates));
+        QCOMPARE(MemoryTotalText(12345), u"Total hunk memory usage: 00,012,345 bytes"_s);
+        QCOMPARE(MemoryTotalText(123456789), u"Total hunk memory usage: 123,456,789 bytes"_s);
+        frmFind *find = frmFind::Instance();
+        find->Text2->setText(u"show_mem_usage"_s);
+        find->Search();
+        frmViewer *viewer = frmViewer::Instance();
+        QCOMPARE(viewer->LV->model(), viewer->Memory());
+        QCOMPARE(viewer->Memory()->headerData(0, Qt::Horizontal, Qt::DisplayRole).toString(), u"Address"_s);
+        QCOMPARE(viewer->Memory()->headerData(1, Qt::Horizontal, Qt::DisplayRole).toString(), u"Width (bytes)"_s);
+        // The deck's records and every text are there: the first card's record
+        // at its real address.
+        const auto &blocks = viewer->Memory()->Blocks();
+        QCOMPARE(blocks[0].address, reinterpret_cast<quintptr>(&g_Deck[0]));
+        QCOMPARE(blocks[0].width, qint64(sizeof(Card)));
+        QCOMPARE(std::pair(viewer->Memory()->index(1, 1).data().toLongLong(), viewer->Memory()->index(1, 2).data()),
+                 std::pair(qint64(g_Deck[0].question.size() * 2), QVariant(u"card 1 question"_s)));
+        qint64 total = 0;
+        QStringList colours;
+        for (const MemoryListModel::Block &b : blocks) {
+            total += b.width;
+            if (b.what.startsWith(u"colour"_s))
+                colours << b.what + u' ' + QString::number(b.width);
+        }
+        QCOMPARE(viewer->LoadingText(), MemoryTotalText(total));
+        QCOMPARE(colours.mid(1, 2),
+                 QStringList({u"colour backcolor_a %1"_s.arg(sizeof(r_data::ColorEntry)),
+                              u"colour name backcolor_a 22"_s}));
+        QLocale::setDefault(QLocale::c());
+        find->Text2->setText(u"haus"_s); // the cards again
+        find->Search();
+        QCOMPARE(viewer->LV->model(), viewer->Cards());
+    }
+
+    void crashWordAsksFirst()
+    {
+        int crashes = 0;
+        frmFind::SetCrashHandler([&] { ++crashes; });
+        frmFind *find = frmFind::Instance();
+        find->Text2->setText(u"cause_mem_crash"_s);
+        m_env->prompter.answers = {MsgResult::No};
+        find->Search();
+        QCOMPARE(crashes, 0);
+        QCOMPARE(m_env->prompter.seen(),
+                 QStringList(Box(u"Vocabrix"_s,
+                                 u"Warning: this causes a very hard crash and should only be used for testing "
+                                 "purposes. Are you sure you want to continue?"_s,
+                                 MsgIcon::Exclamation, MsgButtons::YesNo)));
+        m_env->prompter.answers = {MsgResult::Yes};
+        m_env->log->clear();
+        find->Search();
+        QCOMPARE(crashes, 1);
+        QVERIFY(m_env->logLines().isEmpty()); // nothing more is written
+    }
+};
+
+QTEST_MAIN(SearchTest)
+#include "tst_search.moc"
