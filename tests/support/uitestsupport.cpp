@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "uitestsupport.h"
 
+#include "cards/shuffler.h"
+
 #include <QAbstractButton>
 #include <QAbstractItemView>
 #include <QAbstractSlider>
@@ -8,6 +10,7 @@
 #include <QHash>
 #include <QHeaderView>
 #include <QLabel>
+#include <QMenu>
 #include <QTabBar>
 #include <QToolButton>
 
@@ -32,6 +35,17 @@ void UnloadAllForms()
         forms::Unload(form);
     modrender::ReleaseRendering();
     FlushDeletes();
+}
+
+void ResetStudyWindow()
+{
+    if (frmMain *main = frmMain::Existing())
+        main->mP->hide();
+    UnloadAllForms();
+    SetMainRenderer(nullptr);
+    SetRandomSource(nullptr);
+    modrender::SetSideCoin(nullptr);
+    qunsetenv("BROWSER");
 }
 
 void StudyDeck(const std::vector<std::pair<QString, QString>> &cards, const QList<int> &trouble)

@@ -37,6 +37,10 @@
 void FlushDeletes();
 // Unloads every window and drops the study window's renderer.
 void UnloadAllForms();
+// Ends a test of the study window: its menu closed, every window unloaded,
+// and the renderer, random source, side coin and browser a test may have set
+// back to the program's own.
+void ResetStudyWindow();
 // A deck of these (question, answer) cards from the chapter "Kapitel", the
 // given indices marked as trouble cards, on show in the study window.
 void StudyDeck(const std::vector<std::pair<QString, QString>> &cards, const QList<int> &trouble = {});

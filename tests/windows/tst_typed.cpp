@@ -62,12 +62,7 @@ class TypedTest : public QObject
 
 private Q_SLOTS:
     void initTestCase() { InstallFontSubstitutes(); }
-    void cleanup()
-    {
-        UnloadAllForms();
-        SetMainRenderer(nullptr);
-        qunsetenv("BROWSER");
-    }
+    void cleanup() { ResetStudyWindow(); }
 
     // Steps: "type:TEXT", a key sequence, "menu:ACTION", "click:CONTROL",
     // "wait" (the right answer's moment), "option:KEY=VALUE" changed on the

@@ -1,0 +1,282 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// The study window as a person sees, hears about and reads it.
+#include "core/extrasettings.h"
+#include "uitestsupport.h"
+#include "windows/cardarea.h"
+
+#include <QAccessible>
+#include <QMenu>
+#include <QMouseEvent>
+
+using namespace Qt::Literals::StringLiterals;
+
+namespace {
+
+// The contrast ratio of two colours as people see them (1 to 21).
+double contrast(QRgb a, QRgb b)
+{
+    auto lum = [](QRgb c) {
+        auto lin = [](int v) {
+            const double s = v / 255.0;
+            return s <= 0.03928 ? s / 12.92 : std::pow((s + 0.055) / 1.055, 2.4);
+        };
+        return 0.2126 * lin(qRed(c)) + 0.7152 * lin(qGreen(c)) + 0.0722 * lin(qBlue(c));
+    };
+    const double la = lum(a), lb = lum(b);
+    return (qMax(la, lb) + 0.05) / (qMin(la, lb) + 0.05);
+}
+
+// How far the clearest pixel of a control stands out from its background
+// (the colour most of it has).
+double legibility(QWidget *control)
+{
+    const QImage img = control->grab().toImage();
+    QHash<QRgb, int> counts;
+    for (int y = 0; y < img.height(); ++y)
+        for (int x = 0; x < img.width(); ++x)
+            ++counts[img.pixel(x, y)];
+    QRgb background = 0;
+    for (auto it = counts.cbegin(); it != counts.cend(); ++it)
+        if (it.value() > counts.value(background))
+            background = it.key();
+    double best = 1;
+    for (auto it = counts.cbegin(); it != counts.cend(); ++it)
+        best = qMax(best, contrast(it.key(), background));
+    return best;
+}
+
+} // namespace
+
+class StudyWindowTest : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void initTestCase() { InstallFontSubstitutes(); }
+    void cleanup() { ResetStudyWindow(); }
+
+    // Screen readers read the card face: its main text, the side on show and
+    // where the card stands.
+    void cardIsReadableByAssistiveTools()
+    {
+        TestEnvironment env;
+        StudyDeck({{u"der Hund"_s, u"the dog"_s}, {u"die Katze"_s, u"the cat"_s}});
+        QAccessibleInterface *face = QAccessible::queryAccessibleInterface(frmMain::Existing()->Card);
+        QVERIFY(face);
+        QCOMPARE(face->text(QAccessible::Name), u"Card"_s);
+        modrender::ShowFirstCard();
+        const QString first = u"der Hund (question side), showing card 1 of 2, from 'Kapitel'"_s;
+        QCOMPARE(face->text(QAccessible::Value), first);
+        modrender::ToggleAnswer();
+        QCOMPARE(face->text(QAccessible::Value), u"the dog (answer side), showing card 1 of 2, from 'Kapitel'"_s);
+        modrender::NextCard();
+        const QString second = u"die Katze (question side), showing card 2 of 2, from 'Kapitel'"_s;
+        QCOMPARE(face->text(QAccessible::Value), second);
+        // Answers first, with notes: the side on show, and the note under it.
+        g_Extras.SetString(u"study.first_side"_s, u"answer"_s);
+        g_Extras.SetString(u"study.show_notes"_s, u"true"_s);
+        g_Deck[0].note = u"m."_s;
+        modrender::PreviousCard();
+        QCOMPARE(face->text(QAccessible::Value),
+                 u"the dog (answer side), showing card 1 of 2, from 'Kapitel', note: m."_s);
+        QCOMPARE(frmMain::Existing()->Card->geometry(), QRect(0, 0, 640, 420));
+        // Clicks go through it to the window.
+        QVERIFY(frmMain::Existing()->Card->testAttribute(Qt::WA_TransparentForMouseEvents));
+    }
+
+    // The caption check agrees with the card itself: a caption that fits
+    // leaves a gap to the longest help line, one that does not runs into it.
+    void chapterCaptionFitsBesideTheHelpLine_data()
+    {
+        QTest::addColumn<QString>("chapter");
+        QTest::addColumn<bool>("fits");
+        QTest::newRow("example chapter") << u"German 3: Travel and Getting Around"_s << true;
+        QTest::newRow("far too long") << QString(70, u'W') << false;
+    }
+    void chapterCaptionFitsBesideTheHelpLine()
+    {
+        QFETCH(QString, chapter);
+        QFETCH(bool, fits);
+        QCOMPARE(modrender::ChapterCaptionFits(chapter), fits);
+        TestEnvironment env;
+        StudyDeck({{u"a"_s, u"b"_s}, {u"c"_s, u"d"_s}});
+        g_Deck[0].chapter = chapter;
+        modrender::ShowFirstCard();
+        r_data *metrics = modrender::Metrics();
+        metrics->SetColor(u"backcolor_a"_s, 0);
+        metrics->SetColor(u"backcolor_b"_s, 0);
+        metrics->SetColor(u"bl_text_forecolor"_s, 0x0000FF); // red help line
+        metrics->SetColor(u"br_text_forecolor"_s, 0xFF0000); // blue caption
+        QString longest;
+        for (const QString &line : frmMain::HoverHelpTexts())
+            if (r_renderer::CornerTextWidth(line) > r_renderer::CornerTextWidth(longest))
+                longest = line;
+        metrics->SetCornerText(r_data::Corner::BottomLeft, longest);
+        modrender::Renderer()->Draw(true);
+        const QImage &face = modrender::Renderer()->Surface()->Image();
+        int helpRight = -1, captionLeft = face.width();
+        for (int y = face.height() * 3 / 4; y < face.height(); ++y)
+            for (int x = 0; x < face.width(); ++x) {
+                const QRgb p = face.pixel(x, y);
+                if (qRed(p) > 128 && qBlue(p) < 64)
+                    helpRight = qMax(helpRight, x);
+                if (qBlue(p) > 128 && qRed(p) < 64)
+                    captionLeft = qMin(captionLeft, x);
+            }
+        QVERIFY(helpRight >= 0 && captionLeft < face.width());
+        QCOMPARE(captionLeft > helpRight, fits);
+    }
+
+    void quickHelpText()
+    {
+        TestEnvironment env;
+        StudyDeck(2);
+        frmMain::Existing()->mP_qh->trigger();
+        QCOMPARE(env.prompter.boxes[0].icon, MsgIcon::Information);
+        const QString help = env.prompter.boxes[0].text;
+        QVERIFY(help.startsWith(u"Introduction\r\n============\r\nThis program is a flash card system designed "
+                                "primarily for studying vocabulary. It supports double-sided 'cards' with the "
+                                "vocabulary word on one side and the definition and/or translation on the other "
+                                "side. The card deck can also be shuffled quickly and easily using the 'Shuffle "
+                                "Cards' feature.\r\n\r\nQuick Help\r\n==========\r\n1. Use the '<<' and '>>'"_s));
+        QVERIFY(help.contains(u"\r\nReturn Key = Question/Answer Toggle\r\no = Options Dialog\r\n"_s));
+        QVERIFY(help.endsWith(u"\r\na = Show About Box\r\nx = Exit Program\r\n"_s));
+        QCOMPARE(help.count(u"\r\n"_s), 24); // 22 lines and 2 empty ones
+    }
+
+    void hoverHelp()
+    {
+        TestEnvironment env;
+        g_ShowMouseHover = true;
+        StudyDeck(4);
+        frmMain *main = frmMain::Existing();
+        const QString idle = u"Roll mouse over controls to see descriptions"_s;
+        // A real move event (QTest::mouseMove goes astray on a scaled screen).
+        QMouseEvent move(QEvent::MouseMove, QPointF(3, 3), main->zelFlatButton2->mapToGlobal(QPointF(3, 3)),
+                         Qt::NoButton, Qt::NoButton, Qt::NoModifier);
+        QCoreApplication::sendEvent(main->zelFlatButton2, &move);
+        QCOMPARE(modrender::Metrics()->CornerText(r_data::Corner::BottomLeft), u"Next Card"_s);
+        QVERIFY(!main->Timer1->isActive());
+        QCOMPARE(main->zelHL1->toolTip(), u"Open the Vocabrix manual (F1)"_s); // the link's help is its tooltip
+        main->Check1->HandleMouseMove(3, 3);
+        QCOMPARE(modrender::Metrics()->CornerText(r_data::Corner::BottomLeft),
+                 u"Sets whether you had trouble with this card or not"_s);
+        main->Check1->HandleMouseMove(-3, 3);
+        QVERIFY(main->Timer1->isActive());
+        QCOMPARE(main->Timer1->interval(), 2000);
+        main->Timer1->setInterval(1);
+        QTRY_COMPARE(modrender::Metrics()->CornerText(r_data::Corner::BottomLeft), idle);
+        QVERIFY(main->Timer1->isActive()); // it keeps ticking
+
+        // Leaving a control right after a click on it starts the timer too.
+        main->zelFlatButton3->HandleMouseMove(3, 3);
+        QVERIFY(!main->Timer1->isActive());
+        QTest::mouseClick(main->zelFlatButton3, Qt::LeftButton, {}, QPoint(3, 3));
+        QEvent leave(QEvent::Leave);
+        QCoreApplication::sendEvent(main->zelFlatButton3, &leave);
+        QVERIFY(main->Timer1->isActive());
+        main->Timer1->setInterval(1);
+        QTRY_COMPARE(modrender::Metrics()->CornerText(r_data::Corner::BottomLeft), idle);
+
+        g_ShowMouseHover = false; // no help, and the ticks leave the line alone
+        main->zelFlatButton4->HandleMouseMove(3, 3);
+        QCOMPARE(modrender::Metrics()->CornerText(r_data::Corner::BottomLeft), idle);
+        modrender::Metrics()->SetCornerText(r_data::Corner::BottomLeft, u"x"_s);
+        QTest::qWait(20);
+        QCOMPARE(modrender::Metrics()->CornerText(r_data::Corner::BottomLeft), u"x"_s);
+    }
+
+    // The study window as a person sees it: the card, its separator row, and
+    // the controls on the strip below.
+    void composedWindow()
+    {
+        TestEnvironment env;
+        StudyDeck(37, {2});
+        modrender::CurrentCard = 2;
+        modrender::ShowCurrentCard();
+        frmMain *main = frmMain::Existing();
+        const QImage shot = main->grab().toImage();
+        // Logical positions at whatever scale the screen has.
+        const qreal ratio = shot.devicePixelRatio();
+        auto at = [&shot, ratio](int x, int y) { return shot.pixel(int(x * ratio), int(y * ratio)); };
+        QCOMPARE(shot.size(), DeviceSize(QSize(640, 480), ratio));
+        QVERIFY(distance(at(320, 200), rgb(14570825)) <= 2); // the card's centre
+        // The separator 60 rows above the bottom runs opposite to the card.
+        QVERIFY(distance(at(1, 420), rgb(14570825)) <= 8);
+        QVERIFY(distance(at(318, 420), rgb(0)) <= 8);
+        QVERIFY(distance(at(1, 419), rgb(0)) <= 8);
+        QCOMPARE(at(300, 476), rgb(0)); // the strip below it
+        checkLayout(main, u"study-trouble-card"_s);
+        QCOMPARE(at(550, 429), rgb(0xFFFFFF)); // the button's border
+        QVERIFY(SaveScreenshot(shot, u"study-window.png"_s));
+    }
+
+    void controlsStayLegible_data()
+    {
+        QTest::addColumn<quint32>("backA");
+        QTest::addColumn<quint32>("backB");
+        QTest::addColumn<quint32>("text");
+        QTest::addColumn<bool>("kept"); // the card's text colour is readable on the strip
+        QTest::newRow("the default blue") << 0u << 14570825u << 0xFFFFFFu << true;
+        QTest::newRow("light card, dark text") << 0u << 0xF0F0F0u << 0u << false;
+        QTest::newRow("white everywhere, black text") << 0xFFFFFFu << 0xFFFFFFu << 0u << true;
+        QTest::newRow("white everywhere, white text") << 0xFFFFFFu << 0xFFFFFFu << 0xFFFFFFu << false;
+        QTest::newRow("grey on grey") << 0x777777u << 0x888888u << 0x808080u << false;
+        QTest::newRow("navy, yellow text") << 0x400000u << 0x800000u << 0x00FFFFu << true;
+        QTest::newRow("yellow edges, white text") << 0x00FFFFu << 0x0000FFu << 0xFFFFFFu << false;
+        QTest::newRow("system colours") << 0x80000005u << 0x8000000Fu << 0x80000008u << true;
+    }
+    void controlsStayLegible()
+    {
+        QFETCH(quint32, backA);
+        QFETCH(quint32, backB);
+        QFETCH(quint32, text);
+        QFETCH(bool, kept);
+        TestEnvironment env;
+        StudyDeck(3);
+        frmMain *main = frmMain::Existing();
+        modrender::Metrics()->SetColor(u"backcolor_a"_s, backA);
+        modrender::Metrics()->SetColor(u"backcolor_b"_s, backB);
+        modrender::Metrics()->SetColor(u"main_text_forecolor"_s, text);
+        modrender::ApplySchemeToMainWindow();
+        QCOMPARE(main->zelFlatButton2->Forecolor() == cMemDC::TranslateColor(text), kept);
+        QCOMPARE(main->Check1->Forecolor() == cMemDC::TranslateColor(text), kept);
+        const QList<zelControl *> controls {main->Check1,         main->Check2,         main->zelFlatButton1,
+                                            main->zelFlatButton2, main->zelFlatButton3, main->zelFlatButton4,
+                                            main->zelHL1};
+        for (zelControl *c : controls) {
+            QVERIFY2(legibility(c) >= 4.5, qPrintable(c->objectName()));
+            c->HandleMouseMove(3, 3);
+            QVERIFY2(legibility(c) >= 4.5, qPrintable(c->objectName() + u" under the mouse"_s));
+            c->HandleMouseMove(-3, -3);
+        }
+        main->EnableStudyControls(false);
+        for (zelControl *c : controls)
+            QVERIFY2(legibility(c) >= 1.5, qPrintable(c->objectName() + u" disabled"_s));
+    }
+
+    void alphaOptions()
+    {
+        TestEnvironment env;
+        g_MasterDb = std::make_unique<ikorvalite>();
+        QVERIFY(g_MasterDb->Mount(env.path(u"sys.zel"_s), false));
+        env.log->clear();
+        modrender::LoadAlphaOptions();
+        QCOMPARE(env.logLines(), QStringList(u" .. alpha enabled in program: No using level of 90/n"_s));
+        QCOMPARE(env.log->lines[0].level, kLogProgress);
+        g_MasterDb->SetValue(u"alpha_effects"_s, QString(), -1, u"alpha_transparency"_s);
+        g_MasterDb->SetValue(u"alpha_level"_s, QString(), 200, u"alpha_transparency"_s);
+        modrender::LoadAlphaOptions();
+        QCOMPARE(env.logLines().last(), u" .. alpha enabled in program: Yes using level of 200/n"_s);
+        QVERIFY(modrender::AlphaEffects);
+        modrender::AlphaLevel = 17;
+        modrender::AlphaEffects = false;
+        modrender::SaveAlphaOptions();
+        QCOMPARE(g_MasterDb->GetNumber(u"alpha_level"_s, 0).value, 17);
+        QCOMPARE(g_MasterDb->GetNumber(u"alpha_effects"_s, 5).value, 0);
+        QCOMPARE(g_MasterDb->GetNote(u"alpha_effects"_s), u"alpha_transparency"_s);
+    }
+};
+
+QTEST_MAIN(StudyWindowTest)
+#include "tst_studywindow.moc"
