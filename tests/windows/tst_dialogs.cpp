@@ -304,9 +304,11 @@ private Q_SLOTS:
         QtPrompter dialogs; // the real colour dialog: it offers the swatch's colour, its choice is taken
         SetPrompter(&dialogs);
         QColor offered;
-        QTimer::singleShot(0, [&offered] {
+        bool buttonOff = false; // no second dialog from behind the first
+        QTimer::singleShot(0, [&offered, &buttonOff, options] {
             auto *dialog = qobject_cast<QColorDialog *>(QApplication::activeModalWidget());
             QVERIFY(dialog);
+            buttonOff = !options->Command3->isEnabled();
             offered = dialog->currentColor();
             dialog->setCurrentColor(QColor(0x12, 0xFF, 0x56));
             dialog->accept();
@@ -314,6 +316,7 @@ private Q_SLOTS:
         options->Command3->click();
         SetPrompter(&m_env->prompter);
         QCOMPARE(offered, QColor(0x49, 0x55, 0xDE));
+        QVERIFY(buttonOff && options->Command3->isEnabled());
         QCOMPARE(options->SwatchColor(), 0x56FF12u);
         QCOMPARE(options->PreviewMetrics()->Color(u"backcolor_b"_s, 0), 0x56FF12u);
         options->Command2->click();
@@ -373,12 +376,13 @@ private Q_SLOTS:
     {
         frmOptions *options = frmOptions::Instance();
         options->Check4->click();
+        const QStringList warned(Box(u"Preferences"_s,
+                                     u"You will lose all custom settings if you continue with this option. If you "
+                                     "are unsure, uncheck the box before closing the Preferences dialog."_s,
+                                     MsgIcon::Information));
+        QCOMPARE(m_env->prompter.seen(), warned);
         options->Check4->click(); // unchecking says nothing
-        QCOMPARE(m_env->prompter.seen(),
-                 QStringList(Box(u"Preferences"_s,
-                                 u"You will lose all custom settings if you continue with this option. If you are "
-                                 "unsure, uncheck the box before closing the Preferences dialog."_s,
-                                 MsgIcon::Information)));
+        QCOMPARE(m_env->prompter.seen(), warned);
         options->Check4->click();
         options->Command1->click();
         FlushDeletes();

@@ -332,6 +332,9 @@ private Q_SLOTS:
                 colours << b.what + u' ' + QString::number(b.width);
         }
         QCOMPARE(viewer->LoadingText(), MemoryTotalText(total));
+        const QAbstractItemView *list = viewer->LV;
+        for (int column : {0, 1}) // addresses and widths in full
+            QVERIFY(viewer->LV->columnWidth(column) >= list->sizeHintForColumn(column));
         QCOMPARE(colours.mid(1, 2),
                  QStringList({u"colour backcolor_a %1"_s.arg(sizeof(r_data::ColorEntry)),
                               u"colour name backcolor_a 22"_s}));
