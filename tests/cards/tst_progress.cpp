@@ -1,0 +1,281 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "cards/progressfile.h"
+#include "cards/statistics.h"
+#include "deckfixture.h"
+
+#include <QLocale>
+#include <QtEndian>
+
+#include <optional>
+
+namespace {
+
+// One card of a progress file, and the empty slot that ends every file.
+QByteArray cardBytes(const QByteArray &question, const QByteArray &answer, const QByteArray &note,
+                     const QByteArray &spare, qint16 trouble, qint16 times, const QByteArray &chapter)
+{
+    return bytes::text(question) + bytes::text(answer) + bytes::text(note) + bytes::text(spare) + bytes::i16(trouble)
+            + bytes::i16(times) + bytes::text(chapter);
+}
+const QByteArray kEmptySlot = cardBytes({}, {}, {}, {}, 0, 0, {});
+
+// A reader of progress files that knows only the Windows-1252 layout, as its
+// rules read: a signed 16-bit count, then count + 1 records of 8-bit texts.
+// Returns the questions, or nothing when it refuses the file.
+std::optional<QStringList> classicProgressReader(const QByteArray &file)
+{
+    qsizetype at = 0;
+    auto take = [&](qsizetype n) {
+        const QByteArray field = at + n <= file.size() ? file.mid(at, n) : QByteArray();
+        at += n;
+        return field;
+    };
+    auto number = [&] { return qFromLittleEndian<qint16>(take(2).leftJustified(2, '\0').constData()); };
+    auto text = [&] { return QString::fromLatin1(take(quint16(number()))); };
+    const qint16 count = number();
+    if (count < 0)
+        return std::nullopt;
+    QStringList questions;
+    for (int i = 0; i <= count; ++i) {
+        questions << text();
+        text(), text(), text(), number(), number(), text();
+    }
+    if (at > file.size())
+        return std::nullopt;
+    return questions;
+}
+
+} // namespace
+
+class ProgressTest : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void saveProgressWritesExactBytes()
+    {
+        TestEnvironment env;
+        g_Deck.Resize(3);
+        g_Deck[0] = {u"Tür"_s, u"door"_s, u"f"_s, QString(), kCardTrue, 3, u"Haus"_s};
+        g_Deck[1] = {u"b"_s, u"bb"_s, QString(), u"sp"_s, kCardFalse, 0, u"Haus"_s};
+        g_Deck[2] = {u"c"_s, u"cc"_s, QString(), QString(), kCardTrue, 32767, u"Zoo"_s};
+        const QStringList saved = deckRows();
+        env.prompter.fileAnswers = {env.path(u"progress"_s)};
+        SaveProgress();
+
+        const QByteArray expected = bytes::i16(3) + cardBytes("T\xFCr", "door", "f", {}, -1, 3, "Haus")
+                + cardBytes("b", "bb", {}, "sp", 0, 0, "Haus") + cardBytes("c", "cc", {}, {}, -1, 32767, "Zoo")
+                + kEmptySlot;
+        QCOMPARE(ReadFileBytes(env.path(u"progress.vxs"_s)), expected);
+        QCOMPARE(env.logLines(), QStringList({u"Writing progress to disk/n"_s, u" .. wrote 3 nodes to disk/n"_s}));
+        const FileDialogRequest &save = env.prompter.fileDialogs[0];
+        QCOMPARE(QStringList({save.title, save.filter, save.defaultExt}),
+                 QStringList({u"Save As"_s, u"Vocabrix Save File (*.vxs)"_s, u"vxs"_s}));
+
+        // Loading it back replaces the deck in the saved order; what follows
+        // the last card is not read.
+        WriteFileBytes(env.path(u"progress.vxs"_s), expected + bytes::i16(0) + "more");
+        fillDeck(6);
+        env.log->clear();
+        env.prompter.fileAnswers = {env.path(u"progress.vxs"_s)};
+        QVERIFY(modMain::LoadProgress());
+        QCOMPARE(deckRows(), saved);
+        QCOMPARE(env.logLines(),
+                 QStringList({u"Reading saved progress from file/n"_s, u"Entering FlushToZero mode/n"_s,
+                              u" .. flushing 40 bytes of data/n"_s, u"All dynamic data flushed/n"_s,
+                              u" .. read 3 of 3 nodes from disk/n"_s}));
+        QCOMPARE(env.prompter.fileDialogs[1].title, u"Open File"_s);
+        QCOMPARE(env.prompter.fileDialogs[1].kind, FileDialogKind::Open);
+    }
+
+    void saveProgressCancelledOrRefused()
+    {
+        TestEnvironment env;
+        fillDeck(2);
+        SaveProgress(); // cancelled: nothing but the first line
+        QCOMPARE(env.logLines(), QStringList(u"Writing progress to disk/n"_s));
+
+        const QString target = env.path(u"keep.vxs"_s);
+        WriteFileBytes(target, "old progress");
+        g_Deck[1].chapter = QString(70000, u'x'); // longer than a text field
+        env.prompter.fileAnswers = {target};
+        SaveProgress();
+        QCOMPARE(
+                env.prompter.seen(),
+                QStringList(Box(
+                        u"Progress Not Saved"_s,
+                        u"The progress file '"_s + target
+                                + u"' couldn't be written: card 2 ('q1'): a text of 70000 bytes is longer than the 65,535 "
+                                  "bytes a text field holds. Nothing was changed on disk."_s,
+                        MsgIcon::Exclamation)));
+        QCOMPARE(ReadFileBytes(target), QByteArray("old progress"));
+    }
+
+    // A deck that Windows-1252 holds is written as always; any other in UTF-8
+    // behind a marker that a reader of the old layout refuses.
+    void progressInBothLayouts_data()
+    {
+        QTest::addColumn<QString>("question");
+        QTest::addColumn<QString>("chapter");
+        QTest::addColumn<QByteArray>("file");
+        const QByteArray utf8 = bytes::i16(-32768) + bytes::text("utf-8") + bytes::i16(1);
+        auto card = [](const QByteArray &question, const QByteArray &chapter) {
+            return cardBytes(question, "a", {}, {}, -1, 2, chapter) + kEmptySlot;
+        };
+        QTest::newRow("windows-1252") << u"Tür"_s << u"Haus €"_s << bytes::i16(1) + card("T\xFCr", "Haus \x80");
+        QTest::newRow("utf-8 for a Cyrillic question")
+                << u"жук"_s << u"Tür"_s << utf8 + card("\xD0\xB6\xD1\x83\xD0\xBA", "T\xC3\xBCr");
+        QTest::newRow("utf-8 for a Greek chapter name")
+                << u"a"_s << u"Λέξεις"_s << utf8 + card("a", "\xCE\x9B\xCE\xAD\xCE\xBE\xCE\xB5\xCE\xB9\xCF\x82");
+    }
+    void progressInBothLayouts()
+    {
+        QFETCH(QString, question);
+        QFETCH(QString, chapter);
+        QFETCH(QByteArray, file);
+        Deck deck;
+        deck.Resize(1);
+        deck[0] = {question, u"a"_s, {}, {}, kCardTrue, 2, chapter};
+        QByteArray written;
+        QString error;
+        QVERIFY2(WriteProgressImage(deck, written, &error), qPrintable(error));
+        QCOMPARE(written, file);
+
+        std::vector<Card> read;
+        korva::Encoding layout = korva::Encoding::Cp1252;
+        qsizetype used = 0;
+        QVERIFY(ReadProgressImage(file + "more", read, &error, &used, &layout));
+        QCOMPARE(used, file.size());
+        QCOMPARE(read.size(), size_t(2));
+        QCOMPARE(QStringList({read[0].question, read[0].chapter, QString::number(read[0].timesViewed)}),
+                 QStringList({question, chapter, u"2"_s}));
+        const bool utf8 = layout == korva::Encoding::Utf8;
+        QCOMPARE(utf8, QTest::currentDataTag() != QByteArray("windows-1252"));
+        const std::optional<QStringList> classic = classicProgressReader(file);
+        QCOMPARE(classic.has_value(), !utf8);
+        if (classic)
+            QCOMPARE(*classic, QStringList({question, QString()}));
+    }
+
+    void loadProgress_data()
+    {
+        QTest::addColumn<QString>("name");       // empty: the dialog is cancelled
+        QTest::addColumn<QByteArray>("content"); // null: no such file
+        QTest::addColumn<QString>("box");        // the box, or its title
+        const QByteArray good = bytes::i16(1) + cardBytes("q", "a", {}, {}, 0, 1, "c") + kEmptySlot;
+        const QString incompatible = Box(u"Incompatible File Detected"_s,
+                                         u"This program cannot open this type of file"_s, MsgIcon::Information);
+        const QString damaged = u"Damaged Progress File"_s;
+        QTest::newRow("cancelled") << QString() << QByteArray() << QString();
+        QTest::newRow("no such file") << u"gone.vxs"_s << QByteArray() << QString();
+        QTest::newRow("upper-case extension") << u"p.VXS"_s << good << incompatible;
+        QTest::newRow("other extension") << u"p.zel"_s << good << incompatible;
+        QTest::newRow("truncated") << u"p.vxs"_s << good.left(good.size() - 3) << damaged;
+        QTest::newRow("negative count") << u"p.vxs"_s << bytes::i16(-2) << damaged;
+        QTest::newRow("empty") << u"p.vxs"_s << QByteArray("") << damaged;
+        QTest::newRow("huge claimed count") << u"p.vxs"_s << bytes::i16(32767) + QByteArray(10, '\0') << damaged;
+    }
+    void loadProgress()
+    {
+        QFETCH(QString, name);
+        QFETCH(QByteArray, content);
+        QFETCH(QString, box);
+        TestEnvironment env;
+        fillDeck(4);
+        const QStringList before = deckRows();
+        if (!content.isNull())
+            WriteFileBytes(env.path(name), content);
+        if (!name.isEmpty())
+            env.prompter.fileAnswers = {env.path(name)};
+        QVERIFY(!modMain::LoadProgress());
+        QCOMPARE(box.contains(u" | "_s) ? env.prompter.seen() : env.prompter.boxTitles(),
+                 box.isEmpty() ? QStringList() : QStringList(box));
+        QCOMPARE(deckRows(), before);
+    }
+
+    // The report's table from its column headers on. Each column is as wide
+    // as its longest text (card 0 left out) plus four, at least as wide as
+    // its header, in the columns the text takes on screen.
+    void statistics_data()
+    {
+        QTest::addColumn<QStringList>("deck"); // "question|answer|trouble|times|chapter" from card 0
+        QTest::addColumn<QStringList>("table");
+        QTest::newRow("widths from the longest texts")
+                << QStringList({u"a question left out of the widths|x|-1|9|Z"_s, u"die Katze|cat|-1|2|Tiere"_s,
+                                u"das Nilpferd|hippopotamus|0|0|Tiere"_s,
+                                u"der Elefant mit Rüssel|elephant|0|12|Zoo"_s})
+                << QStringList(
+                           {u" == QUESTION ==            == ANSWER ==    == TROUBLE? ==  == TIMES VIEWED ==  == "
+                            "CHAPTER == "_s,
+                            u"die Katze                 cat                    YES                2          Tiere"_s,
+                            u"das Nilpferd              hippopotamus           NO                 0          Tiere"_s,
+                            u"der Elefant mit Rüssel    elephant               NO                 12          Zoo"_s,
+                            // The empty slot ends the table.
+                            QString(26 + 16, u' ') + u"       NO                 0          "_s, QString()});
+        QTest::newRow("short columns keep their headers")
+                << QStringList({u"||0|0|"_s, u"ja|yes|0|1|K"_s})
+                << QStringList({u" == QUESTION ==  == ANSWER ==  == TROUBLE? ==  == TIMES VIEWED ==  == CHAPTER == "_s,
+                                u"ja              yes                  NO                 1          K"_s,
+                                QString(16 + 14, u' ') + u"       NO                 0          "_s, QString()});
+        QTest::newRow("aligned in any script")
+                << QStringList({u"||0|0|"_s, u"日本語の言葉|Japanese word|0|0|J"_s, u"Жук|beetle|0|0|R"_s})
+                << QStringList({u" == QUESTION ==  == ANSWER ==     == TROUBLE? ==  == TIMES VIEWED ==  == "
+                                "CHAPTER == "_s,
+                                u"日本語の言葉    Japanese word           NO                 0          J"_s,
+                                u"Жук             beetle                  NO                 0          R"_s,
+                                QString(16 + 17, u' ') + u"       NO                 0          "_s, QString()});
+    }
+    void statistics()
+    {
+        QFETCH(QStringList, deck);
+        QFETCH(QStringList, table);
+        QLocale::setDefault(QLocale(QLocale::English, QLocale::UnitedStates));
+        Deck cards;
+        cards.Resize(int(deck.size()));
+        for (int i = 0; i < deck.size(); ++i) {
+            const QStringList f = deck[i].split(u'|');
+            cards[i] = {f[0], f[1], {}, {}, qint16(f[2].toInt()), qint16(f[3].toInt()), f[4]};
+        }
+        QCOMPARE(StatisticsReport(cards, QDate(2026, 11, 21)).split(u'\n'),
+                 QStringList({u"VOCABRIX STATISTICS FILE"_s, u"Automatically generated on 11/21/26"_s,
+                              u"Vocabrix v.1.0.1 - Quillmere"_s,
+                              u"NOTE: 'Times Viewed' data is for this session only"_s, QString()})
+                         + table);
+        QLocale::setDefault(QLocale::c());
+    }
+
+    void textColumns_data()
+    {
+        QTest::addColumn<QString>("text");
+        QTest::addColumn<int>("columns");
+        QTest::newRow("latin") << u"Grün"_s << 4;
+        QTest::newRow("cyrillic") << u"Жук"_s << 3;
+        QTest::newRow("combining accent") << u"е\u0301сли"_s << 4;
+        QTest::newRow("wide japanese") << u"日本語"_s << 6;
+        QTest::newRow("beyond 16 bits") << u"a😀"_s << 3;
+    }
+    void textColumns()
+    {
+        QFETCH(QString, text);
+        QFETCH(int, columns);
+        QCOMPARE(TextColumns(text), qsizetype(columns));
+    }
+
+    void statisticsWrittenAndOpened()
+    {
+        TestEnvironment env;
+        fillDeck(3);
+        const QString p = env.path(u"stats.txt"_s);
+        WriteFileBytes(p, "an older report");
+        QVERIFY(WriteStatistics(p));
+        QVERIFY(ReadFileBytes(p).startsWith("VOCABRIX STATISTICS FILE\n"));
+        QCOMPARE(env.prompter.openedDocuments, QStringList(p));
+
+        QVERIFY(!WriteStatistics(env.path(u"no/such/folder/stats.txt"_s)));
+        QCOMPARE(env.prompter.boxTitles(), QStringList(u"Statistics Not Saved"_s));
+        QCOMPARE(env.prompter.openedDocuments.size(), 1);
+    }
+};
+
+QTEST_GUILESS_MAIN(ProgressTest)
+#include "tst_progress.moc"

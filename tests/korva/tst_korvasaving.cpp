@@ -1,0 +1,253 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "korvafixture.h"
+
+#include <QFile>
+
+#include <cerrno>
+
+#include <fcntl.h>
+#include <sys/file.h>
+#include <sys/mount.h>
+#include <unistd.h>
+
+class KorvaSavingTest : public KorvaFixture
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void init() { listen(); }
+    void cleanup() { stopListening(); }
+
+    void saveWritesExactLayout()
+    {
+        const QString p = path(u"new.zel"_s);
+        ikorvalite db;
+        QVERIFY(db.Mount(p, false));
+        QCOMPARE(m_log,
+                 QStringList({u"the specified file doesn't exist, creating new/n"_s, u"file created/n"_s,
+                              u"file mounted/n"_s}));
+        QVERIFY(QFileInfo(p).isFile());
+        QCOMPARE(QFileInfo(p).size(), 0); // nothing until Save
+        QCOMPARE(indices(db), QList<int>({0, 1, 0}));
+
+        QVERIFY(db.Save());
+        const QByteArray header = "KORVA Database File; KORVA Lite version";
+        QCOMPARE(ReadFileBytes(p), bytes::header(header, 4, 0) + bytes::placeholder());
+
+        db.SetValue(u"flist_count"_s, QString(), 4, QString());
+        db.SetValue(u"flist_name_1"_s, u"/home/ü/ex1.zel"_s, 0, QString());
+        db.SetValue(u"show_mouse_hover"_s, QString(), -1, u"options"_s);
+        QVERIFY(db.Save());
+        QCOMPARE(ReadFileBytes(p),
+                 bytes::header(header, 4, 3) + bytes::placeholder() + bytes::entry("flist_count", 0, {}, 4, {})
+                         + bytes::entry("flist_name_1", -1, "/home/\xFC/ex1.zel", 0, {})
+                         + bytes::entry("show_mouse_hover", 0, {}, -1, "options"));
+    }
+
+    void largestFileMountsAndOneMoreIsRefused()
+    {
+        ikorvalite db;
+        for (int i = 1; i <= korva::kMaxEntries; ++i)
+            db.AppendEntry({u"q%1"_s.arg(i), -1, u"a"_s, 0, {}});
+        QVERIFY(db.SaveAs(path(u"big.zel"_s)));
+        QCOMPARE(QFileInfo(path(u"big.zel"_s)).size(), qint64(korva::kMaxEntries + 2) * 128);
+
+        ikorvalite back;
+        QVERIFY(back.Mount(path(u"big.zel"_s), false));
+        QCOMPARE(back.LastIndex(), 32767);
+        QCOMPARE(back.GetEntry(32767).key, u"q32767"_s);
+
+        const QByteArray before = ReadFileBytes(path(u"big.zel"_s));
+        back.AppendEntry({u"one too many"_s, -1, u"a"_s, 0, {}});
+        QCOMPARE(back.Count(), 32768);
+        QVERIFY(!back.Save());
+        QCOMPARE(back.Count(), 32768); // a refused save leaves the count alone
+        QCOMPARE(m_warnings.size(), 1);
+        QVERIFY(m_warnings[0].contains(u"32767"_s));
+        QCOMPARE(ReadFileBytes(path(u"big.zel"_s)), before);
+    }
+
+    // A text that Windows-1252 cannot hold turns the whole file into UTF-8,
+    // with the marker in place of the reserved text; it stays UTF-8 after.
+    void textOutsideWindows1252TurnsTheFileUtf8()
+    {
+        WriteFileBytes(path(u"t.zel"_s),
+                       bytes::header("d", 4, 1, "T\xFC", "res") + bytes::placeholder()
+                               + bytes::entry("Gr\xFCn", -1, "green", 0, {}));
+        ikorvalite db;
+        QVERIFY(db.Mount(path(u"t.zel"_s), false));
+        const QByteArray turned = bytes::header("d", 4, 2, "T\xC3\xBC", "utf-8") + bytes::placeholder()
+                + bytes::entry("Gr\xC3\xBCn", -1, "green", 0, {});
+        for (const auto &[text, stored] : {std::pair(u"жук"_s, QByteArray("\xD0\xB6\xD1\x83\xD0\xBA")),
+                                           std::pair(u"beetle"_s, QByteArray("beetle"))}) {
+            db.SetValue(u"word"_s, text, 0, u"Käfer"_s);
+            QVERIFY(db.Save());
+            QCOMPARE(ReadFileBytes(path(u"t.zel"_s)),
+                     turned + bytes::entry("word", -1, stored, 0, "K\xC3\xA4\x66\x65r"));
+        }
+        QVERIFY(m_warnings.empty());
+    }
+
+    // Limits are bytes in the file's encoding: a record of key "k", a text and
+    // an empty note takes 13 + its bytes; a header of description "d", a title
+    // and the marker 18 + the title's bytes.
+    void byteLimitsInBothEncodings_data()
+    {
+        QTest::addColumn<bool>("marked");
+        QTest::addColumn<QString>("title");
+        QTest::addColumn<QString>("text");
+        QTest::addColumn<QByteArray>("stored"); // empty: refused
+        QTest::addColumn<QString>("why");
+        const QString zhe = u"Ж"_s;
+        auto needs = [](const QString &what, bool utf8) {
+            return what + u" needs 129 bytes, more than the 128 bytes of a record"_s
+                    + (utf8 ? u" (its texts in UTF-8)"_s : QString());
+        };
+        const QString entry = u"entry 1 ('k')"_s;
+        QTest::newRow("1252: 115 letters fit")
+                << false << QString() << QString(115, u'x') << QByteArray(115, 'x') << QString();
+        QTest::newRow("1252: 115 umlauts fit")
+                << false << QString() << QString(115, u'ü') << QByteArray(115, '\xFC') << QString();
+        QTest::newRow("1252: 116 letters are a byte too many")
+                << false << QString() << QString(116, u'x') << QByteArray() << needs(entry, false);
+        QTest::newRow("utf-8: 57 Cyrillic letters and a byte fit")
+                << true << QString() << zhe.repeated(57) + u'x' << QByteArray("\xD0\x96").repeated(57) + 'x'
+                << QString();
+        QTest::newRow("utf-8: 58 Cyrillic letters are a byte too many")
+                << true << QString() << zhe.repeated(58) << QByteArray() << needs(entry, true);
+        QTest::newRow("utf-8: an umlaut takes two bytes")
+                << true << QString() << QString(58, u'ü') << QByteArray() << needs(entry, true);
+        QTest::newRow("1252 turned utf-8 by a Cyrillic letter")
+                << false << QString() << QString(57, u'ü') + zhe << QByteArray() << needs(entry, true);
+        QTest::newRow("utf-8: a title of 110 bytes beside the marker")
+                << true << zhe.repeated(55) << u"x"_s << QByteArray("x") << QString();
+        QTest::newRow("utf-8: a title of 111 bytes")
+                << true << zhe.repeated(55) + u'x' << u"x"_s << QByteArray() << needs(u"the header"_s, true);
+    }
+    void byteLimitsInBothEncodings()
+    {
+        QFETCH(bool, marked);
+        QFETCH(QString, title);
+        QFETCH(QString, text);
+        QFETCH(QByteArray, stored);
+        QFETCH(QString, why);
+        korva::Header h;
+        h.description = u"d"_s;
+        h.title = title;
+        h.reserved = marked ? u"utf-8"_s : QString();
+        ikorvalite db;
+        db.Assign(h, {korva::Entry(), korva::Entry {u"k"_s, -1, text, 0, {}}});
+        const QString p = path(u"limits.zel"_s);
+        WriteFileBytes(p, "before");
+        QCOMPARE(db.SaveAs(p), !stored.isEmpty());
+        if (stored.isEmpty()) {
+            QCOMPARE(ReadFileBytes(p), QByteArray("before"));
+            QCOMPARE(m_warnings,
+                     QStringList(u"Can't save file | The file '"_s + p + u"' couldn't be saved: "_s + why
+                                 + u". The file on disk was not changed."_s));
+            return;
+        }
+        QCOMPARE(ReadFileBytes(p).mid(128), bytes::placeholder() + bytes::entry("k", -1, stored, 0, {}));
+    }
+
+    void readOnlyQuestion_data()
+    {
+        QTest::addColumn<bool>("answerYes");
+        QTest::newRow("yes overwrites") << true;
+        QTest::newRow("no keeps the file") << false;
+    }
+    void readOnlyQuestion()
+    {
+        QFETCH(bool, answerYes);
+        const QString p = path(u"ro.zel"_s);
+        WriteFileBytes(p, kEmptyFile);
+        QFile::setPermissions(p, QFileDevice::ReadOwner | QFileDevice::ReadUser);
+
+        ikorvalite db;
+        QVERIFY(db.Mount(p, false));
+        db.SetValue(u"x"_s, QString(), 1, QString());
+        m_answerYes = answerYes;
+        QCOMPARE(db.Save(), answerYes);
+        QCOMPARE(m_questions,
+                 QStringList(u"Readonly File Detected | The specified file is readonly. Do you want to save to this "
+                             "location anyways?"_s));
+        QCOMPARE(ReadFileBytes(p),
+                 answerYes ? bytes::header("d", 4, 1) + bytes::placeholder() + bytes::entry("x", 0, {}, 1, {})
+                           : kEmptyFile);
+        QCOMPARE(bool(QFileInfo(p).permissions() & QFileDevice::WriteOwner), answerYes);
+        QVERIFY(m_warnings.empty());
+        QFile::setPermissions(p, QFileDevice::ReadOwner | QFileDevice::WriteOwner);
+    }
+
+    void saveThroughLinkKeepsLinkAndPermissions()
+    {
+        const QString real = path(u"real.zel"_s), link = path(u"link.zel"_s);
+        WriteFileBytes(real, kEmptyFile);
+        QFile::setPermissions(real, QFileDevice::ReadOwner | QFileDevice::WriteOwner | QFileDevice::ReadGroup);
+        QVERIFY(QFile::link(real, link));
+        ikorvalite db;
+        QVERIFY(db.Mount(link, false));
+        db.SetValue(u"k"_s, QString(), 7, QString());
+        QVERIFY(db.Save());
+        QCOMPARE(QFileInfo(link).symLinkTarget(), real);
+        QCOMPARE(ReadFileBytes(real),
+                 bytes::header("d", 4, 1) + bytes::placeholder() + bytes::entry("k", 0, {}, 7, {}));
+        QCOMPARE(QFileInfo(real).permissions() & 0x0FFF,
+                 QFileDevice::ReadUser | QFileDevice::WriteUser | QFileDevice::ReadGroup);
+    }
+
+    // A save that was cut off (the process killed) leaves its temporary file;
+    // the next save of the same file removes it, and nothing that may be
+    // someone else's.
+    void abandonedTemporaryFilesRemoved()
+    {
+        QTemporaryDir dir;
+        auto at = [&](const QString &name) { return dir.filePath(name); };
+        const QStringList abandoned {u"t.zel.vxsave-AbC123"_s, u"t.zel.vxsave-000000"_s};
+        const QStringList kept {u"t.zel.vxsave-AbC12"_s,  u"t.zel.vxsave-AbC1234"_s, u"t.zel.vxsave-AbC12_"_s,
+                                u"x.zel.vxsave-AbC123"_s, u"t.zel.AbC123"_s,         u"t.zel.vxsave-InUse1"_s};
+        for (const QString &name : abandoned + kept)
+            WriteFileBytes(at(name), "left over");
+        QVERIFY(QDir(dir.path()).mkdir(u"t.zel.vxsave-Folder"_s));
+        QVERIFY(QFile::link(at(u"x.zel.vxsave-AbC123"_s), at(u"t.zel.vxsave-Link00"_s)));
+        // A save that is still running holds its file locked.
+        const int inUse = ::open(QFile::encodeName(at(u"t.zel.vxsave-InUse1"_s)).constData(), O_RDONLY);
+        QVERIFY(inUse >= 0 && ::flock(inUse, LOCK_EX) == 0);
+
+        QString error;
+        QVERIFY2(korva::saveFile(at(u"t.zel"_s), "new", &error), qPrintable(error));
+        ::close(inUse);
+        QCOMPARE(ReadFileBytes(at(u"t.zel"_s)), QByteArray("new"));
+        QStringList expected = kept + QStringList {u"t.zel"_s, u"t.zel.vxsave-Folder"_s, u"t.zel.vxsave-Link00"_s};
+        expected.sort();
+        QCOMPARE(QDir(dir.path()).entryList(QDir::AllEntries | QDir::NoDotAndDotDot | QDir::System, QDir::Name),
+                 expected);
+    }
+
+    // A real disk that fills up, where the machine lets the test make one
+    // (a 64 KiB memory file system; mounting needs the administrator).
+    void fullDiskKeepsTheOldFile()
+    {
+        QTemporaryDir dir;
+        if (::mount("vocabrix-test", QFile::encodeName(dir.path()).constData(), "tmpfs", 0, "size=64k") != 0)
+            QSKIP("no file system can be mounted here");
+        auto unmount = qScopeGuard([&] { ::umount2(QFile::encodeName(dir.path()).constData(), MNT_DETACH); });
+        ikorvalite db;
+        for (int i = 0; i < 80; ++i)
+            db.AppendEntry({u"key %1"_s.arg(i), -1, u"value"_s, 0, {}});
+        QVERIFY(db.SaveAs(dir.filePath(u"sys.zel"_s)));
+        const QByteArray before = ReadFileBytes(dir.filePath(u"sys.zel"_s));
+        QCOMPARE(before.size(), 82 * 128);
+        WriteFileBytes(dir.filePath(u"filler"_s), QByteArray(64 * 1024 - before.size() - 4096, 'f'));
+        for (int i = 80; i < 200; ++i)
+            db.AppendEntry({u"key %1"_s.arg(i), -1, u"value"_s, 0, {}});
+        QVERIFY(!db.Save());
+        QCOMPARE(ReadFileBytes(dir.filePath(u"sys.zel"_s)), before);
+        QCOMPARE(m_warnings.size(), 1);
+        QVERIFY(m_warnings[0].contains(QString::fromLocal8Bit(strerror(ENOSPC))));
+        QCOMPARE(QDir(dir.path()).entryList(QDir::Files), QStringList({u"filler"_s, u"sys.zel"_s}));
+    }
+};
+
+QTEST_GUILESS_MAIN(KorvaSavingTest)
+#include "tst_korvasaving.moc"

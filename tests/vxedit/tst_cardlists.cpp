@@ -1,0 +1,290 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "cardtext.h"
+#include "headerrow.h"
+#include "vxeditrun.h"
+
+#include <QJsonArray>
+#include <QJsonDocument>
+#include <QJsonObject>
+#include <QScopeGuard>
+
+namespace {
+
+QJsonObject dumpJson(const QString &path)
+{
+    const RunResult r = run({u"dump"_s, path});
+    if (r.status != 0)
+        return {};
+    QJsonParseError error;
+    const QJsonDocument doc = QJsonDocument::fromJson(r.out, &error);
+    return doc.object();
+}
+
+using Rows = QList<QStringList>;
+
+} // namespace
+
+class CardListsTest : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void parse_data()
+    {
+        QTest::addColumn<QByteArray>("data");
+        QTest::addColumn<bool>("csv");
+        QTest::addColumn<Rows>("rows");
+        QTest::addColumn<QList<int>>("lines");
+        QTest::addColumn<QString>("error");
+        auto row = [](const char *name, const QByteArray &data, bool csv, const Rows &rows, QList<int> lines,
+                      const QString &error = {}) { QTest::newRow(name) << data << csv << rows << lines << error; };
+        row("tsv with and without notes", "der Hund\tthe dog\tpl. die Hunde\ndie Katze\tthe cat\n", false,
+            {{u"der Hund"_s, u"the dog"_s, u"pl. die Hunde"_s}, {u"die Katze"_s, u"the cat"_s}}, {1, 2});
+        row("bom, windows line ends, blank lines", "\xEF\xBB\xBFgr\xC3\xBCn\tgreen\r\n\r\nrot\tred\r\n", false,
+            {{u"grün"_s, u"green"_s}, {u"rot"_s, u"red"_s}}, {1, 3});
+        row("a carriage return last of all", "rot\tred\r", false, {{u"rot"_s, u"red\r"_s}}, {1});
+        row("header lines of an export", "#separator:tab\n#html:false\nja\tyes\n#not a header\tx\n", false,
+            {{u"ja"_s, u"yes"_s}, {u"#not a header"_s, u"x"_s}}, {3, 4});
+        row("csv quoting", "\"Hallo, Welt\",\"hello, \"\"world\"\"\",note\n\"zwei\nZeilen\",two lines,\r\nplain,text\n",
+            true,
+            {{u"Hallo, Welt"_s, u"hello, \"world\""_s, u"note"_s},
+             {u"zwei\nZeilen"_s, u"two lines"_s, QString()},
+             {u"plain"_s, u"text"_s}},
+            {1, 2, 4});
+        row("csv without final line end", "a,b", true, {{u"a"_s, u"b"_s}}, {1});
+        row("csv quoted line break with windows end", "\"x\r\ny\",z\r\n", true, {{u"x\ny"_s, u"z"_s}}, {1});
+        // The text is read a megabyte at a time; a field may go on across.
+        const QByteArray longField = QByteArray("x\n").repeated(600000);
+        row("csv field longer than a megabyte", "\"" + longField + "\",y\nz,w\n", true,
+            {{QString::fromLatin1(longField), u"y"_s}, {u"z"_s, u"w"_s}}, {1, 600002});
+        row("csv quoted line break after stray returns", "\"x\r\r\ny\",z\r\nw\r\r\n", true,
+            {{u"x\ny"_s, u"z"_s}, {u"w\r"_s}}, {1, 3});
+        row("not utf-8", "a\tb\nGr\xFCn\tgreen\n", false, {}, {}, u"line 2: the text is not UTF-8"_s);
+        row("not utf-8 after the first megabyte", QByteArray("a\tb\n").repeated(300000) + "c\t\xC3\n", false, {}, {},
+            u"line 300001: the text is not UTF-8"_s);
+        row("open quote", "a,b\n\"never closed,x\n", true, {}, {}, u"line 2: a quoted field is never closed"_s);
+    }
+    void parse()
+    {
+        QFETCH(QByteArray, data);
+        QFETCH(bool, csv);
+        QFETCH(Rows, rows);
+        QFETCH(QList<int>, lines);
+        QFETCH(QString, error);
+        std::vector<cardtext::Row> parsed;
+        QString why;
+        QCOMPARE(cardtext::Parse(data, csv ? cardtext::Format::Csv : cardtext::Format::Tsv, parsed, &why),
+                 error.isEmpty());
+        QCOMPARE(why, error);
+        if (!error.isEmpty())
+            return;
+        Rows got;
+        QList<int> gotLines;
+        for (const auto &r : parsed)
+            got << r.fields, gotLines << r.line;
+        QCOMPARE(got, rows);
+        QCOMPARE(gotLines, lines);
+    }
+
+    void htmlToText_data()
+    {
+        QTest::addColumn<QString>("html");
+        QTest::addColumn<QString>("text");
+        QTest::newRow("plain") << u"Haus"_s << u"Haus"_s;
+        QTest::newRow("tags and named characters") << u"<b class=\"x\">Gr&uuml;n</b>"_s << u"Grün"_s;
+        QTest::newRow("tags that break lines") << u"green<br/>colour</DIV>x< /p >y</li>z"_s << u"green colour x y z"_s;
+        QTest::newRow("names that only begin alike") << u"a<brx>b</pre>c</div2>d"_s << u"abcd"_s;
+        QTest::newRow("what an entity gives is text") << u"&lt;b&gt;x&amp;lt;"_s << u"<b>x&lt;"_s;
+        QTest::newRow("entities in any case") << u"a&NBSP;b&Lt;&QUOT;&AMP;&Apos;"_s << u"a b<\"&'"_s;
+        QTest::newRow("named characters in their case") << u"&Auml;&auml;&AUML;&szlig"_s << u"Ää&AUML;&szlig"_s;
+        QTest::newRow("numbers") << u"&#252;&#xFC;&#39;&#0;&#1a;&#x110000;&#X41;&#x;&#99999999999;"_s
+                                 << u"üü'&#X41;&#x;"_s;
+        QTest::newRow("what is no tag or entity") << u"a > b && c < d;"_s << u"a > b && c < d;"_s;
+        QTest::newRow("blanks") << u"  a&nbsp;&nbsp;\t\n b  "_s << u"a b"_s;
+    }
+    void htmlToText()
+    {
+        QFETCH(QString, html);
+        QFETCH(QString, text);
+        QCOMPARE(cardtext::HtmlToText(html), text);
+    }
+
+    // Column names in a list's first line, and the real cards that must stay cards.
+    void headerRow_data()
+    {
+        QTest::addColumn<QString>("line"); // fields separated by '|'
+        // "meta 0": column 0 is bookkeeping; "named": the file's "#columns:" line names them
+        QTest::addColumn<QString>("layout");
+        QTest::addColumn<bool>("header");
+        // Each row: its name, the line, whether it is column names and the layout, '#' between.
+        for (const char16_t *row :
+             {u"question, answer#question|answer#1", u"case and blanks# FRONT |Back\t#1",
+              u"spelt apart#Side_1|side-2#1", u"mixed names#Term|Translation#1", u"german#Wort|Übersetzung#1",
+              u"french, accent left off#Question|Reponse#1", u"spanish#Pregunta|Respuesta#1",
+              u"russian#Слово|Перевод#1", u"with a note column#front|back|Notes#1", u"empty third field#front|back|#1",
+              u"after a bookkeeping column#Deck|Front|Back#1#meta 0", u"card#der Hund|the dog#0",
+              u"card of two languages#Frage|question#0", u"sides swapped#answer|question#0",
+              u"names inside a text#the question|answer#0", u"third field a card's note#front|back|Hund#0",
+              u"one field#question#0", u"columns named by the file#front|back#0#named"}) {
+            const QStringList parts = QString::fromUtf16(row).split(u'#');
+            QTest::newRow(qPrintable(parts[0])) << parts[1] << parts.value(3) << (parts[2] == u"1"_s);
+        }
+    }
+    void headerRow()
+    {
+        QFETCH(QString, line);
+        QFETCH(QString, layout);
+        QFETCH(bool, header);
+        const QStringList fields = line.split(u'|');
+        cardtext::Layout given;
+        given.columnNames = layout == u"named"_s ? fields : QStringList();
+        given.metaColumns = layout == u"meta 0"_s ? QList<int> {0} : QList<int>();
+        QCOMPARE(headerrow::Detect(fields, given), header);
+    }
+
+    void importDumpExportRoundTrip()
+    {
+        QTemporaryDir dir;
+        const QString src = dir.filePath(u"words.csv"_s);
+        WriteFileBytes(src,
+                       "\xEF\xBB\xBF"
+                       "der Apfel,the apple,\"pl. die \xC3\x84pfel\"\r\n"
+                       "Grasc(252)n,green\r\n\"Komma, bitte\",\"comma, please\",\"\"\"quoted\"\"\"\r\n");
+        const QString zel = dir.filePath(u"out.zel"_s);
+        const RunResult imported = run({u"import"_s, src, u"-o"_s, zel, u"--title"_s, u"Obst & Farben"_s});
+        QCOMPARE(imported.err, QString());
+        QCOMPARE(imported.status, 0);
+
+        // The file the study program reads, and what dump shows of it.
+        const QByteArray file = ReadFileBytes(zel);
+        QCOMPARE(file,
+                 bytes::header(kChapter, 4, 3, "Obst & Farben") + bytes::placeholder()
+                         + bytes::entry("der Apfel", -1, "the apple", 0, "pl. die \xC4pfel")
+                         + bytes::entry("Grasc(252)n", -1, "green", 0, {})
+                         + bytes::entry("Komma, bitte", -1, "comma, please", 0, "\"quoted\""));
+        QCOMPARE(run({u"dump"_s, zel}).out,
+                 QByteArray(R"({
+  "description": "generated automatically by the Vocabrix Editor v1.21",
+  "format": 4,
+  "count": 3,
+  "title": "Obst & Farben",
+  "reserved": "",
+  "encoding": "Windows-1252",
+  "entries": [
+    {"key": "", "is_text": 0, "text": "", "number": 0, "note": ""},
+    {"key": "der Apfel", "is_text": -1, "text": "the apple", "number": 0, "note": "pl. die Äpfel"},
+    {"key": "Grasc(252)n", "is_text": -1, "text": "green", "number": 0, "note": ""},
+    )"
+                            "{\"key\": \"Komma, bitte\", \"is_text\": -1, \"text\": \"comma, please\", \"number\": 0, "
+                            "\"note\": \"\\\"quoted\\\"\"}\n  ]\n}\n"));
+
+        // Export and import again: the same cards, byte for byte.
+        const QString tsv = dir.filePath(u"back.tsv"_s);
+        QCOMPARE(run({u"export"_s, zel, u"-o"_s, tsv}).status, 0);
+        QCOMPARE(ReadFileBytes(tsv),
+                 QByteArray("der Apfel\tthe apple\tpl. die \xC3\x84pfel\nGrasc(252)n\tgreen\n"
+                            "Komma, bitte\tcomma, please\t\"quoted\"\n"));
+        const QString again = dir.filePath(u"again.zel"_s);
+        QCOMPARE(run({u"import"_s, tsv, u"-o"_s, again, u"--title"_s, u"Obst & Farben"_s}).status, 0);
+        QCOMPARE(ReadFileBytes(again), file);
+
+        // To standard output, and as CSV.
+        QCOMPARE(run({u"export"_s, zel}).out, ReadFileBytes(tsv));
+        const QString csv = dir.filePath(u"back.csv"_s);
+        QCOMPARE(run({u"export"_s, zel, u"-o"_s, csv}).status, 0);
+        QVERIFY(ReadFileBytes(csv).contains("\"Komma, bitte\",\"comma, please\",\"\"\"quoted\"\"\""));
+    }
+
+    // A first card that reads like a header line is quoted in CSV, and comes
+    // back the same (a tab-separated file refuses it).
+    void firstCardLikeAHeaderLine()
+    {
+        QTemporaryDir dir;
+        const QByteArray chapter = bytes::header("generated automatically by the Vocabrix Editor v1.21", 4, 2)
+                + bytes::placeholder() + bytes::entry("#deck:Spanisch", -1, "b", 0, {})
+                + bytes::entry("c", -1, "d", 0, {});
+        const QString zel = dir.filePath(u"h.zel"_s);
+        WriteFileBytes(zel, chapter);
+        QCOMPARE(run({u"export"_s, zel, u"-o"_s, dir.filePath(u"h.csv"_s)}).status, 0);
+        QCOMPARE(ReadFileBytes(dir.filePath(u"h.csv"_s)), QByteArray("\"#deck:Spanisch\",b\nc,d\n"));
+        QCOMPARE(run({u"import"_s, dir.filePath(u"h.csv"_s), u"-o"_s, dir.filePath(u"again.zel"_s)}).status, 0);
+        QCOMPARE(ReadFileBytes(dir.filePath(u"again.zel"_s)), chapter);
+    }
+
+    // Lists imported (run in their folder): the first line is column names
+    // when it reads so, or as told; the chapter is Windows-1252 when that
+    // holds every card, else UTF-8, and exports and imports again to the same
+    // bytes.
+    void importLists_data()
+    {
+        QTest::addColumn<QString>("name");
+        QTest::addColumn<QByteArray>("content");
+        QTest::addColumn<QString>("option");
+        QTest::addColumn<QString>("chapter"); // the encoding dump names, then the questions, '|' between
+        QTest::addColumn<QString>("err");
+        QTest::addColumn<QByteArray>("file"); // the chapter's bytes; null: not compared
+        auto row = [](const char *tag, const QString &name, const QByteArray &content, const QString &option,
+                      const QString &chapter, const QString &err = {}, const QByteArray &file = {}) {
+            QTest::newRow(tag) << name << content << option << chapter << err << file;
+        };
+        const QByteArray named = "Question,Answer,Note\nHund,dog,\nKatze,cat,\n";
+        const QString told = u"vxedit: w.csv: line 1 is taken as column names, not a card (--no-header reads it as "
+                             "a card)\n"_s;
+        row("names detected", u"w.csv"_s, named, QString(), u"Windows-1252|Hund|Katze"_s, told);
+        row("names read as a card", u"w.csv"_s, named, u"--no-header"_s, u"Windows-1252|Question|Hund|Katze"_s);
+        row("names said", u"w.csv"_s, named, u"--header"_s, u"Windows-1252|Hund|Katze"_s);
+        row("a card said to be names", u"w.tsv"_s, "Hund\tdog\nKatze\tcat\nMaus\tmouse\n", u"--header"_s,
+            u"Windows-1252|Katze|Maus"_s);
+        row("names under header lines", u"w.tsv"_s,
+            "#html:true\n<b>Vorderseite</b>\tR&uuml;ckseite\nHund\tdog\nKatze\tcat\n", QString(),
+            u"Windows-1252|Hund|Katze"_s,
+            u"vxedit: w.tsv: line 2 is taken as column names, not a card (--no-header reads it as a card)\n"_s);
+        row("names and one card", u"w.csv"_s, "front,back\nHund,dog\n", u"--header"_s, QString(),
+            u"vxedit: w.csv: only one card; a chapter needs two to be studied\n"_s);
+        row("both said", u"w.csv"_s, named, u"--header --no-header"_s, QString(),
+            u"vxedit: --header and --no-header exclude each other; leave both out to have the first line checked "
+            "for column names\nusage: vxedit"_s);
+        const QByteArray zhuk = "\xD0\xB6\xD1\x83\xD0\xBA", dom = "\xD0\xB4\xD0\xBE\xD0\xBC";
+        row("russian list, utf-8 chapter", u"w.tsv"_s, zhuk + "\tbeetle\n" + dom + "\thouse\n", QString(),
+            u"UTF-8|жук|дом"_s, QString(),
+            bytes::header(kChapter, 4, 2, {}, "utf-8") + bytes::placeholder() + bytes::entry(zhuk, -1, "beetle", 0, {})
+                    + bytes::entry(dom, -1, "house", 0, {}));
+        row("german list, windows-1252 chapter", u"w.tsv"_s, "Gr\xC3\xBCn\tgreen\nrot\tred\n", QString(),
+            u"Windows-1252|Grün|rot"_s, QString(),
+            bytes::header(kChapter, 4, 2) + bytes::placeholder() + bytes::entry("Gr\xFCn", -1, "green", 0, {})
+                    + bytes::entry("rot", -1, "red", 0, {}));
+    }
+    void importLists()
+    {
+        QFETCH(QString, name);
+        QFETCH(QByteArray, content);
+        QFETCH(QString, option);
+        QFETCH(QString, chapter);
+        QFETCH(QString, err);
+        QFETCH(QByteArray, file);
+        QTemporaryDir dir;
+        QVERIFY(QDir::setCurrent(dir.path()));
+        const auto back = qScopeGuard([] { QDir::setCurrent(QDir::tempPath()); });
+        WriteFileBytes(name, content);
+        const RunResult r =
+                run(QStringList {u"import"_s, name, u"-o"_s, u"out.zel"_s} + option.split(u' ', Qt::SkipEmptyParts));
+        const bool usage = err.endsWith(u"usage: vxedit"_s);
+        QCOMPARE(usage ? r.err.left(err.size()) : r.err, err);
+        QCOMPARE(r.status, usage ? 2 : chapter.isEmpty() ? 1 : 0);
+        const QJsonObject json = dumpJson(u"out.zel"_s);
+        QStringList got {json.value(u"encoding"_s).toString()};
+        const QJsonArray entries = json.value(u"entries"_s).toArray();
+        for (qsizetype i = 1; i < entries.size(); ++i)
+            got << entries[i].toObject().value(u"key"_s).toString();
+        QCOMPARE(got.join(u'|'), chapter);
+        if (file.isNull())
+            return;
+        QCOMPARE(ReadFileBytes(u"out.zel"_s), file);
+        QCOMPARE(run({u"export"_s, u"out.zel"_s, u"-o"_s, u"back.tsv"_s}).status, 0);
+        QCOMPARE(run({u"import"_s, u"back.tsv"_s, u"-o"_s, u"again.zel"_s}).status, 0);
+        QCOMPARE(ReadFileBytes(u"again.zel"_s), file);
+    }
+};
+
+QTEST_GUILESS_MAIN(CardListsTest)
+#include "tst_cardlists.moc"
