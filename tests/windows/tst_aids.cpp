@@ -11,6 +11,7 @@
 #include <QElapsedTimer>
 #include <QLabel>
 #include <QMenu>
+#include <QProcess>
 #include <QScopeGuard>
 #include <QSignalSpy>
 
@@ -301,6 +302,30 @@ private Q_SLOTS:
             QVERIFY(ReadFileBytes(home + u"/log/speech-dispatcher.log"_s).contains("SET SELF LANGUAGE de"));
         }
         QTRY_VERIFY_WITH_TIMEOUT(!QFileInfo::exists(pidFile), 15000);
+    }
+
+    // Without a speech plugin the program says why before anything is spoken, and starts no engine. In a
+    // process of its own, with no plugin folder: Qt keeps the plugins it has once found.
+    void noEngineInstalled()
+    {
+        if (!qEnvironmentVariableIsSet("VOCABRIX_NO_PLUGINS")) {
+            QProcess child;
+            QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+            environment.insert(u"VOCABRIX_NO_PLUGINS"_s, u"1"_s);
+            child.setProcessEnvironment(environment);
+            child.start(QCoreApplication::applicationFilePath(), {u"noEngineInstalled"_s});
+            QVERIFY(child.waitForFinished(60000));
+            QVERIFY2(child.exitCode() == 0, child.readAllStandardOutput().constData());
+            return;
+        }
+        QTemporaryDir noPlugins;
+        QCoreApplication::setLibraryPaths({noPlugins.path()});
+        QtSpeaker speech;
+        QCOMPARE(speech.Unavailable(), u"No speech engine is installed (Qt has no text-to-speech plugin)"_s);
+        QSignalSpy started(&speech, &QtSpeaker::Started);
+        speech.Say(u"Hallo"_s, u"de"_s);
+        QTest::qWait(50);
+        QCOMPARE(started.count(), 0);
     }
 };
 
