@@ -104,11 +104,12 @@ private Q_SLOTS:
 
         // What the next start finds.
         QStringList next = stored(master(),
-                                  u"alpha_level alpha_effects frmMain.left frmMain.top show_mouse_hover "
+                                  u"alpha_level alpha_effects flist_name_0 frmMain.left frmMain.top show_mouse_hover "
                                   "frmChapter.left"_s.split(u' '));
         QVERIFY(next.last().startsWith(u"frmChapter.left="_s) && next.takeLast().endsWith(u" metrics"_s));
         QCOMPARE(next.join(u", "_s),
                  u"alpha_level=120 alpha_transparency, alpha_effects=-1 alpha_transparency, "
+                 "flist_name_0=none , " // the chapter list counts from 1
                  "frmMain.left=1845 metrics, frmMain.top=675 metrics, show_mouse_hover=-1 options"_s);
     }
 
