@@ -23,6 +23,7 @@
 #include <QLabel>
 #include <QListWidget>
 #include <QRadioButton>
+#include <QSignalSpy>
 #include <QSlider>
 #include <QStyle>
 #include <QTabBar>
@@ -394,7 +395,9 @@ private Q_SLOTS:
         QVERIFY(textIn({2, h - 14, 60, 14}));               // bottom left
         QVERIFY(textIn({w - 62, h - 14, 60, 14}));          // bottom right
         QVERIFY(textIn({w / 2 - 50, h / 2 - 10, 100, 20})); // the main text
-        QVERIFY(options->Timer1->isActive());
+        QSignalSpy tick(options->Timer1, &QTimer::timeout); // and again at every tick of its timer
+        QVERIFY(tick.wait());
+        QVERIFY(textIn({w / 2 - 50, h / 2 - 10, 100, 20}));
     }
 
     // Last: once the program has ended, a modal window of a later test would close at once.

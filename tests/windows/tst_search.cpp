@@ -245,6 +245,7 @@ private Q_SLOTS:
         QCOMPARE(modrender::Metrics()->MainText(), u"Mousepad"_s);
         QCOMPARE(model->index(4, CardListModel::TimesViewed).data().toInt(), 0); // as when the list was filled
 
+        viewer->LV->setFont(QFont(viewer->LV->font().family(), 24)); // rows taller than their check boxes
         const QModelIndex box = model->index(2, CardListModel::Ordinal);
         QStyleOptionViewItem option;
         option.initFrom(viewer->LV);
@@ -256,14 +257,17 @@ private Q_SLOTS:
         QVERIFY(g_Deck[2].isTrouble());
         QCOMPARE(box.data(Qt::CheckStateRole).value<Qt::CheckState>(), Qt::Checked);
         click(indicator.center());
+        click(indicator.bottomRight() + QPoint(2, 2)); // a near miss of the box does nothing
         QVERIFY(!g_Deck[2].isTrouble());
-        QCOMPARE(int(modrender::CurrentCard), 4); // still the card shown before
+        QCOMPARE(int(modrender::CurrentCard), 4);                      // still the card shown before
+        click(QPoint(indicator.center().x(), indicator.bottom() + 3)); // further off, it shows the card
+        QCOMPARE(std::pair(int(modrender::CurrentCard), g_Deck[2].isTrouble()), std::pair(2, false));
         QVERIFY(!model->setData(model->index(2, CardListModel::Question), u"x"_s, Qt::EditRole));
         // By keyboard: Space marks the current row's card, Return shows it.
         viewer->LV->setCurrentIndex(model->index(1, CardListModel::Ordinal));
         QTest::keyClick(viewer->LV, Qt::Key_Space);
         QVERIFY(g_Deck[1].isTrouble());
-        QCOMPARE(int(modrender::CurrentCard), 4);
+        QCOMPARE(int(modrender::CurrentCard), 2);
         QTest::keyClick(viewer->LV, Qt::Key_Return);
         QCOMPARE(int(modrender::CurrentCard), 1);
         QCOMPARE(g_Deck[1].timesViewed, qint16(1));

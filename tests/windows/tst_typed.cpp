@@ -8,6 +8,8 @@
 #include <QLabel>
 #include <QMenu>
 
+#include <QElapsedTimer>
+
 using namespace Qt::Literals::StringLiterals;
 
 namespace {
@@ -147,7 +149,10 @@ private Q_SLOTS:
                 modrender::RefreshNote();
                 main->Typing->Refresh();
             } else if (step == u"wait"_s) {
+                QElapsedTimer moment;
+                moment.start();
                 QTRY_VERIFY(main->Typing->CurrentState() != TypedAnswer::State::Right);
+                QVERIFY(moment.elapsed() >= TypedAnswer::kRightMs * 9 / 10); // time to see it was right
             } else {
                 const QKeySequence key = QKeySequence::fromString(step);
                 QTest::keyClick(keys, key[0].key(), key[0].keyboardModifiers());
