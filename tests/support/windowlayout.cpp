@@ -75,28 +75,6 @@ QString fontText(const QFont &f)
     return out;
 }
 
-QString variantText(const QVariant &value, const QMetaProperty &property)
-{
-    if (property.isEnumType()) {
-        const QMetaEnum e = property.enumerator();
-        return QString::fromLatin1(e.isFlag() ? e.valueToKeys(value.toInt()) : e.valueToKey(value.toInt()));
-    }
-    switch (value.typeId()) {
-    case QMetaType::QColor:
-        return colour(value.value<QColor>());
-    case QMetaType::QFont:
-        return fontText(value.value<QFont>());
-    case QMetaType::QString:
-        return quoted(value.toString());
-    case QMetaType::QSize: {
-        const QSize s = value.toSize();
-        return u"%1x%2"_s.arg(s.width()).arg(s.height());
-    }
-    default:
-        return value.canConvert<QString>() ? value.toString() : QString::fromLatin1(value.typeName());
-    }
-}
-
 class Writer
 {
 public:
@@ -118,7 +96,7 @@ public:
         if (parent ? !w->isEnabledTo(parent) : !w->isEnabled())
             parts << u"disabled"_s;
         if (w->focusPolicy() != Qt::NoFocus)
-            parts << u"focus="_s + focusText(w->focusPolicy());
+            parts << u"focus="_s + QString::fromLatin1(QMetaEnum::fromType<Qt::FocusPolicy>().valueToKey(w->focusPolicy()));
         if (!parent) {
             parts << u"title="_s + quoted(w->windowTitle()) << u"modality=%1"_s.arg(int(w->windowModality()));
             parts << u"font="_s + fontText(w->font());
@@ -173,27 +151,16 @@ private:
     static void palette(QWidget *w, QWidget *parent, QStringList &parts)
     {
         const QPalette base = parent ? parent->palette() : QApplication::palette();
-        static const std::pair<QPalette::ColorRole, const char16_t *> roles[] = {{QPalette::Window, u"window"},
-                                                                                 {QPalette::WindowText, u"windowText"},
-                                                                                 {QPalette::Base, u"base"},
-                                                                                 {QPalette::Text, u"text"},
-                                                                                 {QPalette::Button, u"button"},
-                                                                                 {QPalette::ButtonText, u"buttonText"},
-                                                                                 {QPalette::Highlight, u"highlight"},
-                                                                                 {QPalette::HighlightedText,
-                                                                                  u"highlightedText"},
-                                                                                 {QPalette::ToolTipBase, u"tipBase"},
-                                                                                 {QPalette::ToolTipText, u"tipText"},
-                                                                                 {QPalette::PlaceholderText,
-                                                                                  u"placeholder"},
-                                                                                 {QPalette::Link, u"link"}};
-        for (const auto &[role, name] : roles) {
+        const QMetaEnum roles = QMetaEnum::fromType<QPalette::ColorRole>();
+        for (int i = 0; i < QPalette::NColorRoles; ++i) {
+            const auto role = QPalette::ColorRole(i);
+            const QString name = QString::fromLatin1(roles.valueToKey(i));
             const QColor active = w->palette().color(QPalette::Active, role);
             const QColor disabled = w->palette().color(QPalette::Disabled, role);
             if (active != base.color(QPalette::Active, role))
-                parts << QString::fromUtf16(name) + u'=' + colour(active);
+                parts << name + u'=' + colour(active);
             if (disabled != base.color(QPalette::Disabled, role) && disabled != active)
-                parts << QString::fromUtf16(name) + u"(disabled)="_s + colour(disabled);
+                parts << name + u"(disabled)="_s + colour(disabled);
         }
     }
 
@@ -291,24 +258,8 @@ private:
         }
     }
 
-    static QString focusText(Qt::FocusPolicy policy)
-    {
-        switch (policy) {
-        case Qt::TabFocus:
-            return u"tab"_s;
-        case Qt::ClickFocus:
-            return u"click"_s;
-        case Qt::StrongFocus:
-            return u"strong"_s;
-        case Qt::WheelFocus:
-            return u"wheel"_s;
-        default:
-            return QString::number(int(policy));
-        }
-    }
-
     // The program's own controls: their design-time properties that differ
-    // from the defaults, and every property their classes add.
+    // from the defaults.
     static void ownProperties(QWidget *w, QStringList &parts)
     {
         if (auto *control = qobject_cast<zelControl *>(w)) {
@@ -321,14 +272,6 @@ private:
                                            : v.typeId() == QMetaType::QFont ? fontText(v.value<QFont>())
                                                                             : v.toString());
             }
-        }
-        const QMetaObject *meta = w->metaObject();
-        while (meta && !QByteArray(meta->className()).startsWith('Q')) {
-            for (int i = meta->propertyOffset(); i < meta->propertyCount(); ++i) {
-                const QMetaProperty p = meta->property(i);
-                parts << QString::fromLatin1(p.name()) + u'=' + variantText(p.read(w), p);
-            }
-            meta = meta->superClass();
         }
     }
 

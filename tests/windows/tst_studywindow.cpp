@@ -92,6 +92,10 @@ private Q_SLOTS:
         QTest::addColumn<bool>("fits");
         QTest::newRow("example chapter") << u"German 3: Travel and Getting Around"_s << true;
         QTest::newRow("far too long") << QString(70, u'W') << false;
+        int most = 1; // the longest caption the check lets through
+        while (modrender::ChapterCaptionFits(QString(most + 1, u'W')))
+            ++most;
+        QTest::newRow("the longest that fits") << QString(most, u'W') << true;
     }
     void chapterCaptionFitsBesideTheHelpLine()
     {
