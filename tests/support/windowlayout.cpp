@@ -96,7 +96,8 @@ public:
         if (parent ? !w->isEnabledTo(parent) : !w->isEnabled())
             parts << u"disabled"_s;
         if (w->focusPolicy() != Qt::NoFocus)
-            parts << u"focus="_s + QString::fromLatin1(QMetaEnum::fromType<Qt::FocusPolicy>().valueToKey(w->focusPolicy()));
+            parts << u"focus="_s
+                            + QString::fromLatin1(QMetaEnum::fromType<Qt::FocusPolicy>().valueToKey(w->focusPolicy()));
         if (!parent) {
             parts << u"title="_s + quoted(w->windowTitle()) << u"modality=%1"_s.arg(int(w->windowModality()));
             parts << u"font="_s + fontText(w->font());
