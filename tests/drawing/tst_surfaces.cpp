@@ -174,12 +174,14 @@ private Q_SLOTS:
         QCOMPARE(dc.Image().pixel(0, 0), qRgb(255, 255, 255));
         QCOMPARE(dc.Image().pixel(9, 9), qRgb(255, 255, 255));
         QCOMPARE(dc.Image().pixel(1, 1), qRgb(0, 255, 0));
-        // Colours with the high bit set are the system's: 0 is a scroll bar's colour, 5 the window's, 24 a
-        // tooltip's background, 25 none (black).
+        // Colours with the high bit set are the system's: 0 is a scroll bar's colour, 4, 5 and 30 a menu's, the
+        // window's and the menu bar's, 24 a tooltip's background, 25 none (black).
         QCOMPARE(cMemDC::TranslateColor(0x12345678u), 0x345678u);
         const QPalette palette = QGuiApplication::palette();
         const std::pair<quint32, QColor> system[] = {{0, palette.color(QPalette::Button)},
+                                                     {4, palette.color(QPalette::Base)},
                                                      {5, palette.color(QPalette::Base)},
+                                                     {30, palette.color(QPalette::Base)},
                                                      {24, palette.color(QPalette::ToolTipBase)},
                                                      {25, Qt::black}};
         for (const auto &[index, c] : system)
@@ -204,6 +206,11 @@ private Q_SLOTS:
         QCOMPARE(height, b - t);
         QVERIFY(r - l > 50);
         QCOMPARE(font.pixelHeight(), 16);
+        QCOMPARE((LogicalFont {u"Tahoma"_s, 72.0}).pixelHeight(), 96); // an inch at 96 dots an inch
+        r = l + 1; // one word a line when words may break the line, one line when they may not
+        QCOMPARE(dc.DrawText(u"Guten Morgen"_s, l, t, r, b, cMemDC::DT_CALCRECT | cMemDC::DT_WORDBREAK), 2 * height);
+        r = l + 1;
+        QCOMPARE(dc.DrawText(u"Guten Morgen"_s, l, t, r, b, cMemDC::DT_CALCRECT), height);
     }
 
     // Made again, a surface starts clean: the clip it had is gone. Copied

@@ -155,9 +155,9 @@ private Q_SLOTS:
                  QList<QHeaderView::ResizeMode>(
                          {QHeaderView::Stretch, QHeaderView::ResizeToContents, QHeaderView::Interactive}));
         const QString path = m_env->path(QString(120, u'd') + u"/c.zel"_s);
-        WriteFileBytes(path,
-                       bytes::header("generated automatically by the Vocabrix Editor v1.21", 4, 1)
-                               + bytes::placeholder() + bytes::entry("a", -1, "b", 0, {}));
+        const QByteArray chapter = bytes::header("generated automatically by the Vocabrix Editor v1.21", 4, 1)
+                + bytes::placeholder() + bytes::entry("a", -1, "b", 0, {});
+        WriteFileBytes(path, chapter);
         const int listed = chapters.LV1->topLevelItemCount();
         chapters.AddChapterFile(path);
         QCOMPARE(m_env->prompter.seen(),
@@ -167,6 +167,11 @@ private Q_SLOTS:
                                            "it to a folder with a shorter name and add it again."_s,
                                  MsgIcon::Exclamation)));
         QCOMPARE(chapters.LV1->topLevelItemCount(), listed);
+        for (const QString &name : {u"c1.zel"_s, u"c2.zel"_s}) { // the chapter added is selected, alone
+            WriteFileBytes(m_env->path(name), chapter);
+            chapters.AddChapterFile(m_env->path(name));
+        }
+        QCOMPARE(chapters.LV1->selectedItems(), QList<QTreeWidgetItem *>({chapters.LV1->topLevelItem(listed + 1)}));
     }
 
     void optionsLoad()

@@ -87,8 +87,9 @@ private Q_SLOTS:
         QFETCH(bool, matchCase);
         QFETCH(bool, byReturn);
         QFETCH(QStringList, found);
-        g_MasterDb->SetValue(u"frmViewer.left"_s, QString(), 1500, u"metrics"_s); // where it was left
-        g_MasterDb->SetValue(u"frmViewer.top"_s, QString(), 900, u"metrics"_s);
+        for (const auto &[key, twips] : {std::pair(u"frmViewer.left"_s, 1500), std::pair(u"frmViewer.top"_s, 900),
+                                         std::pair(u"frmFind.left"_s, 3000), std::pair(u"frmFind.top"_s, 1800)})
+            g_MasterDb->SetValue(key, QString(), twips, u"metrics"_s); // where they were left
         frmFind *find = frmFind::Instance();
         find->show();
         find->Text2->setText(typed);
@@ -113,7 +114,7 @@ private Q_SLOTS:
                                    isBold(row, CardListModel::Answer) ? u"a"_s : QString(),
                                    isBold(row, CardListModel::Chapter) ? u"c"_s : QString());
         QCOMPARE(listed, found);
-        QCOMPARE(frmViewer::Instance()->pos(), QPoint(100, 60));
+        QCOMPARE(std::pair(find->pos(), frmViewer::Instance()->pos()), std::pair(QPoint(200, 120), QPoint(100, 60)));
         QCOMPARE(frmViewer::Instance()->LoadingText(),
                  found.size() == 1 ? u"1 card found"_s : u"%1 cards found"_s.arg(found.size()));
         const QString caption = frmViewer::Instance()->windowTitle();
