@@ -447,6 +447,8 @@ private Q_SLOTS:
         chapters->LV1->topLevelItem(0)->setSelected(true);
         QTest::keyClick(chapters->LV1, Qt::Key_Delete);
         QCOMPARE(chapters->LV1->topLevelItemCount(), 3);
+        QTest::keyClick(chapters->LV1, Qt::Key_F1);
+        QCOMPARE(m_env->prompter.modalWindows.back(), u"frmAbout"_s);
     }
 
     // A remembered chapter that cannot be listed is left out, and the window

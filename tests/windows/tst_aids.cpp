@@ -4,6 +4,7 @@
 #include "uitestsupport.h"
 #include "windows/cardspeech.h"
 #include "windows/frmoptions.h"
+#include "windows/qtplatform.h"
 #include "windows/qtspeaker.h"
 #include "windows/speechpage.h"
 
@@ -11,6 +12,9 @@
 #include <QElapsedTimer>
 #include <QLabel>
 #include <QMenu>
+#include <QPrintDialog>
+#include <QPrinter>
+#include <QPrinterInfo>
 #include <QProcess>
 #include <QScopeGuard>
 #include <QSignalSpy>
@@ -149,6 +153,28 @@ private Q_SLOTS:
         const PdfWord &first = *std::find_if(pdf.words.begin(), pdf.words.end(),
                                              [&](const PdfWord &w) { return w.text == printed.left(2); });
         QCOMPARE(first.box.left() > first.pageWidth / 8, dialog == u"fold"_s);
+    }
+
+    // The real print dialog: on a machine without a printer it starts on a PDF file of the suggested name, and
+    // its Layout page carries the layout asked for into the choice.
+    void printDialogAsAsked()
+    {
+        if (!QPrinterInfo::defaultPrinter().isNull())
+            QSKIP("a printer is set up here: the dialog starts on it");
+        TestEnvironment env;
+        const QString suggested = env.path(u"trouble-cards.pdf"_s);
+        QString offered;
+        QTimer::singleShot(0, [&offered] {
+            auto *dialog = qobject_cast<QPrintDialog *>(QApplication::activeModalWidget());
+            QVERIFY(dialog);
+            offered = dialog->windowTitle() + u": "_s + dialog->printer()->outputFileName();
+            dialog->accept();
+        });
+        QtPrompter dialogs;
+        const std::optional<PrintChoice> choice = dialogs.AskPrint({kPrintTitle, suggested, PrintLayout::Fold});
+        QCOMPARE(offered, kPrintTitle + u": "_s + suggested);
+        QVERIFY(choice && choice->target == PrintTarget::PdfFile);
+        QCOMPARE(std::pair(choice->pdfFile, choice->layout), std::pair(suggested, PrintLayout::Fold));
     }
 
     // "Speak Card" by key and menu: what is said, in which language.

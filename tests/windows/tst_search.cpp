@@ -133,6 +133,12 @@ private Q_SLOTS:
             QVERIFY(SaveScreenshot(find->grab().toImage(), u"find.png"_s));
             QVERIFY(SaveScreenshot(frmViewer::Instance()->grab().toImage(), u"viewer.png"_s));
         }
+        find->activateWindow(); // searched again from Find, the list comes to the front
+        QVERIFY(QTest::qWaitForWindowActive(find));
+        find->Search();
+        QVERIFY(QTest::qWaitForWindowActive(frmViewer::Instance()));
+        QTest::mouseClick(find->Command4, Qt::LeftButton); // Clear: the text and the list
+        QCOMPARE(std::pair(find->Text2->text(), frmViewer::Instance()->Cards()->rowCount()), std::pair(QString(), 0));
     }
 
     // Case is told apart, or not, in any script.
