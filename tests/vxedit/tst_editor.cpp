@@ -199,6 +199,8 @@ private Q_SLOTS:
         model.setData(model.index(1, ChapterModel::Answer), QString(61, u'a'), Qt::EditRole);
         model.setData(model.index(1, ChapterModel::Note), u"nnnnnn"_s, Qt::EditRole);
         QCOMPARE(model.BytesLeft(1), -1);
+        const QModelIndex note = model.index(1, ChapterModel::Note); // the whole row shows it
+        QCOMPARE(note.data(Qt::BackgroundRole).value<QBrush>().color(), QColor(0xFF, 0xE4, 0xE1));
         const QString target = path(u"limit.zel"_s);
         m_env->prompter.fileAnswers = {target};
         QVERIFY(!m_window->SaveAs());
@@ -214,12 +216,16 @@ private Q_SLOTS:
 
         model.setData(model.index(1, ChapterModel::Answer), QString(60, u'a'), Qt::EditRole);
         QCOMPARE(model.BytesLeft(1), 0);
+        QVERIFY(!note.data(Qt::BackgroundRole).isValid());
         m_env->prompter.fileAnswers = {target};
         QVERIFY(m_window->SaveAs());
         QVERIFY(!m_window->isWindowModified());
         ikorvalite db;
         QVERIFY(db.Mount(target, false));
         QCOMPARE(db.GetEntry(2).text, QString(60, u'a'));
+        model.setData(model.index(0, ChapterModel::Question), u"uno"_s, Qt::EditRole);
+        QVERIFY(m_window->Save()); // to the file it was saved as, without asking
+        QVERIFY(ReadFileBytes(target).contains("uno"));
     }
 
     // Any script can be typed; the limits count UTF-8 bytes once the chapter
