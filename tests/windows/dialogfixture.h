@@ -4,6 +4,7 @@
 // The study session the dialog tests start from: a settings file with the
 // default colours, and six German cards on show in the study window.
 #include "uitestsupport.h"
+#include "windows/frmfind.h"
 
 using namespace Qt::Literals::StringLiterals;
 
@@ -34,3 +35,22 @@ inline void startStudying(TestEnvironment &env)
     StudyDeck(cards);
     modrender::ShowFirstCard();
 }
+
+// What each dialog test starts from, and what it leaves behind.
+class DialogFixture : public QObject
+{
+protected:
+    std::unique_ptr<TestEnvironment> m_env;
+
+    void beginTest()
+    {
+        m_env = std::make_unique<TestEnvironment>();
+        startStudying(*m_env);
+    }
+    void endTest()
+    {
+        UnloadAllForms();
+        frmFind::SetCrashHandler({});
+        m_env.reset();
+    }
+};

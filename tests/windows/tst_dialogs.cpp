@@ -58,27 +58,14 @@ QWidget *openWindow(const QString &window, std::unique_ptr<QWidget> &owned)
 
 } // namespace
 
-class DialogsTest : public QObject
+class DialogsTest : public DialogFixture
 {
     Q_OBJECT
 
-    std::unique_ptr<TestEnvironment> m_env;
-
 private Q_SLOTS:
     void initTestCase() { InstallFontSubstitutes(); }
-
-    void init()
-    {
-        m_env = std::make_unique<TestEnvironment>();
-        startStudying(*m_env);
-    }
-
-    void cleanup()
-    {
-        UnloadAllForms();
-        frmFind::SetCrashHandler({});
-        m_env.reset();
-    }
+    void init() { beginTest(); }
+    void cleanup() { endTest(); }
 
     // Every window fits a 1024x600 screen with its frame, at its opening size and at its smallest. Every
     // control of it, on every page, is reached by keyboard, and no two on show answer to the same Alt+letter.

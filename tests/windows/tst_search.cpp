@@ -34,27 +34,14 @@ bool isBold(int row, int column)
 
 } // namespace
 
-class SearchTest : public QObject
+class SearchTest : public DialogFixture
 {
     Q_OBJECT
 
-    std::unique_ptr<TestEnvironment> m_env;
-
 private Q_SLOTS:
     void initTestCase() { InstallFontSubstitutes(); }
-
-    void init()
-    {
-        m_env = std::make_unique<TestEnvironment>();
-        startStudying(*m_env);
-    }
-
-    void cleanup()
-    {
-        UnloadAllForms();
-        frmFind::SetCrashHandler({});
-        m_env.reset();
-    }
+    void init() { beginTest(); }
+    void cleanup() { endTest(); }
 
     void search_data()
     {
