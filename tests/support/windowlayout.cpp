@@ -13,10 +13,9 @@
 #include <QComboBox>
 #include <QCryptographicHash>
 #include <QFile>
-#include <QHeaderView>
 #include <QLabel>
 #include <QMenu>
-#include <QMetaProperty>
+#include <QMetaEnum>
 #include <QProgressBar>
 #include <QPushButton>
 #include <QRegularExpression>
