@@ -40,19 +40,6 @@ int encodeChar(char16_t ch)
     return -1;
 }
 
-qsizetype encode(QStringView text, QByteArray &out)
-{
-    out.resize(text.size());
-    char *dst = out.data();
-    for (qsizetype i = 0; i < text.size(); ++i) {
-        const int b = encodeChar(text[i].unicode());
-        if (b < 0)
-            return i;
-        dst[i] = char(b);
-    }
-    return -1;
-}
-
 qsizetype encodedLength(QStringView text)
 {
     for (const QChar c : text) {

@@ -18,10 +18,6 @@ QString decode(QByteArrayView bytes);
 // The byte for one UTF-16 unit, or -1 when 1252 has no such character.
 int encodeChar(char16_t ch);
 
-// Encodes text into out (replacing its contents). Returns -1 on success, else the
-// index in text of the first character that cannot be held (out is then undefined).
-qsizetype encode(QStringView text, QByteArray &out);
-
 // Length in bytes of the encoded text, or -1 when a character cannot be held.
 qsizetype encodedLength(QStringView text);
 

@@ -59,7 +59,6 @@ private Q_SLOTS:
 
         const QByteArray before = ReadFileBytes(path(u"big.zel"_s));
         back.AppendEntry({u"one too many"_s, -1, u"a"_s, 0, {}});
-        QCOMPARE(back.Count(), 32768);
         QVERIFY(!back.Save());
         QCOMPARE(back.Count(), 32768); // a refused save leaves the count alone
         QCOMPARE(m_warnings.size(), 1);
@@ -98,31 +97,24 @@ private Q_SLOTS:
         QTest::addColumn<QString>("text");
         QTest::addColumn<QByteArray>("stored"); // empty: refused
         QTest::addColumn<QString>("why");
-        const QString zhe = u"Ж"_s;
+        auto row = [](const char *name, bool marked, const QString &title, const QString &text,
+                      const QByteArray &stored,
+                      const QString &why = {}) { QTest::newRow(name) << marked << title << text << stored << why; };
         auto needs = [](const QString &what, bool utf8) {
             return what + u" needs 129 bytes, more than the 128 bytes of a record"_s
                     + (utf8 ? u" (its texts in UTF-8)"_s : QString());
         };
-        const QString entry = u"entry 1 ('k')"_s;
-        QTest::newRow("1252: 115 letters fit")
-                << false << QString() << QString(115, u'x') << QByteArray(115, 'x') << QString();
-        QTest::newRow("1252: 115 umlauts fit")
-                << false << QString() << QString(115, u'ü') << QByteArray(115, '\xFC') << QString();
-        QTest::newRow("1252: 116 letters are a byte too many")
-                << false << QString() << QString(116, u'x') << QByteArray() << needs(entry, false);
-        QTest::newRow("utf-8: 57 Cyrillic letters and a byte fit")
-                << true << QString() << zhe.repeated(57) + u'x' << QByteArray("\xD0\x96").repeated(57) + 'x'
-                << QString();
-        QTest::newRow("utf-8: 58 Cyrillic letters are a byte too many")
-                << true << QString() << zhe.repeated(58) << QByteArray() << needs(entry, true);
-        QTest::newRow("utf-8: an umlaut takes two bytes")
-                << true << QString() << QString(58, u'ü') << QByteArray() << needs(entry, true);
-        QTest::newRow("1252 turned utf-8 by a Cyrillic letter")
-                << false << QString() << QString(57, u'ü') + zhe << QByteArray() << needs(entry, true);
-        QTest::newRow("utf-8: a title of 110 bytes beside the marker")
-                << true << zhe.repeated(55) << u"x"_s << QByteArray("x") << QString();
-        QTest::newRow("utf-8: a title of 111 bytes")
-                << true << zhe.repeated(55) + u'x' << u"x"_s << QByteArray() << needs(u"the header"_s, true);
+        const QString zhe = u"Ж"_s, entry = u"entry 1 ('k')"_s;
+        row("1252: 115 letters fit", false, {}, QString(115, u'x'), QByteArray(115, 'x'));
+        row("1252: 115 umlauts fit", false, {}, QString(115, u'ü'), QByteArray(115, '\xFC'));
+        row("1252: 116 letters are a byte too many", false, {}, QString(116, u'x'), {}, needs(entry, false));
+        row("utf-8: 57 Cyrillic letters and a byte fit", true, {}, zhe.repeated(57) + u'x',
+            QByteArray("\xD0\x96").repeated(57) + 'x');
+        row("utf-8: 58 Cyrillic letters are a byte too many", true, {}, zhe.repeated(58), {}, needs(entry, true));
+        row("utf-8: an umlaut takes two bytes", true, {}, QString(58, u'ü'), {}, needs(entry, true));
+        row("1252 turned utf-8 by a Cyrillic letter", false, {}, QString(57, u'ü') + zhe, {}, needs(entry, true));
+        row("utf-8: a title of 110 bytes beside the marker", true, zhe.repeated(55), u"x"_s, "x");
+        row("utf-8: a title of 111 bytes", true, zhe.repeated(55) + u'x', u"x"_s, {}, needs(u"the header"_s, true));
     }
     void byteLimitsInBothEncodings()
     {
