@@ -38,10 +38,7 @@ public:
     void EnableCommands(bool enabled) override { calls << (enabled ? u"enable"_s : u"disable"_s); }
     void StopCardDisplay() override { calls << u"stop display"_s; }
     void StartCardDisplay() override { calls << u"start display"_s; }
-    void ShowCardTexts(const QString &text, const QString &pass) override
-    {
-        calls << u"texts '%1' '%2'"_s.arg(text, pass);
-    }
+    void ShowCardTexts(const QString &t, const QString &p) override { calls << u"texts '%1' '%2'"_s.arg(t, p); }
     void ShowProgress(const QString &caption, int min, int max) override
     {
         calls << u"progress "_s + caption;
@@ -215,24 +212,19 @@ private Q_SLOTS:
         QCOMPARE(QFileInfo::exists(p), !file.isNull());                    // nothing created
     }
 
-    void largestChapterLoadsAndDeckLimitHolds()
+    // The deck holds at most 32,767 cards: a chapter that would take it past
+    // them is refused whole.
+    void deckLimit()
     {
         TestEnvironment env;
-        FlushData(true);
-        ikorvalite db;
-        db.SetDescription(QString::fromLatin1(kChapter));
-        for (int i = 0; i < 32767; ++i)
-            db.AppendEntry({u"Frage %1"_s.arg(i), -1, u"answer"_s, 0, {}});
-        QVERIFY(db.SaveAs(env.path(u"big.zel"_s)));
-
-        LoadChapterFile(env.path(u"big.zel"_s), u"big"_s);
-        QCOMPARE(g_Deck.UBound(), 32767);
-        QCOMPARE(g_Deck[32766].question, u"Frage 32766"_s);
-        QVERIFY(env.prompter.boxes.empty());
-
-        // One more chapter would take the deck past 32,767 cards.
+        fillDeck(32765);
         const QString two = env.path(u"two.zel"_s);
         WriteFileBytes(two, chapterBytes({{"a", "b", ""}, {"c", "d", ""}}));
+        LoadChapterFile(two, u"two"_s);
+        QCOMPARE(g_Deck.UBound(), 32767);
+        QCOMPARE(g_Deck[32766].question, u"c"_s);
+        QVERIFY(env.prompter.boxes.empty());
+
         LoadChapterFile(two, u"two"_s);
         QCOMPARE(env.prompter.seen(),
                  QStringList(Box(u"Can't load file"_s,
@@ -274,24 +266,23 @@ private Q_SLOTS:
         QCOMPARE(g_Deck.UBound(), upperAfter);
     }
 
-    void shuffleRefusesOver9999()
+    // The command refuses more than 9,999 cards and leaves them as they were;
+    // 9,999 are shuffled whole.
+    void shuffleCommand()
     {
         TestEnvironment env;
         fillDeck(10000);
-        FakeShuffleHost host;
-        RunShuffleCommand(host);
-        QCOMPARE(env.prompter.seen(),
-                 QStringList(Box(u"Shuffler"_s,
-                                 u"The shuffler cannot work with a dataset greater than 9999. Reduce the number of "
-                                 "cards to below this number to reenable shuffling."_s,
-                                 MsgIcon::Exclamation)));
-        QVERIFY(host.calls.isEmpty());
+        FakeShuffleHost refused;
+        RunShuffleCommand(refused);
+        const QStringList box(Box(u"Shuffler"_s,
+                                  u"The shuffler cannot work with a dataset greater than 9999. Reduce the number of "
+                                  "cards to below this number to reenable shuffling."_s,
+                                  MsgIcon::Exclamation));
+        QCOMPARE(env.prompter.seen(), box);
+        QVERIFY(refused.calls.isEmpty());
         QCOMPARE(g_Deck[0].question, u"q0"_s);
-    }
 
-    void shuffle9999IsAPermutation()
-    {
-        TestEnvironment env;
+        g_Deck.Reset();
         fillDeck(9999);
         const QStringList before = questions();
         std::mt19937 engine(7);
@@ -299,8 +290,7 @@ private Q_SLOTS:
         SetRandomSource(&rng);
         FakeShuffleHost host;
         RunShuffleCommand(host);
-
-        QVERIFY(env.prompter.boxes.empty());
+        QCOMPARE(env.prompter.seen(), box); // no second box
         QCOMPARE(rng.seeds, 1);
         QStringList after = questions();
         QVERIFY(after != before);
@@ -326,75 +316,65 @@ private Q_SLOTS:
     }
 
     // Draws chosen so that the slots are known: a slot is the draw times
-    // 10,000, modulo the cards.
-    void shuffleScripted_data()
+    // 10,000, modulo the cards. A shutdown request leaves the deck as it was;
+    // one that comes during the first pass lets that pass run to its end.
+    void shuffleDeck_data()
     {
         QTest::addColumn<int>("cards");
         QTest::addColumn<QList<double>>("draws");
+        QTest::addColumn<int>("signalAt"); // the draw that brings a shutdown request; 0: before the shuffle, -1: none
         QTest::addColumn<QStringList>("after");
         QTest::addColumn<QList<int>>("bar");
-        QList<double> inOrder;
+        QList<double> inOrder, reversed;
         QStringList all;
         for (int i = 0; i < 120; ++i) {
             inOrder << i / 10000.0;
             all << u"q%1"_s.arg(i);
         }
+        for (int i = 49; i >= 0; --i)
+            reversed << i / 10000.0;
+        const QStringList fifty = all.mid(0, 50) + QStringList(QString());
         // Card 1's question is empty: its slot still looks free, and card 2 takes it.
         QTest::newRow("a card with an empty question is lost")
-                << 3 << QList<double>({0.0, 0.0001, 0.0001}) << QStringList({u"q0"_s, u"q2"_s, {}, {}}) << QList<int>();
-        QTest::newRow("one card") << 1 << QList<double>({0.73}) << QStringList({u"q0"_s, {}}) << QList<int>();
+                << 3 << QList<double>({0.0, 0.0001, 0.0001}) << -1 << QStringList({u"q0"_s, u"q2"_s, {}, {}})
+                << QList<int>();
+        QTest::newRow("one card") << 1 << QList<double>({0.73}) << -1 << QStringList({u"q0"_s, {}}) << QList<int>();
         // Pass 1 counts 0..119 and moves the bar at 50 and 100; pass 2 goes
         // on from 100 (not 120) over 121 slots.
         QTest::newRow("the bar goes on from where it stands")
-                << 120 << inOrder << all + QStringList(QString()) << QList<int>({50, 100, 150, 200});
+                << 120 << inOrder << -1 << all + QStringList(QString()) << QList<int>({50, 100, 150, 200});
+        QTest::newRow("shutdown before the shuffle") << 50 << QList<double>() << 0 << fifty << QList<int>();
+        QTest::newRow("shutdown during the first pass") << 50 << reversed << 3 << fifty << QList<int>();
     }
-    void shuffleScripted()
+    void shuffleDeck()
     {
         QFETCH(int, cards);
         QFETCH(QList<double>, draws);
+        QFETCH(int, signalAt);
         QFETCH(QStringList, after);
         QFETCH(QList<int>, bar);
         TestEnvironment env;
+        g_ShuttingDown = signalAt == 0;
         fillDeck(cards);
         if (cards == 3)
             g_Deck[1].question.clear();
-        ScriptedRandom rng([&](int n) { return draws.at(n); });
-        SetRandomSource(&rng);
-        FakeShuffleHost host;
-        ShuffleDeck(host);
-        QCOMPARE(rng.draws, draws.size());
-        QCOMPARE(questions(), after);
-        QCOMPARE(QList<int>({host.minimum, host.maximum}), QList<int>({0, 2 * cards}));
-        QCOMPARE(QList<int>(host.barValues.begin(), host.barValues.end()), bar);
-    }
-
-    void shutdownLeavesTheDeck_data()
-    {
-        QTest::addColumn<int>("signalAt"); // the draw that brings the shutdown request
-        QTest::addColumn<int>("minDraws");
-        QTest::newRow("before the shuffle") << 0 << 0;
-        QTest::newRow("during the first pass, which runs to its end") << 3 << 50;
-    }
-    void shutdownLeavesTheDeck()
-    {
-        QFETCH(int, signalAt);
-        QFETCH(int, minDraws);
-        TestEnvironment env;
-        g_ShuttingDown = signalAt == 0;
-        fillDeck(50);
-        const QStringList before = questions();
-        std::mt19937 engine(3);
         ScriptedRandom rng([&](int n) {
             g_ShuttingDown = g_ShuttingDown || n + 1 == signalAt;
-            return std::generate_canonical<double, 32>(engine);
+            return draws.value(n, n / 10000.0); // past the list: in order, so no draw repeats forever
         });
         SetRandomSource(&rng);
         FakeShuffleHost host;
         ShuffleDeck(host);
-        QVERIFY(rng.draws >= minDraws && (minDraws > 0 || rng.draws == 0));
-        QCOMPARE(questions(), before);
-        QCOMPARE(env.logLines().last(), u"system shutdown signal received: dropping out of shuffle/n"_s);
-        QVERIFY(!host.calls.contains(u"texts 'Randomizing ...' 'Pass 2 of 2'"_s));
+        g_ShuttingDown = false;
+        QCOMPARE(rng.draws, draws.size());
+        QCOMPARE(questions(), after);
+        QCOMPARE(QList<int>({host.minimum, host.maximum}), QList<int>({0, 2 * cards}));
+        QCOMPARE(QList<int>(host.barValues.begin(), host.barValues.end()), bar);
+        const bool stopped = signalAt >= 0;
+        QCOMPARE(env.logLines(),
+                 stopped ? QStringList(u"system shutdown signal received: dropping out of shuffle/n"_s)
+                         : QStringList());
+        QCOMPARE(host.calls.contains(u"texts 'Randomizing ...' 'Pass 2 of 2'"_s), !stopped);
     }
 };
 

@@ -4,9 +4,6 @@
 #include "deckfixture.h"
 
 #include <QLocale>
-#include <QtEndian>
-
-#include <optional>
 
 namespace {
 
@@ -18,32 +15,6 @@ QByteArray cardBytes(const QByteArray &question, const QByteArray &answer, const
             + bytes::i16(times) + bytes::text(chapter);
 }
 const QByteArray kEmptySlot = cardBytes({}, {}, {}, {}, 0, 0, {});
-
-// A reader of progress files that knows only the Windows-1252 layout, as its
-// rules read: a signed 16-bit count, then count + 1 records of 8-bit texts.
-// Returns the questions, or nothing when it refuses the file.
-std::optional<QStringList> classicProgressReader(const QByteArray &file)
-{
-    qsizetype at = 0;
-    auto take = [&](qsizetype n) {
-        const QByteArray field = at + n <= file.size() ? file.mid(at, n) : QByteArray();
-        at += n;
-        return field;
-    };
-    auto number = [&] { return qFromLittleEndian<qint16>(take(2).leftJustified(2, '\0').constData()); };
-    auto text = [&] { return QString::fromLatin1(take(quint16(number()))); };
-    const qint16 count = number();
-    if (count < 0)
-        return std::nullopt;
-    QStringList questions;
-    for (int i = 0; i <= count; ++i) {
-        questions << text();
-        text(), text(), text(), number(), number(), text();
-    }
-    if (at > file.size())
-        return std::nullopt;
-    return questions;
-}
 
 } // namespace
 
@@ -112,7 +83,8 @@ private Q_SLOTS:
     }
 
     // A deck that Windows-1252 holds is written as always; any other in UTF-8
-    // behind a marker that a reader of the old layout refuses.
+    // behind a marker: a count of -32768, which a reader of the old layout
+    // refuses.
     void progressInBothLayouts_data()
     {
         QTest::addColumn<QString>("question");
@@ -149,12 +121,7 @@ private Q_SLOTS:
         QCOMPARE(read.size(), size_t(2));
         QCOMPARE(QStringList({read[0].question, read[0].chapter, QString::number(read[0].timesViewed)}),
                  QStringList({question, chapter, u"2"_s}));
-        const bool utf8 = layout == korva::Encoding::Utf8;
-        QCOMPARE(utf8, QTest::currentDataTag() != QByteArray("windows-1252"));
-        const std::optional<QStringList> classic = classicProgressReader(file);
-        QCOMPARE(classic.has_value(), !utf8);
-        if (classic)
-            QCOMPARE(*classic, QStringList({question, QString()}));
+        QCOMPARE(layout == korva::Encoding::Utf8, QTest::currentDataTag() != QByteArray("windows-1252"));
     }
 
     void loadProgress_data()
@@ -195,7 +162,9 @@ private Q_SLOTS:
 
     // The report's table from its column headers on. Each column is as wide
     // as its longest text (card 0 left out) plus four, at least as wide as
-    // its header, in the columns the text takes on screen.
+    // its header, in the columns the text takes on screen: two for a wide
+    // character, none for a combining mark, one for a pair of surrogates
+    // that is not wide.
     void statistics_data()
     {
         QTest::addColumn<QStringList>("deck"); // "question|answer|trouble|times|chapter" from card 0
@@ -218,11 +187,14 @@ private Q_SLOTS:
                                 u"ja              yes                  NO                 1          K"_s,
                                 QString(16 + 14, u' ') + u"       NO                 0          "_s, QString()});
         QTest::newRow("aligned in any script")
-                << QStringList({u"||0|0|"_s, u"日本語の言葉|Japanese word|0|0|J"_s, u"Жук|beetle|0|0|R"_s})
+                << QStringList({u"||0|0|"_s, u"日本語の言葉|Japanese word|0|0|J"_s, u"Жук|beetle|0|0|R"_s,
+                                u"е\u0301сли|if|0|0|R"_s, u"a😀𝔸|smile|0|0|R"_s})
                 << QStringList({u" == QUESTION ==  == ANSWER ==     == TROUBLE? ==  == TIMES VIEWED ==  == "
                                 "CHAPTER == "_s,
                                 u"日本語の言葉    Japanese word           NO                 0          J"_s,
                                 u"Жук             beetle                  NO                 0          R"_s,
+                                u"е\u0301сли            if                      NO                 0          R"_s,
+                                u"a😀𝔸            smile                   NO                 0          R"_s,
                                 QString(16 + 17, u' ') + u"       NO                 0          "_s, QString()});
     }
     void statistics()
@@ -242,23 +214,6 @@ private Q_SLOTS:
                               u"NOTE: 'Times Viewed' data is for this session only"_s, QString()})
                          + table);
         QLocale::setDefault(QLocale::c());
-    }
-
-    void textColumns_data()
-    {
-        QTest::addColumn<QString>("text");
-        QTest::addColumn<int>("columns");
-        QTest::newRow("latin") << u"Grün"_s << 4;
-        QTest::newRow("cyrillic") << u"Жук"_s << 3;
-        QTest::newRow("combining accent") << u"е\u0301сли"_s << 4;
-        QTest::newRow("wide japanese") << u"日本語"_s << 6;
-        QTest::newRow("beyond 16 bits") << u"a😀"_s << 3;
-    }
-    void textColumns()
-    {
-        QFETCH(QString, text);
-        QFETCH(int, columns);
-        QCOMPARE(TextColumns(text), qsizetype(columns));
     }
 
     void statisticsWrittenAndOpened()
