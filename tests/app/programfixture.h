@@ -5,7 +5,6 @@
 #include "cards/progressfile.h"
 #include "controls/zelcheck.h"
 #include "core/extrasettings.h"
-#include "core/keycodes.h"
 #include "core/modbrowser.h"
 #include "core/modfolders.h"
 #include "core/osversion.h"
@@ -17,12 +16,10 @@
 #include "windows/typedanswer.h"
 
 #include <QAccessible>
-#include <QContextMenuEvent>
 #include <QCryptographicHash>
 #include <QFontDatabase>
 #include <QLabel>
 #include <QLocalServer>
-#include <QMenu>
 #include <QRadioButton>
 #include <QToolBar>
 #include <QToolButton>
@@ -90,7 +87,9 @@ protected:
     std::unique_ptr<TestEnvironment> m_env;
     QTemporaryDir m_programDir; // the examples and the editor, as beside the program
 
-    QString master() const { return m_env->home() + u"/Documents/Vocabrix/sys.zel"_s; }
+    // A file in the program's home folder.
+    QString inHome(const QString &name) const { return m_env->home() + u"/Documents/Vocabrix/"_s + name; }
+    QString master() const { return inHome(u"sys.zel"_s); }
 
     void startProgram(bool troubleByDefault = false, bool hoverHelp = true)
     {
@@ -105,12 +104,9 @@ protected:
     {
         const QStringList log = m_env->logLines();
         QStringList out;
-        for (const QString &line : wanted.split(u'|', Qt::SkipEmptyParts))
-            if (!log.contains(line))
-                out << u"missing: "_s + line;
-        for (const QString &line : unwanted.split(u'|', Qt::SkipEmptyParts))
-            if (log.contains(line))
-                out << u"unwanted: "_s + line;
+        for (const QString &line : (wanted + u'|' + unwanted).split(u'|', Qt::SkipEmptyParts))
+            if (log.contains(line) != wanted.split(u'|').contains(line))
+                out << (log.contains(line) ? u"unwanted: "_s : u"missing: "_s) + line;
         return out;
     }
 

@@ -7,15 +7,6 @@
 
 #include <tuple>
 
-namespace {
-
-QString programDir()
-{
-    return modFolders::ProgramDirectory();
-}
-
-} // namespace
-
 // Start-up, the first run, the chapter window and the ways the program ends.
 class AppTest : public ProgramFixture
 {
@@ -59,23 +50,43 @@ private Q_SLOTS:
         }
     }
 
-    void firstStart()
+    // The first start, with the setup's answers, in a locale of its own (the
+    // release date's separator follows it); then the second start, which asks
+    // nothing and reads the answers back.
+    void firstAndSecondStart_data()
     {
-        QFile::remove(programDir() + u"/Vocabrix.upd"_s);
-        m_env->prompter.onModal = [this](QObject *window) {
+        QTest::addColumn<QString>("locale"); // empty: the tests' own
+        QTest::addColumn<QString>("date");
+        QTest::addColumn<bool>("trouble");
+        QTest::addColumn<bool>("hover");
+        QTest::newRow("no and no, slashes") << QString() << u"02/09/2010"_s << false << false;
+        QTest::newRow("yes and yes, dots") << u"de_DE"_s << u"02.09.2010"_s << true << true;
+        QTest::newRow("no and yes, dashes") << u"nl_NL"_s << u"02-09-2010"_s << false << true;
+    }
+    void firstAndSecondStart()
+    {
+        QFETCH(QString, locale);
+        QFETCH(QString, date);
+        QFETCH(bool, trouble);
+        QFETCH(bool, hover);
+        QFile::remove(m_programDir.filePath(u"Vocabrix.upd"_s));
+        m_env->prompter.onModal = [&](QObject *window) {
             // While the setup is up, the chapter list and colours are already on disk.
             ikorvalite db;
             db.Mount(master(), false);
             [&] {
                 QCOMPARE(db.GetNumber(u"flist_count"_s, 0).value, 4);
-                QCOMPARE(db.GetText(u"flist_name_3"_s).value, programDir() + u"/ex3.zel"_s);
+                QCOMPARE(db.GetText(u"flist_name_3"_s).value, m_programDir.filePath(u"ex3.zel"_s));
                 QCOMPARE(db.GetNumber(u"backcolor_b"_s, 0).value, 14570825);
                 QVERIFY(modMain::IsTopmost(qobject_cast<QWidget *>(window)));
                 QVERIFY(g_SplashUp);
             }();
-            return answerSetup(false, false)(window);
+            return answerSetup(trouble, hover)(window);
         };
+        if (!locale.isEmpty())
+            QLocale::setDefault(QLocale(locale));
         modMain::StartProgram();
+        QLocale::setDefault(QLocale::c());
         FlushDeletes();
 
         const QString base = m_env->home() + u"/Documents/Vocabrix"_s;
@@ -86,8 +97,9 @@ private Q_SLOTS:
                  + base + u"'| [created]/n|setting base directory to: "_s + base
                  + u"/n|the specified file doesn't exist, creating new/n|file created/n|file mounted/n|"
                    u"updater file generated/n|KORVA Alive/n|ZEL Platform v3.44 Startup/n|"
-                   u"last platform revision date is 16Jan2010/n|Program release date: 02/09/2010/n|"
-                   u"Bringing up the system ../n|Starting the cvar subsystem ../n|"
+                   u"last platform revision date is 16Jan2010/n|Program release date: "_s
+                 + date
+                 + u"/n|Bringing up the system ../n|Starting the cvar subsystem ../n|"
                    u".. cvar system disabled in this implementation/n|"
                    u"Warning: localization support requires the cvar subsystem/n|"
                    u"Localization support has been disabled/n| .. client detected: \"Vocabrix\"; version: 1.0 build 1/n|"
@@ -115,10 +127,12 @@ private Q_SLOTS:
         QCOMPARE(g_RunMode, kRunModeRelease);
         QCOMPARE(modMain::RunModeName(), u"Full Retail"_s);
 
-        // The setup's answers were saved; the loader read them back.
+        // The setup's answers were saved (no group yet); the loader read them back.
+        const auto flag = [](bool on) { return on ? u"-1 "_s : u"0 "_s; };
         QCOMPARE(stored(master(), {u"trouble_by_default"_s, u"show_mouse_hover"_s}),
-                 QStringList({u"trouble_by_default=0 "_s, u"show_mouse_hover=0 "_s})); // no group yet
-        QVERIFY(!g_TroubleByDefault && !g_TroubleDefaultCurrent && !g_ShowMouseHover);
+                 QStringList({u"trouble_by_default="_s + flag(trouble), u"show_mouse_hover="_s + flag(hover)}));
+        QCOMPARE(QList<bool>({g_TroubleByDefault, g_TroubleDefaultCurrent, g_ShowMouseHover}),
+                 QList<bool>({trouble, trouble, hover}));
 
         // The splash is gone, the chapter window offers the examples.
         QVERIFY(!g_SplashUp);
@@ -131,29 +145,24 @@ private Q_SLOTS:
         QCOMPARE(g_Deck.UBound(), 0);
 
         // The updater file was rewritten.
-        QCOMPARE(ReadFileBytes(programDir() + u"/Vocabrix.upd"_s),
+        QCOMPARE(ReadFileBytes(m_programDir.filePath(u"Vocabrix.upd"_s)),
                  bytes::header("KORVA Database File; KORVA Lite version", 4, 3) + bytes::placeholder()
                          + bytes::entry("app_title", -1, "Vocabrix", 0, {})
                          + bytes::entry("app_current_version", -1, "101", 0, {})
                          + bytes::entry("app_desc", -1, "This is a vocabulary flash cards program", 0, {}));
-    }
 
-    // The date's separator follows the locale (slashes in firstStart).
-    void releaseDateFollowsTheLocale_data()
-    {
-        QTest::addColumn<QString>("locale");
-        QTest::addColumn<QString>("date");
-        QTest::newRow("dots") << u"de_DE"_s << u"02.09.2010"_s;
-        QTest::newRow("dashes") << u"nl_NL"_s << u"02-09-2010"_s;
-    }
-    void releaseDateFollowsTheLocale()
-    {
-        QFETCH(QString, locale);
-        QFETCH(QString, date);
-        QLocale::setDefault(QLocale(locale));
-        startProgram();
-        QLocale::setDefault(QLocale::c());
-        QCOMPARE(logMismatch(u"Program release date: "_s + date + u"/n"_s), QStringList());
+        chapters->Quit();
+        FlushDeletes();
+        QVERIFY(g_ProcessReleased);
+        m_env->log->clear();
+        m_env->prompter.modalWindows.clear();
+        restartProgram();
+        QVERIFY(m_env->prompter.modalWindows.empty());
+        QCOMPARE(logMismatch(u" ..KORVA data file mounted successfully/n"_s,
+                             u" .. Initializing KORVA master DB file for first use.../n"_s),
+                 QStringList());
+        QCOMPARE(QList<bool>({g_TroubleDefaultCurrent, g_ShowMouseHover}), QList<bool>({trouble, hover}));
+        QCOMPARE(modMain::ChapterWindow()->LV1->topLevelItemCount(), 4);
     }
 
     void versionDetectedOnce()
@@ -177,18 +186,13 @@ private Q_SLOTS:
         QCOMPARE(detect(), QList<int>({400, 4, 0, 1381, 1, 1}));
     }
 
-    // Answered by mouse here; firstStart answers no and no.
+    // Answered by mouse here (the window as it opens is in its recorded layout).
     void setupWindow()
     {
         g_MasterDb = std::make_unique<ikorvalite>();
         QVERIFY(g_MasterDb->Mount(m_env->path(u"sys.zel"_s), false));
         frmSetup setup;
         setup.show();
-        QCOMPARE(setup.windowTitle(), u"Vocabrix 2007 Initial Setup"_s);
-        QVERIFY(setup.Label1->font().bold());
-        QCOMPARE(setup.Label1->font().pointSizeF(), setup.font().pointSizeF() * 1.6);
-        QVERIFY(!setup.Option1->isChecked() && !setup.Option2->isChecked()); // nothing chosen for you
-        QVERIFY(!setup.Command1->isEnabled());
         auto click = [](QWidget *w) { QTest::mouseClick(w, Qt::LeftButton, {}, QPoint(6, w->height() / 2)); };
         click(setup.Check1); // the check box alone does not do
         QVERIFY(!setup.Command1->isEnabled());
@@ -197,32 +201,12 @@ private Q_SLOTS:
         QVERIFY(setup.isVisible());
         click(setup.Option1);
         QVERIFY(setup.Command1->isEnabled());
-        if (!setup.Check1->isChecked())
-            click(setup.Check1);
         click(setup.Command1);
         QVERIFY(!setup.isVisible());
         QCOMPARE(setup.result(), int(QDialog::Accepted));
-        QCOMPARE(g_MasterDb->GetNumber(u"trouble_by_default"_s, 5).value, -1);
-        QCOMPARE(g_MasterDb->GetNumber(u"show_mouse_hover"_s, 5).value, -1);
-        QCOMPARE(g_MasterDb->GetNote(u"trouble_by_default"_s), QString()); // no group
-    }
-
-    void secondStartSkipsFirstUse()
-    {
-        startProgram(true, true);
-        modMain::ChapterWindow()->Quit();
-        FlushDeletes();
-        QVERIFY(g_ProcessReleased);
-
-        m_env->log->clear();
-        m_env->prompter.modalWindows.clear();
-        restartProgram();
-        QVERIFY(m_env->prompter.modalWindows.empty());
-        QCOMPARE(logMismatch(u" ..KORVA data file mounted successfully/n"_s,
-                             u" .. Initializing KORVA master DB file for first use.../n"_s),
-                 QStringList());
-        QVERIFY(g_TroubleDefaultCurrent && g_ShowMouseHover); // read back from the first run
-        QCOMPARE(modMain::ChapterWindow()->LV1->topLevelItemCount(), 4);
+        QCOMPARE(QList<qint32>({g_MasterDb->GetNumber(u"trouble_by_default"_s, 5).value,
+                                g_MasterDb->GetNumber(u"show_mouse_hover"_s, 5).value}),
+                 QList<qint32>({-1, 0})); // the box was unchecked
     }
 
     // Starts that end the program with status 1 after their boxes ('@' in a
@@ -392,7 +376,6 @@ private Q_SLOTS:
         QCOMPARE(m_env->prompter.boxes.size(), size_t(1));
         QCOMPARE(chapters->LV1->topLevelItem(4)->text(0), u"mine.zel"_s);
         QCOMPARE(chapters->LV1->topLevelItem(5)->text(0), u"Russian 1: Greetings and First Words"_s);
-        QVERIFY(SaveScreenshot(chapters->grab().toImage(), u"chapter-window-russian.png"_s));
 
         // Removing three examples: the list on disk follows, a name past its end left behind.
         chapters->LV1->clearSelection();
@@ -409,14 +392,15 @@ private Q_SLOTS:
         QStringList names;
         for (int n = 1; n <= 4; ++n)
             names << db.GetText(u"flist_name_%1"_s.arg(n)).value;
-        QCOMPARE(names, QStringList({programDir() + u"/ex4.zel"_s, mine, russian, programDir() + u"/ex4.zel"_s}));
+        QCOMPARE(names,
+                 QStringList(
+                         {m_programDir.filePath(u"ex4.zel"_s), mine, russian, m_programDir.filePath(u"ex4.zel"_s)}));
         QCOMPARE(g_Deck.UBound(), 38);
         QCOMPARE(modrender::Metrics()->MainText(), u"Здравствуйте"_s);
-        QVERIFY(SaveScreenshot(frmMain::Existing()->grab().toImage(), u"study-russian.png"_s));
 
         frmMain::Existing()->HandleKey(88, 0); // X
         FlushDeletes();
-        const QByteArray kept = ReadFileBytes(m_env->home() + u"/Documents/Vocabrix/lastsession.vxs"_s);
+        const QByteArray kept = ReadFileBytes(inHome(u"lastsession.vxs"_s));
         QCOMPARE(kept.left(9), bytes::i16(-32768) + bytes::text("utf-8"));
         std::vector<Card> cards;
         QVERIFY(ReadProgressImage(kept, cards, nullptr));
@@ -463,7 +447,7 @@ private Q_SLOTS:
         g_MasterDb->SetValue(u"flist_count"_s, QString(), 3, QString());
         g_MasterDb->SetValue(u"flist_name_1"_s, gone, 0, QString());
         g_MasterDb->SetValue(u"flist_name_2"_s, damaged, 0, QString());
-        g_MasterDb->SetValue(u"flist_name_3"_s, programDir() + u"/ex2.zel"_s, 0, QString());
+        g_MasterDb->SetValue(u"flist_name_3"_s, m_programDir.filePath(u"ex2.zel"_s), 0, QString());
         chapters->LV1->clear();
         chapters->LoadFileList();
         QCOMPARE(chapters->LV1->topLevelItemCount(), 1);
@@ -477,7 +461,7 @@ private Q_SLOTS:
         QVERIFY(chapters->LV1->topLevelItem(0)->toolTip(0).startsWith(chapters->LV1->topLevelItem(0)->text(0)));
 
         // One that vanishes once listed gets its box while the progress counts both.
-        QVERIFY(QFile::copy(programDir() + u"/ex2.zel"_s, gone));
+        QVERIFY(QFile::copy(m_programDir.filePath(u"ex2.zel"_s), gone));
         chapters->LV1->clear();
         chapters->LoadFileList();
         QFile::remove(gone);
@@ -520,7 +504,7 @@ private Q_SLOTS:
         QTest::mouseClick(chapters->Command5, Qt::LeftButton);
         FlushDeletes();
         QCOMPARE(m_env->prompter.launches.size(), size_t(1));
-        QCOMPARE(m_env->prompter.launches[0].program, programDir() + u'/' + ExecutableFileName(u"vxedit"_s));
+        QCOMPARE(m_env->prompter.launches[0].program, m_programDir.filePath(ExecutableFileName(u"vxedit"_s)));
         QCOMPARE(m_env->prompter.launches[0].workingDirectory, m_env->home() + u"/Documents/Vocabrix"_s);
         QVERIFY(g_ProcessReleased); // the program closes for the editor
         QCOMPARE(g_ExitStatus, 0);

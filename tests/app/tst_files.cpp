@@ -36,26 +36,6 @@ QByteArray chapterBytes(int cards)
     return file;
 }
 
-QString errorText(int error)
-{
-    return QString::fromLocal8Bit(std::strerror(error));
-}
-
-struct CommandResult
-{
-    int status = -1;
-    QString err;
-};
-
-CommandResult runCommand(const QStringList &args)
-{
-    QBuffer out, err;
-    out.open(QIODevice::WriteOnly);
-    err.open(QIODevice::WriteOnly);
-    const int status = commandline::Run(args, out, err);
-    return {status, QString::fromUtf8(err.data())};
-}
-
 QStringList temporaryFiles(const QString &folder)
 {
     return QDir(folder).entryList({u"*.vxsave-*"_s}, QDir::AllEntries | QDir::Hidden | QDir::System);
@@ -80,7 +60,8 @@ class FilesTest : public QObject
     std::unique_ptr<TestEnvironment> m_env;
     std::unique_ptr<EditorWindow> m_editor;
     QTemporaryDir m_programDir;
-    CommandResult m_command;
+    int m_status = -1; // of the command line, when it ran
+    QString m_stderr;
 
     SaveSite site(const QString &name)
     {
@@ -93,7 +74,15 @@ class FilesTest : public QObject
                 g_Deck[i].chapter = u"Kapitel"_s;
             }
         };
-        auto command = [this](const QStringList &args) { return [this, args] { m_command = runCommand(args); }; };
+        auto command = [this](const QStringList &args) {
+            return [this, args] {
+                QBuffer out, err;
+                out.open(QIODevice::WriteOnly);
+                err.open(QIODevice::WriteOnly);
+                m_status = commandline::Run(args, out, err);
+                m_stderr = QString::fromUtf8(err.data());
+            };
+        };
         SaveSite s;
         if (name == u"settings at shutdown"_s) {
             g_BaseDirectory = home;
@@ -164,7 +153,7 @@ private Q_SLOTS:
     {
         m_env = std::make_unique<TestEnvironment>();
         m_editor = std::make_unique<EditorWindow>();
-        m_command = {};
+        m_status = -1;
         g_SuppressRefresh = true;
     }
 
@@ -230,12 +219,12 @@ private Q_SLOTS:
             QVERIFY(ReadFileBytes(s.target) != s.before);
             QVERIFY(ReadFileBytes(s.target).size() > 0);
             QVERIFY(m_env->prompter.boxes.empty());
-            QCOMPARE(m_command.status, s.told == u"stderr"_s ? 0 : -1);
+            QCOMPARE(m_status, s.told == u"stderr"_s ? 0 : -1);
             return;
         }
         QCOMPARE(faults, 1);
         QCOMPARE(ReadFileBytes(s.target), s.before);
-        const QString why = errorText(error);
+        const QString why = QString::fromLocal8Bit(std::strerror(error));
         if (s.told == u"log"_s) {
             QVERIFY(m_env->prompter.boxes.empty());
             const QStringList lines = m_env->logLines();
@@ -243,8 +232,8 @@ private Q_SLOTS:
                      QStringList({u" .. the updater file '"_s + s.target + u"' couldn't be written: "_s + why + u"/n"_s,
                                   u"updater file generated/n"_s}));
         } else if (s.told == u"stderr"_s) {
-            QCOMPARE(m_command.status, 1);
-            QCOMPARE(m_command.err, u"vxedit: "_s + s.target + u": "_s + why + u"; nothing was written\n"_s);
+            QCOMPARE(m_status, 1);
+            QCOMPARE(m_stderr, u"vxedit: "_s + s.target + u": "_s + why + u"; nothing was written\n"_s);
         } else {
             QCOMPARE(m_env->prompter.boxTitles(), QStringList(s.told));
             QVERIFY2(m_env->prompter.boxes[0].text.contains(s.target), qPrintable(m_env->prompter.boxes[0].text));

@@ -2,6 +2,8 @@
 #include "programfixture.h"
 #include "settings/settingskeys.h"
 
+#include <QRegularExpression>
+
 namespace {
 
 // A kept session's deck of one card, by hand: "Hund"/"dog", a trouble card
@@ -65,11 +67,8 @@ private Q_SLOTS:
         QCOMPARE(modrender::Metrics()->MainText(), g_Deck[0].question);
         QCOMPARE(modrender::Metrics()->CornerText(r_data::Corner::TopLeft), u"showing card 1 of 75; 0 trouble cards"_s);
         QVERIFY(main->zelFlatButton2->Enabled());
-        const QStringList lines = m_env->logLines();
-        QVERIFY(lines.contains(u" .. loaded 75 nodes/n"_s));
-        QVERIFY(std::any_of(lines.begin(), lines.end(), [](const QString &l) {
-            return l.startsWith(u"All file(s) loaded in "_s) && l.endsWith(u" msec/n"_s);
-        }));
+        QCOMPARE(logMismatch(u" .. loaded 75 nodes/n"_s), QStringList());
+        QVERIFY(m_env->logLines().indexOf(QRegularExpression(u"^All file\\(s\\) loaded in .+ msec/n$"_s)) >= 0);
 
         main->HandleKey(39, 0);
         main->HandleKey(39, 0);
@@ -88,17 +87,14 @@ private Q_SLOTS:
         const QStringList shutdown =
                 (u"KORVA system going down on code 0/n|halting renderer ../n|saving Alpha Options/n|"
                  u"renderer going down/n| .. renderer released ok/n| .. renderer dead/n|Entering FlushToZero mode/n|"
-                 u" .. flushing 2636 bytes of data/n|All dynamic data flushed/n|saving the korva master/n|"
+                 u" .. flushing N bytes of data/n|All dynamic data flushed/n|saving the korva master/n|"
                  u"unmounting file/n|destroying class instance/n| ..class instance destroyed/n|"
                  u"unloading form frmMain/n|KORVA Platform Dead/n|KORVA Platform release successful/n|"
                  u"Process will be released after this line/n"_s)
                         .split(u'|');
-        QStringList got = m_env->logLines();
         // The flushed byte count depends on the example texts; compare its shape.
-        QVERIFY(got.size() == shutdown.size());
-        QVERIFY(got[7].startsWith(u" .. flushing "_s));
-        got[7] = shutdown[7];
-        QCOMPARE(got, shutdown);
+        QCOMPARE(m_env->logLines().replaceInStrings(QRegularExpression(u"^ .. flushing \\d+ "_s), u" .. flushing N "_s),
+                 shutdown);
         for (const LogRecord::Line &line : m_env->log->lines)
             QCOMPARE(line.level, kLogProgress);
 
@@ -257,7 +253,7 @@ private Q_SLOTS:
         main->Typing->SetCounts(4, 1); // typed answers, right and wrong
         const QStringList seen = sessionSeen();
         QVERIFY(seen[3].startsWith(u"Showing "_s));
-        const QString deck = m_env->home() + u"/Documents/Vocabrix/lastsession.vxs"_s;
+        const QString deck = inHome(u"lastsession.vxs"_s);
         if (blocked)
             QVERIFY(QDir().mkdir(deck));
         if (exit) {
@@ -295,8 +291,6 @@ private Q_SLOTS:
         QCOMPARE(std::pair(frmMain::Existing()->Typing->RightCount(), frmMain::Existing()->Typing->WrongCount()),
                  std::pair(4, 1));
         QVERIFY(!modrender::CanUndo());
-        if (!exit)
-            QVERIFY(SaveScreenshot(frmMain::Existing()->grab().toImage(), u"resumed-session.png"_s));
     }
 
     // Keeping the session writes no log line and nothing else: the shutdown
@@ -320,7 +314,7 @@ private Q_SLOTS:
             FlushDeletes();
             shutdown[keep] = m_env->logLines();
             masters[keep] = ReadFileBytes(master());
-            QCOMPARE(QFileInfo::exists(m_env->home() + u"/Documents/Vocabrix/lastsession.txt"_s), bool(keep));
+            QCOMPARE(QFileInfo::exists(inHome(u"lastsession.txt"_s)), bool(keep));
         }
         QCOMPARE(shutdown[1], shutdown[0]);
         QCOMPARE(masters[1], masters[0]);
