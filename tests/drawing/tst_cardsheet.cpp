@@ -45,33 +45,6 @@ QImage firstPage(const QByteArray &pdf, const QStringList &options = {u"-r"_s, u
     return QImage(dir.filePath(u"page-1.png"_s));
 }
 
-// The lines drawn across a strip of a page rendered at 1200 dpi from 25.4 mm down: runs of rows with ink over
-// more than a fifth of the width, as (top, thickness) in millimetres, the thickness from the ink of the run and
-// the rows beside it.
-struct Rule
-{
-    qreal top, mm, peak;
-};
-QList<Rule> rulesAcross(const QImage &page)
-{
-    std::vector<qreal> ink(size_t(page.height()) + 1);
-    for (int y = 0; y < page.height(); ++y)
-        for (int x = 0; x < page.width(); ++x)
-            ink[size_t(y)] += (255 - qGray(page.pixel(x, y))) / 255.0 / page.width();
-    QList<Rule> out;
-    for (size_t y = 1; y < ink.size(); ++y) {
-        if (ink[y] > 0.2 && ink[y - 1] <= 0.2)
-            out.append({(1200 + y) * 25.4 / 1200, ink[y - 1], 0});
-        if (ink[y] > 0.2 || ink[y - 1] > 0.2) {
-            out.last().mm += ink[y];
-            out.last().peak = qMax(out.last().peak, ink[y]);
-        }
-        if (ink[y] <= 0.2 && ink[y - 1] > 0.2)
-            out.last().mm *= 25.4 / 1200 / out.last().peak;
-    }
-    return out;
-}
-
 } // namespace
 
 class CardSheetTest : public QObject
@@ -93,17 +66,14 @@ private Q_SLOTS:
         QTest::addColumn<QString>("firstAnswer");
         QTest::addColumn<int>("pages");
         QTest::addColumn<bool>("cutShort");
-        QTest::addColumn<QString>("screenshot");
         const QString words = QStringList(40, u"Wort"_s).join(u' ');
         const QString flood = QStringList(900, u"Wort"_s).join(u' ');
-        QTest::newRow("sheet of three") << false << 3 << QString() << 1 << false << QString();
-        QTest::newRow("sheet of 70, a long answer wrapped")
-                << false << 70 << words << 3 << false << u"print-sheet.png"_s;
-        QTest::newRow("fold: five strips a page") << true << 12 << QString() << 3 << false << u"print-fold.png"_s;
-        QTest::newRow("a word longer than its column breaks")
-                << false << 2 << QString(150, u'x') << 1 << false << QString();
-        QTest::newRow("sheet: too long for a quarter page, cut short") << false << 2 << flood << 1 << true << QString();
-        QTest::newRow("fold: too long for its strip, cut short") << true << 2 << flood << 1 << true << QString();
+        QTest::newRow("sheet of three") << false << 3 << QString() << 1 << false;
+        QTest::newRow("sheet of 70, a long answer wrapped") << false << 70 << words << 3 << false;
+        QTest::newRow("fold: five strips a page") << true << 12 << QString() << 3 << false;
+        QTest::newRow("a word longer than its column breaks") << false << 2 << QString(150, u'x') << 1 << false;
+        QTest::newRow("sheet: too long for a quarter page, cut short") << false << 2 << flood << 1 << true;
+        QTest::newRow("fold: too long for its strip, cut short") << true << 2 << flood << 1 << true;
     }
     void paper()
     {
@@ -112,7 +82,6 @@ private Q_SLOTS:
         QFETCH(QString, firstAnswer);
         QFETCH(int, pages);
         QFETCH(bool, cutShort);
-        QFETCH(QString, screenshot);
         CardSheet sheet = cardsheet::Select(cards(count, firstAnswer), false);
         sheet.layout = fold ? PrintLayout::Fold : PrintLayout::Sheet;
         sheet.date = QDate(2026, 11, 21);
@@ -142,16 +111,6 @@ private Q_SLOTS:
             QVERIFY(a[0].box.left() >= a[0].pageWidth / 2 && a[0].page == q[0].page);
             QVERIFY(qAbs(a[0].box.top() - q[0].box.top()) < 1);
         }
-        if (!screenshot.isEmpty()) {
-            QVERIFY(SaveScreenshot(firstPage(bytes), screenshot));
-            // The header's rule: 0.4 mm thick; a fold's first cut line stands 4.5 mm below it.
-            const QList<Rule> rules =
-                    rulesAcross(firstPage(bytes, QString(u"-r 1200 -x 2400 -W 400 -y 1200 -H 800"_s).split(u' ')));
-            QVERIFY(!rules.isEmpty() && qAbs(rules[0].mm - 0.4) < 0.04);
-            if (fold)
-                QVERIFY2(rules.size() > 1 && qAbs(rules[1].top - rules[0].top - 4.5) < 0.3,
-                         qPrintable(QString::number(rules[1].top)));
-        }
         if (firstAnswer.isEmpty())
             return;
         QSet<int> rows;
@@ -170,7 +129,8 @@ private Q_SLOTS:
             QCOMPARE(shown < firstAnswer.count(u' ') + 1, cutShort);
     }
 
-    // Page one of each layout, pixel for pixel as designed and reviewed. A
+    // Page one of each layout, pixel for pixel as designed and reviewed (the
+    // header's rule 0.4 mm thick, a fold's first cut line 4.5 mm below it). A
     // deliberate change: look at the page the failure saves, then put its
     // new digest here.
     void pagesAsDesigned_data()
@@ -202,6 +162,8 @@ private Q_SLOTS:
         for (const QImage *image : {&page, &top})
             hash.addData(QByteArrayView(image->constBits(), image->sizeInBytes()));
         const QString actual = QString::fromLatin1(hash.result().toHex().left(16));
+        if (words < 100)
+            QVERIFY(SaveScreenshot(page, fold ? u"print-fold.png"_s : u"print-sheet.png"_s));
         if (actual != digest)
             page.save(QDir::temp().filePath(u"vocabrix-page-%1.png"_s.arg(QLatin1StringView(QTest::currentDataTag()))));
         QCOMPARE(actual, digest);

@@ -4,22 +4,16 @@
 #include "drawing/logicalfont.h"
 #include "drawing/paintedicon.h"
 #include "drawing/programicon.h"
-#include "drawing/r_renderer.h"
 #include "drawing/windowsurface.h"
 #include "drawing/zelsplashdraw.h"
 #include "screens.h"
-#include "settings/r_data.h"
 #include "testsupport.h"
 
 #include <QCryptographicHash>
 #include <QDir>
-#include <QGlyphRun>
 #include <QGuiApplication>
 #include <QPalette>
-#include <QRawFont>
 #include <QRegularExpression>
-#include <QTextLayout>
-#include <QtMath>
 
 using namespace Qt::Literals::StringLiterals;
 
@@ -214,8 +208,9 @@ private Q_SLOTS:
     }
 
     // Made again, a surface starts clean: the clip it had is gone. Copied
-    // without a place, it lands at the window's origin.
-    void createdAgainStartsClean()
+    // without a place, it lands at the window's origin. One never made, or
+    // made empty, draws nothing; destroyed, it forgets its window too.
+    void surfaceLifecycle()
     {
         cMemDC dc;
         int w = 8, h = 8;
@@ -224,30 +219,26 @@ private Q_SLOTS:
         dc.Create(w, h);
         dc.FillRect(0, 0, 8, 8, 0x0000FF);
         QCOMPARE(dc.Image().pixel(7, 7), qRgb(0xFF, 0, 0));
-        WindowSurface window;
+        WindowSurface window(QColor::fromRgb(kMarker));
         window.Resize(QSize(9, 9));
         dc.Blit(&window);
         QCOMPARE(window.image().pixel(0, 0), qRgb(0xFF, 0, 0));
-        QCOMPARE(window.image().pixel(8, 8), qRgb(0, 0, 0));
-    }
+        QCOMPARE(window.image().pixel(8, 8), kMarker);
 
-    void emptySurfacesDrawNothing()
-    {
-        WindowSurface window(QColor::fromRgb(kMarker));
-        window.Resize(QSize(20, 20));
+        window.image().fill(kMarker);
         cMemDC never;
         never.FillRect(0, 0, 20, 20, 0);
         never.Blit(&window);
         cMemDC zero;
-        int w = 0, h = 5;
+        w = 0;
         zero.Create(w, h, &window);
         QVERIFY(zero.IsValid());
         zero.FillRect(0, 0, 20, 20, 0);
         zero.Gradient(0, 0, 20, 20, 0, 0xFFFFFF, false);
         zero.Blit();
         zero.AlphaBlit(nullptr, 0, 0, 0, 0, 0, 0, 128);
-        QCOMPARE(window.image().pixel(10, 10), kMarker);
-        zero.Destroy(); // forgets its window too
+        QCOMPARE(window.image().pixel(4, 4), kMarker);
+        zero.Destroy();
         QVERIFY(!zero.IsValid() && !zero.Target());
     }
 

@@ -40,9 +40,7 @@ private Q_SLOTS:
     {
         TestEnvironment env;
         r_data metrics;
-        metrics.ColorDefaults();
-        QCOMPARE(env.logLines(),
-                 QStringList({u"forcing metrics data manager to defaults/n"_s, u".. 12 colors defined/n"_s}));
+        metrics.ColorDefaults(); // its log lines are checked with the whole first start in tst_app
         QStringList names;
         for (const auto &c : metrics.Colors())
             names << c.name + u'=' + QString::number(c.color);
@@ -59,16 +57,26 @@ private Q_SLOTS:
         QCOMPARE(metrics.Color(u"backcolor_a"_s, 9), 0u);
     }
 
-    void readColorsTakesOnlyNumberEntriesOfTheGroup()
+    // Only number entries of the colour group are read; none read means the
+    // defaults, and the bottom-left corner's own text.
+    void readColors()
     {
         TestEnvironment env;
         mountMaster(env);
+        r_data none;
+        QCOMPARE(none.ReadColors(), 0);
+        QCOMPARE(none.CornerText(Corner::BottomLeft), u"Right click anywhere for menu"_s);
+        none.LoadColors();
+        QCOMPARE(none.Colors().size(), size_t(13));
+        QCOMPARE(env.logLines().mid(env.logLines().size() - 3),
+                 QStringList({u"read 0 color definitions from disk/n"_s,
+                              u"forcing metrics data manager to defaults/n"_s, u".. 12 colors defined/n"_s}));
+
         g_MasterDb->SetValue(u"backcolor_a"_s, QString(), 0x112233, u"color_metrics"_s);
         g_MasterDb->SetValue(u"looks_like_colour"_s, u"text"_s, 0, u"color_metrics"_s);
         g_MasterDb->SetValue(u"alpha_level"_s, QString(), 90, u"alpha_transparency"_s);
         g_MasterDb->SetValue(u"tl_text_shadow"_s, QString(), 0x00FF00, u"color_metrics"_s);
         g_MasterDb->SetValue(u"br_text"_s, u"Press Return to flip the card"_s, 0, QString());
-
         r_data metrics;
         QCOMPARE(metrics.ReadColors(), 2);
         QCOMPARE(env.logLines().last(), u"read 2 color definitions from disk/n"_s);
@@ -82,60 +90,40 @@ private Q_SLOTS:
         QCOMPARE(metrics.CornerText(Corner::BottomRight), QString());
     }
 
-    void noColoursReadMeansDefaults()
+    // On disk: the placeholder takes the group as its note, then any earlier
+    // key, then the twelve colours in order. Without a master the home file is
+    // mounted for the call only.
+    void writeColors_data()
     {
-        TestEnvironment env;
-        mountMaster(env);
-        r_data metrics;
-        QCOMPARE(metrics.ReadColors(), 0);
-        QCOMPARE(metrics.CornerText(Corner::BottomLeft), u"Right click anywhere for menu"_s);
-        metrics.LoadColors();
-        QCOMPARE(metrics.Colors().size(), size_t(13));
-        QCOMPARE(env.logLines().mid(env.logLines().size() - 3),
-                 QStringList({u"read 0 color definitions from disk/n"_s,
-                              u"forcing metrics data manager to defaults/n"_s, u".. 12 colors defined/n"_s}));
+        QTest::addColumn<bool>("master");
+        QTest::newRow("into the master") << true;
+        QTest::newRow("into the home file") << false;
     }
-
-    void writeColorsSavesEveryPairAndThePlaceholder()
+    void writeColors()
     {
+        QFETCH(bool, master);
         TestEnvironment env;
-        mountMaster(env);
-        g_MasterDb->SetValue(u"flist_count"_s, QString(), 0, QString());
+        g_BaseDirectory = env.home();
+        if (master) {
+            mountMaster(env);
+            g_MasterDb->SetValue(u"flist_count"_s, QString(), 0, QString());
+        }
         r_data metrics;
         metrics.ColorDefaults();
         metrics.SetColor(u"backcolor_b"_s, 0x0000FF);
         metrics.WriteColors();
         QCOMPARE(env.logLines().last(), u"wrote 12 color definitions to disk/n"_s);
-
-        // On disk: the placeholder took the group as its note, then the
-        // earlier key, then the twelve colours in order.
+        QCOMPARE(bool(g_MasterDb), master);
         const QByteArray file = ReadFileBytes(env.path(u"sys.zel"_s));
-        QCOMPARE(file.size(), (2 + 13) * 128);
+        const int first = master ? 3 : 2;
+        QCOMPARE(file.size(), (first + 12) * 128);
         QCOMPARE(file.mid(128, 128), bytes::entry({}, 0, {}, 0, "color_metrics"));
-        QCOMPARE(file.mid(3 * 128, 128), bytes::entry("backcolor_a", 0, {}, 0, "color_metrics"));
-        QCOMPARE(file.mid(4 * 128, 128), bytes::entry("backcolor_b", 0, {}, 0xFF, "color_metrics"));
-
+        QCOMPARE(file.mid(first * 128, 128), bytes::entry("backcolor_a", 0, {}, 0, "color_metrics"));
+        QCOMPARE(file.mid((first + 1) * 128, 128), bytes::entry("backcolor_b", 0, {}, 0xFF, "color_metrics"));
         r_data back;
         QCOMPARE(back.ReadColors(), 12);
         QCOMPARE(back.Color(u"backcolor_b"_s, 0), 0xFFu);
-    }
-
-    void withoutMasterUsesTheHomeFile()
-    {
-        TestEnvironment env;
-        g_BaseDirectory = env.home();
-        r_data metrics;
-        metrics.ColorDefaults();
-        metrics.WriteColors();
-        QVERIFY(!g_MasterDb); // mounted for the call only
-        ikorvalite db;
-        QVERIFY(db.Mount(env.path(u"sys.zel"_s), false));
-        QCOMPARE(db.GetNumber(u"backcolor_b"_s, 0).value, 14570825);
-        QCOMPARE(db.GetNote(u"backcolor_b"_s), u"color_metrics"_s);
-
-        r_data reader;
-        QCOMPARE(reader.ReadColors(), 12);
-        QVERIFY(!g_MasterDb);
+        QCOMPARE(bool(g_MasterDb), master);
     }
 
     void cornerDisplayTime()
