@@ -8,44 +8,29 @@
 
 using namespace Qt::Literals::StringLiterals;
 
-struct Words
-{
-    const char16_t *question;
-    const char16_t *answer;
-};
-
-inline const Words kCards[] = {
-        {u"das Haus", u"the house"}, {u"die Hausaufgabe", u"homework"}, {u"der Haushalt", u"household"},
-        {u"die Maus", u"the mouse"}, {u"Mousepad", u"mouse pad"},       {u"das Gras", u"grass"},
-};
-
-// A study session as after loading chapters: the settings file, the deck
-// above and the study window showing its first card.
-inline void startStudying(TestEnvironment &env)
-{
-    g_BaseDirectory = env.home();
-    g_MasterDb = std::make_unique<ikorvalite>();
-    QVERIFY(g_MasterDb->Mount(env.path(u"sys.zel"_s), false));
-    r_data defaults;
-    defaults.ColorDefaults();
-    defaults.WriteColors();
-    std::vector<std::pair<QString, QString>> cards;
-    for (const Words &w : kCards)
-        cards.emplace_back(QString::fromUtf16(w.question), QString::fromUtf16(w.answer));
-    StudyDeck(cards);
-    modrender::ShowFirstCard();
-}
-
 // What each dialog test starts from, and what it leaves behind.
 class DialogFixture : public QObject
 {
 protected:
     std::unique_ptr<TestEnvironment> m_env;
 
+    // A study session as after loading chapters, the first card on show.
     void beginTest()
     {
         m_env = std::make_unique<TestEnvironment>();
-        startStudying(*m_env);
+        g_BaseDirectory = m_env->home();
+        g_MasterDb = std::make_unique<ikorvalite>();
+        QVERIFY(g_MasterDb->Mount(m_env->path(u"sys.zel"_s), false));
+        r_data defaults;
+        defaults.ColorDefaults();
+        defaults.WriteColors();
+        StudyDeck({{u"das Haus"_s, u"the house"_s},
+                   {u"die Hausaufgabe"_s, u"homework"_s},
+                   {u"der Haushalt"_s, u"household"_s},
+                   {u"die Maus"_s, u"the mouse"_s},
+                   {u"Mousepad"_s, u"mouse pad"_s},
+                   {u"das Gras"_s, u"grass"_s}});
+        modrender::ShowFirstCard();
     }
     void endTest()
     {

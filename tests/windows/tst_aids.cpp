@@ -10,7 +10,6 @@
 
 #include <QComboBox>
 #include <QElapsedTimer>
-#include <QLabel>
 #include <QMenu>
 #include <QPrintDialog>
 #include <QPrinter>
@@ -88,7 +87,7 @@ private Q_SLOTS:
     // holds, what the user is told.
     void print_data()
     {
-        QTest::addColumn<QString>("trouble"); // the marked cards
+        QTest::addColumn<QList<int>>("trouble"); // the marked cards
         QTest::addColumn<QString>("route");
         QTest::addColumn<QString>("answers"); // the box's answer, then the dialog's
         QTest::addColumn<QString>("printed"); // the questions in the file
@@ -96,29 +95,26 @@ private Q_SLOTS:
         const QString ask = Box(kPrintTitle, u"No card is marked as a trouble card. Print all 6 cards instead?"_s,
                                 MsgIcon::Question, MsgButtons::YesNo);
         const QString failed = kPrintTitle + u" | The file '%1' couldn't be written: "_s;
-        QTest::newRow("P: the trouble cards") << u"1 3"_s << u"key P"_s << u"- sheet"_s << u"q1 q3"_s << QString();
-        QTest::newRow("Ctrl+P as P") << u"4"_s << u"key Ctrl+P"_s << u"- sheet"_s << u"q4"_s << QString();
+        const QList<int> none, some {1, 3};
+        QTest::newRow("P: the trouble cards") << some << u"key P"_s << u"- sheet"_s << u"q1 q3"_s << QString();
+        QTest::newRow("Ctrl+P as P") << QList<int> {4} << u"key Ctrl+P"_s << u"- sheet"_s << u"q4"_s << QString();
         QTest::newRow("the menu item, fold-over")
-                << u"1 3"_s << u"menu mP_print"_s << u"- fold"_s << u"q1 q3"_s << QString();
-        QTest::newRow("none marked: yes, all")
-                << QString() << u"key P"_s << u"yes sheet"_s << u"q0 q1 q2 q3 q4 q5"_s << ask;
-        QTest::newRow("none marked: no") << QString() << u"key P"_s << u"no -"_s << QString() << ask;
-        QTest::newRow("dialog cancelled") << u"1"_s << u"key P"_s << u"- cancel"_s << QString() << QString();
-        QTest::newRow("a folder in the file's place") << u"1"_s << u"key P"_s << u"- folder"_s << QString() << failed;
-        QTest::newRow("while shuffling") << u"1"_s << u"shuffling key P"_s << u"- sheet"_s << QString() << QString();
+                << some << u"menu mP_print"_s << u"- fold"_s << u"q1 q3"_s << QString();
+        QTest::newRow("none marked: yes, all") << none << u"key P"_s << u"yes sheet"_s << u"q0 q1 q2 q3 q4 q5"_s << ask;
+        QTest::newRow("none marked: no") << none << u"key P"_s << u"no -"_s << QString() << ask;
+        QTest::newRow("dialog cancelled") << some << u"key P"_s << u"- cancel"_s << QString() << QString();
+        QTest::newRow("a folder in the file's place") << some << u"key P"_s << u"- folder"_s << QString() << failed;
+        QTest::newRow("while shuffling") << some << u"shuffling key P"_s << u"- sheet"_s << QString() << QString();
     }
     void print()
     {
-        QFETCH(QString, trouble);
+        QFETCH(QList<int>, trouble);
         QFETCH(QString, route);
         QFETCH(QString, answers);
         QFETCH(QString, printed);
         QFETCH(QString, box);
-        QList<int> marked;
-        for (const QString &n : trouble.split(u' ', Qt::SkipEmptyParts))
-            marked << n.toInt();
         TestEnvironment env;
-        startStudying(env, marked);
+        startStudying(env, trouble);
         const QString target = env.path(u"out/cards.pdf"_s);
         QDir().mkpath(env.path(u"out/folder.pdf"_s));
         const QString box1 = answers.section(u' ', 0, 0), dialog = answers.section(u' ', 1, 1);
@@ -258,11 +254,7 @@ private Q_SLOTS:
         options->show();
         QTest::mouseClick(options->ts, Qt::LeftButton, {}, options->ts->tabRect(3).center());
         SpeechPage *page = options->PictureSpeech;
-        QVERIFY(page->isVisible() && !options->Picture1[0]->isVisible() && !options->Picture1[1]->isVisible());
-        QCOMPARE(page->QuestionLanguage->currentData().toString() + u' '
-                         + page->AnswerLanguage->currentData().toString(),
-                 u"fr en-GB"_s);
-        QVERIFY(page->SpeakNewCards->isChecked());
+        checkLayout(options, u"options-speech"_s); // its page alone, the saved options on it
         QVERIFY(SaveScreenshot(options->grab().toImage(), u"options-speech.png"_s));
         QTest::mouseClick(page->TryButton, Qt::LeftButton);
         QCOMPARE(env.speaker.said.last(), u"fr: français"_s);

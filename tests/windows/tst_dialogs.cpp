@@ -4,7 +4,6 @@
 #include "dialogfixture.h"
 #include "windows/frmabout.h"
 #include "windows/frmchapter.h"
-#include "windows/frmfind.h"
 #include "windows/frmoptions.h"
 #include "windows/frmprogress.h"
 #include "windows/frmsetup.h"
@@ -15,19 +14,13 @@
 #include "windows/typedanswer.h"
 
 #include <QAbstractButton>
-#include <QAction>
 #include <QColorDialog>
-#include <QComboBox>
-#include <QGroupBox>
 #include <QHeaderView>
-#include <QLabel>
 #include <QListWidget>
 #include <QRadioButton>
 #include <QSignalSpy>
 #include <QSlider>
-#include <QStyle>
 #include <QTabBar>
-#include <QToolButton>
 
 namespace {
 
@@ -35,25 +28,17 @@ namespace {
 // keeps one of its own.
 QWidget *openWindow(const QString &window, std::unique_ptr<QWidget> &owned)
 {
-    if (window == u"frmMain"_s)
-        return frmMain::Existing();
-    if (window == u"frmFind"_s)
-        return frmFind::Instance();
-    if (window == u"frmViewer"_s)
-        return frmViewer::Instance();
-    if (window == u"frmOptions"_s)
-        return frmOptions::Instance();
-    if (window == u"frmChapter"_s)
-        owned = std::make_unique<frmChapter>();
-    else if (window == u"frmSetup"_s)
-        owned = std::make_unique<frmSetup>();
-    else if (window == u"frmAbout"_s)
-        owned = std::make_unique<frmAbout>();
-    else if (window == u"frmProgress"_s)
-        owned = std::make_unique<frmProgress>();
-    else
-        owned = std::make_unique<frmSplash>();
-    return owned.get();
+    const std::map<QString, std::function<QWidget *()>>
+            open {{u"frmMain"_s, [] { return frmMain::Existing(); }},
+                  {u"frmFind"_s, [] { return frmFind::Instance(); }},
+                  {u"frmViewer"_s, [] { return frmViewer::Instance(); }},
+                  {u"frmOptions"_s, [] { return frmOptions::Instance(); }},
+                  {u"frmChapter"_s, [&] { return (owned = std::make_unique<frmChapter>()).get(); }},
+                  {u"frmSetup"_s, [&] { return (owned = std::make_unique<frmSetup>()).get(); }},
+                  {u"frmAbout"_s, [&] { return (owned = std::make_unique<frmAbout>()).get(); }},
+                  {u"frmProgress"_s, [&] { return (owned = std::make_unique<frmProgress>()).get(); }},
+                  {u"frmSplash"_s, [&] { return (owned = std::make_unique<frmSplash>()).get(); }}};
+    return open.at(window)();
 }
 
 } // namespace
@@ -73,9 +58,9 @@ private Q_SLOTS:
     void everyWindow_data()
     {
         QTest::addColumn<QString>("window");
-        for (const char16_t *name : {u"frmMain", u"frmChapter", u"frmFind", u"frmViewer", u"frmOptions", u"frmSetup",
-                                     u"frmAbout", u"frmProgress", u"frmSplash"})
-            QTest::newRow(QString::fromUtf16(name).toUtf8().constData()) << QString::fromUtf16(name);
+        for (const char *name : {"frmMain", "frmChapter", "frmFind", "frmViewer", "frmOptions", "frmSetup", "frmAbout",
+                                 "frmProgress", "frmSplash"})
+            QTest::newRow(name) << QString::fromLatin1(name);
     }
     void everyWindow()
     {
@@ -199,22 +184,21 @@ private Q_SLOTS:
     // additions' own file ("sys.zel" stays as it was).
     void studyPage_data()
     {
-        QTest::addColumn<int>("control"); // Check5, the three Option1, Check6, Check7, Check8
-        QTest::addColumn<QString>("saved");
-        QTest::addColumn<bool>("writable");
-        QTest::newRow("keep no sessions") << 0 << u"study.keep_session=false"_s << true;
-        QTest::newRow("answer first") << 2 << u"study.first_side=answer"_s << true;
-        QTest::newRow("either side at random") << 3 << u"study.first_side=random"_s << true;
-        QTest::newRow("notes, at once") << 4 << u"study.show_notes=true"_s << true;
-        QTest::newRow("step over the empty slot") << 5 << u"study.skip_empty_slot=true"_s << true;
-        QTest::newRow("type the answer, at once") << 6 << u"study.type_answer=true"_s << true;
-        QTest::newRow("the file cannot be written") << 4 << QString() << false;
+        QTest::addColumn<int>("control");   // Check5, the three Option1, Check6, Check7, Check8
+        QTest::addColumn<QString>("saved"); // none: the file cannot be written
+        QTest::newRow("keep no sessions") << 0 << u"study.keep_session=false"_s;
+        QTest::newRow("answer first") << 2 << u"study.first_side=answer"_s;
+        QTest::newRow("either side at random") << 3 << u"study.first_side=random"_s;
+        QTest::newRow("notes, at once") << 4 << u"study.show_notes=true"_s;
+        QTest::newRow("step over the empty slot") << 5 << u"study.skip_empty_slot=true"_s;
+        QTest::newRow("type the answer, at once") << 6 << u"study.type_answer=true"_s;
+        QTest::newRow("the file cannot be written") << 4 << QString();
     }
     void studyPage()
     {
         QFETCH(int, control);
         QFETCH(QString, saved);
-        QFETCH(bool, writable);
+        const bool writable = !saved.isEmpty();
         const QByteArray master = ReadFileBytes(m_env->path(u"sys.zel"_s));
         if (!writable)
             QVERIFY(QDir(m_env->home()).mkdir(u"extras.conf"_s));
@@ -242,67 +226,55 @@ private Q_SLOTS:
         QCOMPARE(ReadFileBytes(m_env->path(u"sys.zel"_s)), master);
     }
 
+    // "Make cards trouble by default": now (every card reset), at the next run (latched: it stays so when the
+    // window opens again, until the box is let go of), or not at all.
     void troubleDefaultLatch_data()
     {
         QTest::addColumn<MsgResult>("answer");
         QTest::addColumn<bool>("byKey");
-        QTest::addColumn<bool>("current");
-        QTest::addColumn<bool>("saved");
-        QTest::addColumn<QString>("caption");
-        const QString plain = u"Make cards trouble by default"_s;
-        QTest::newRow("yes: now") << MsgResult::Yes << false << true << true << plain;
-        QTest::newRow("no: next run") << MsgResult::No << false << false << true
-                                      << u"Make cards trouble by default (latched: True)"_s;
-        QTest::newRow("cancel") << MsgResult::Cancel << false << false << false << plain;
-        QTest::newRow("yes by the keyboard") << MsgResult::Yes << true << true << true << plain;
+        QTest::newRow("yes: now") << MsgResult::Yes << false;
+        QTest::newRow("no: next run") << MsgResult::No << false;
+        QTest::newRow("cancel") << MsgResult::Cancel << false;
+        QTest::newRow("yes by the keyboard") << MsgResult::Yes << true;
     }
     void troubleDefaultLatch()
     {
         QFETCH(MsgResult, answer);
         QFETCH(bool, byKey);
-        QFETCH(bool, current);
-        QFETCH(bool, saved);
-        QFETCH(QString, caption);
+        const QString plain = u"Make cards trouble by default"_s, latched = plain + u" (latched: True)"_s;
         frmOptions *options = frmOptions::Instance();
         options->show();
         options->SelectTab(1);
         QVERIFY(!options->Check3->isChecked());
         m_env->prompter.answers = {answer};
+        const QPoint onTheBox(8, options->Check3->height() / 2);
         if (byKey)
             QTest::keyClick(options->Check3, Qt::Key_Space);
         else
-            QTest::mouseClick(options->Check3, Qt::LeftButton, {}, QPoint(8, options->Check3->height() / 2));
+            QTest::mouseClick(options->Check3, Qt::LeftButton, {}, onTheBox);
         QCOMPARE(m_env->prompter.seen(),
                  QStringList(Box(u"Persistency"_s,
                                  u"You can enforce this change immediately or at the program's next run. If you "
                                  "enforce it immediately, then all cards' trouble status will be reset."_s,
                                  MsgIcon::Question, MsgButtons::YesNoCancel)));
-        QCOMPARE(g_TroubleDefaultCurrent, current);
-        QCOMPARE(g_TroubleByDefault, saved);
-        QCOMPARE(options->Check3->isChecked(), current); // shows the value in force
-        QCOMPARE(options->Check3->text(), caption);
-        QCOMPARE(frmMain::Existing()->Check2->Checked(), current);
-        QCOMPARE(frmMain::Existing()->Check1->Checked(), current); // the card on show again
+        const bool now = answer == MsgResult::Yes;
+        QCOMPARE(g_TroubleDefaultCurrent, now);
+        QCOMPARE(g_TroubleByDefault, answer != MsgResult::Cancel);
+        QCOMPARE(options->Check3->isChecked(), now); // shows the value in force
+        QCOMPARE(options->Check3->text(), answer == MsgResult::No ? latched : plain);
+        QCOMPARE(frmMain::Existing()->Check2->Checked(), now);
+        QCOMPARE(frmMain::Existing()->Check1->Checked(), now); // the card on show again
         for (const Card &card : g_Deck.cards())
-            QCOMPARE(card.isTrouble(), current); // every slot, the empty one too
-    }
-
-    void latchSurvivesReopenAndUnlatches()
-    {
-        frmOptions *options = frmOptions::Instance();
-        options->show();
-        options->SelectTab(1);
-        const QPoint onTheBox(8, options->Check3->height() / 2);
-        m_env->prompter.answers = {MsgResult::No};
-        QTest::mouseClick(options->Check3, Qt::LeftButton, {}, onTheBox);
+            QCOMPARE(card.isTrouble(), now); // every slot, the empty one too
+        if (answer != MsgResult::No)
+            return;
         forms::Unload(options);
         FlushDeletes();
         options = frmOptions::Instance();
         options->show();
         options->SelectTab(1);
-        QCOMPARE(options->Check3->text(), u"Make cards trouble by default (latched: True)"_s);
+        QCOMPARE(options->Check3->text(), latched);
         QVERIFY(!options->Check3->isChecked());
-        QVERIFY(g_TroubleByDefault);
         // Pressed, then let go off the box: no change, and the latch goes.
         m_env->prompter.boxes.clear();
         QTest::mousePress(options->Check3, Qt::LeftButton, {}, onTheBox);
@@ -310,7 +282,7 @@ private Q_SLOTS:
         QVERIFY(m_env->prompter.boxes.empty());
         QVERIFY(!options->Check3->isChecked());
         QVERIFY(!g_TroubleByDefault);
-        QCOMPARE(options->Check3->text(), u"Make cards trouble by default"_s);
+        QCOMPARE(options->Check3->text(), plain);
     }
 
     void colorsCloseVersusApply()
@@ -382,11 +354,10 @@ private Q_SLOTS:
             return false;
         };
         const int w = img.width(), h = img.height();
-        QVERIFY(textIn({2, 0, 60, 14}));                    // top left
-        QVERIFY(textIn({w - 62, 0, 60, 14}));               // top right
-        QVERIFY(textIn({2, h - 14, 60, 14}));               // bottom left
-        QVERIFY(textIn({w - 62, h - 14, 60, 14}));          // bottom right
-        QVERIFY(textIn({w / 2 - 50, h / 2 - 10, 100, 20})); // the main text
+        // The four corners and the middle.
+        for (const QRect area : {QRect(2, 0, 60, 14), QRect(w - 62, 0, 60, 14), QRect(2, h - 14, 60, 14),
+                                 QRect(w - 62, h - 14, 60, 14), QRect(w / 2 - 50, h / 2 - 10, 100, 20)})
+            QVERIFY(textIn(area));
         QSignalSpy tick(options->Timer1, &QTimer::timeout); // and again at every tick of its timer
         QVERIFY(tick.wait());
         QVERIFY(textIn({w / 2 - 50, h / 2 - 10, 100, 20}));

@@ -2,15 +2,11 @@
 // Finding cards, jumping to one, and the viewer's lists of what was found.
 #include "dialogfixture.h"
 #include "windows/cardlistmodel.h"
-#include "windows/frmfind.h"
 #include "windows/frmviewer.h"
 
 #include <QAbstractItemModelTester>
 #include <QCheckBox>
-#include <QHeaderView>
-#include <QLabel>
 #include <QRegularExpression>
-#include <QSlider>
 #include <QStyle>
 #include <QStyleOptionViewItem>
 #include <QTabBar>
@@ -46,34 +42,26 @@ private Q_SLOTS:
     void search_data()
     {
         QTest::addColumn<QString>("typed");
-        QTest::addColumn<bool>("inQuestions");
-        QTest::addColumn<bool>("inAnswers");
-        QTest::addColumn<bool>("matchCase");
-        QTest::addColumn<bool>("byReturn");     // else by the Find button
+        QTest::addColumn<QString>("how");       // the columns searched, "case" kept, by "Return" (else Find)
         QTest::addColumn<QStringList>("found"); // ordinal: where it is bold
-        QTest::newRow("trimmed, any case, inside words")
-                << u"  HAUS "_s << true << true << false << false << QStringList {u"1:q"_s, u"2:q"_s, u"3:q"_s};
-        QTest::newRow("case kept") << u"Haus"_s << true << true << true << true
-                                   << QStringList {u"1:q"_s, u"2:q"_s, u"3:q"_s};
-        QTest::newRow("case kept, other case") << u"haus"_s << true << true << true << false << QStringList {};
-        QTest::newRow("case kept, part of words")
-                << u"aus"_s << true << true << true << false << QStringList {u"1:q"_s, u"2:q"_s, u"3:q"_s, u"4:q"_s};
-        QTest::newRow("answers only") << u"house"_s << false << true << false << false
-                                      << QStringList {u"1:a"_s, u"3:a"_s};
-        QTest::newRow("questions only") << u"house"_s << true << false << false << false << QStringList {};
+        const QStringList haus {u"1:q"_s, u"2:q"_s, u"3:q"_s};
+        QTest::newRow("trimmed, any case, inside words") << u"  HAUS "_s << u"q a"_s << haus;
+        QTest::newRow("case kept") << u"Haus"_s << u"q a case Return"_s << haus;
+        QTest::newRow("case kept, other case") << u"haus"_s << u"q a case"_s << QStringList {};
+        QTest::newRow("case kept, part of words") << u"aus"_s << u"q a case"_s << haus + QStringList {u"4:q"_s};
+        QTest::newRow("answers only") << u"house"_s << u"a"_s << QStringList {u"1:a"_s, u"3:a"_s};
+        QTest::newRow("questions only") << u"house"_s << u"q"_s << QStringList {};
         QTest::newRow("both columns, listed once")
-                << u"mouse"_s << true << true << false << true << QStringList {u"4:a"_s, u"5:qa"_s};
-        QTest::newRow("neither column") << u"haus"_s << false << false << false << false << QStringList {};
-        QTest::newRow("one card") << u"GRAS"_s << true << false << false << false << QStringList {u"6:q"_s};
+                << u"mouse"_s << u"q a Return"_s << QStringList {u"4:a"_s, u"5:qa"_s};
+        QTest::newRow("neither column") << u"haus"_s << QString() << QStringList {};
+        QTest::newRow("one card") << u"GRAS"_s << u"q"_s << QStringList {u"6:q"_s};
     }
     void search()
     {
         QFETCH(QString, typed);
-        QFETCH(bool, inQuestions);
-        QFETCH(bool, inAnswers);
-        QFETCH(bool, matchCase);
-        QFETCH(bool, byReturn);
+        QFETCH(QString, how);
         QFETCH(QStringList, found);
+        const QStringList options = how.split(u' ');
         for (const auto &[key, twips] : {std::pair(u"frmViewer.left"_s, 1500), std::pair(u"frmViewer.top"_s, 900),
                                          std::pair(u"frmFind.left"_s, 3000), std::pair(u"frmFind.top"_s, 1800)})
             g_MasterDb->SetValue(key, QString(), twips, u"metrics"_s); // where they were left
@@ -84,11 +72,11 @@ private Q_SLOTS:
             if (box->isChecked() != on)
                 QTest::mouseClick(box, Qt::LeftButton, {}, QPoint(8, box->height() / 2));
         };
-        set(find->Check1, inQuestions);
-        set(find->Check2, inAnswers);
-        set(find->Check3, matchCase);
+        set(find->Check1, options.contains(u"q"_s));
+        set(find->Check2, options.contains(u"a"_s));
+        set(find->Check3, options.contains(u"case"_s));
         m_env->log->clear();
-        if (byReturn)
+        if (options.contains(u"Return"_s))
             QTest::keyClick(find->Text2, Qt::Key_Return); // Find is the default button
         else
             QTest::mouseClick(find->Command5, Qt::LeftButton);
@@ -104,16 +92,11 @@ private Q_SLOTS:
         QCOMPARE(std::pair(find->pos(), frmViewer::Instance()->pos()), std::pair(QPoint(200, 120), QPoint(100, 60)));
         QCOMPARE(frmViewer::Instance()->LoadingText(),
                  found.size() == 1 ? u"1 card found"_s : u"%1 cards found"_s.arg(found.size()));
-        const QString caption = frmViewer::Instance()->windowTitle();
-        QVERIFY2(QRegularExpression(
-                         u"^Item Viewer - \\[found %1 items in \\d+\\.\\d{7} seconds\\]$"_s.arg(found.size()))
-                         .match(caption)
-                         .hasMatch(),
-                 qPrintable(caption));
-        QCOMPARE(m_env->logLines().size(), 1);
-        QVERIFY(QRegularExpression(u"^ \\.\\. search took \\d+\\.\\d{7} msec to find %1 hits/n$"_s.arg(found.size()))
-                        .match(m_env->logLines().first())
-                        .hasMatch());
+        const QRegularExpression time(u"\\d+\\.\\d{7}"_s); // how long it took, to seven places
+        QCOMPARE(frmViewer::Instance()->windowTitle().replace(time, u"T"_s),
+                 u"Item Viewer - [found %1 items in T seconds]"_s.arg(found.size()));
+        QCOMPARE(m_env->logLines().join(u'|').replace(time, u"T"_s),
+                 u" .. search took T msec to find %1 hits/n"_s.arg(found.size()));
         if (QTest::currentDataTag() == QByteArray("both columns, listed once")) {
             checkLayout(find, u"find-found"_s);
             checkLayout(frmViewer::Instance(), u"viewer-found"_s);
@@ -205,11 +188,6 @@ private Q_SLOTS:
         frmFind *find = frmFind::Instance();
         find->show();
         find->ts->setCurrentIndex(1);
-        // Its row where the find page's text field is, the Go button ending with that field.
-        auto in = [find](QWidget *w) { return QRect(w->mapTo(find, QPoint(0, 0)), w->size()); };
-        QCOMPARE(QPair(in(find->Text1).top(), in(find->Command3).right()),
-                 QPair(in(find->Text2).top(), in(find->Text2).right()));
-        QCOMPARE(find->Label1->text(), u"(1 - 6)"_s);
         const qint16 viewsBefore = g_Deck[current].timesViewed;
         find->Text1->setText(typed);
         QTest::keyClick(find->Text1, Qt::Key_Return); // Return in the field jumps once
@@ -271,24 +249,20 @@ private Q_SLOTS:
         QVERIFY(!forms::Open().contains(nullptr)); // a deleted window leaves the collection
     }
 
+    // The list keeps the cards as they were found, whatever happens to the deck later.
     void rowsKeepWhatWasFound()
     {
         frmFind *find = frmFind::Instance();
         find->Text2->setText(u"haus"_s);
         find->Search();
-        const QString caption = frmViewer::Instance()->windowTitle();
         std::reverse(g_Deck.cards().begin(), g_Deck.cards().end() - 1); // as a shuffle might
         g_Deck[0].timesViewed = 9;
         g_Deck[0].trouble = kCardTrue;
         CardListModel *model = frmViewer::Instance()->Cards();
         QCOMPARE(listedOrdinals(), QList<int>({1, 2, 3}));
         QCOMPARE(model->index(0, CardListModel::Question).data().toString(), u"das Haus"_s);
-        QCOMPARE(model->index(1, CardListModel::Answer).data().toString(), u"homework"_s);
         QCOMPARE(model->index(0, CardListModel::TimesViewed).data().toInt(), 1);
-        QCOMPARE(model->index(2, CardListModel::Chapter).data().toString(), u"Kapitel"_s);
         QCOMPARE(model->index(0, CardListModel::Ordinal).data(Qt::CheckStateRole), QVariant(Qt::Unchecked));
-        QVERIFY(isBold(0, CardListModel::Question));
-        QCOMPARE(frmViewer::Instance()->windowTitle(), caption);
     }
 
     void modelsPassTheModelTester()
