@@ -117,7 +117,8 @@ frmChapter::frmChapter(QWidget *parent)
              QKeySequence(Qt::CTRL | Qt::Key_L)},
             {u"about", u"About", CommandIcon::About, u"About Vocabrix", QKeySequence(Qt::Key_F1)},
     };
-    QWidget *previous = nullptr;
+    // The buttons come in the focus chain in the order they are added.
+    QWidget *lastButton = nullptr;
     for (const auto &b : buttons) {
         QAction *a = Toolbar2->addAction(CommandIconFor(b.icon), QString::fromUtf16(b.caption));
         const QString key = QString::fromUtf16(b.key);
@@ -126,11 +127,8 @@ frmChapter::frmChapter(QWidget *parent)
         a->setToolTip(QString::fromUtf16(b.tip) + u" ("_s
                       + b.shortcut.toString(QKeySequence::NativeText) + u')');
         connect(a, &QAction::triggered, this, [this, key] { ToolbarCommand(key); });
-        QWidget *button = Toolbar2->widgetForAction(a);
-        button->setFocusPolicy(Qt::TabFocus);
-        if (previous)
-            setTabOrder(previous, button);
-        previous = button;
+        lastButton = Toolbar2->widgetForAction(a);
+        lastButton->setFocusPolicy(Qt::TabFocus);
     }
 
     LV1->setObjectName(u"LV1"_s);
@@ -186,7 +184,7 @@ frmChapter::frmChapter(QWidget *parent)
     layout->addLayout(body);
 
     // Reading order: the toolbar, the list, then the buttons left to right.
-    setTabOrder(previous, LV1);
+    setTabOrder(lastButton, LV1);
     setTabOrder(LV1, Command5);
     setTabOrder(Command5, Command2);
     setTabOrder(Command2, Command1);

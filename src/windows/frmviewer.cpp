@@ -103,7 +103,6 @@ frmViewer::frmViewer()
     LV->setRootIsDecorated(false);
     LV->setUniformRowHeights(true);
     LV->setAlternatingRowColors(true);
-    LV->setSelectionBehavior(QAbstractItemView::SelectRows);
     LV->setModel(m_cards);
     LV->header()->setStretchLastSection(true);
     LV->setColumnWidth(CardListModel::Ordinal, 80);

@@ -331,11 +331,22 @@ private:
                 column += tree->isColumnHidden(c) ? u" hidden"_s : u" %1px"_s.arg(tree->columnWidth(c));
             columns << column;
         }
+        // How a click selects, and how the rows look apart.
+        QString look = QString::fromLatin1(QMetaEnum::fromType<QAbstractItemView::SelectionMode>().valueToKey(
+                               view->selectionMode()))
+                + u'/'
+                + QString::fromLatin1(QMetaEnum::fromType<QAbstractItemView::SelectionBehavior>().valueToKey(
+                        view->selectionBehavior()));
+        if (view->alternatingRowColors())
+            look += u" alternating"_s;
+        if (tree && !tree->rootIsDecorated())
+            look += u" flat"_s;
         line(depth,
              u"columns ["_s + columns.join(u", "_s)
-                     + u"] rows=%1 current=%2,%3"_s.arg(model->rowCount())
+                     + u"] rows=%1 current=%2,%3 "_s.arg(model->rowCount())
                                .arg(view->currentIndex().row())
-                               .arg(view->currentIndex().column()));
+                               .arg(view->currentIndex().column())
+                     + look);
         rows(model, QModelIndex(), depth, 0);
     }
 

@@ -12,6 +12,7 @@
 #include "windows/qtplatform.h"
 #include "windows/screenfit.h"
 #include "windows/typedanswer.h"
+#include "windows/windowplacement.h"
 
 #include <QAbstractButton>
 #include <QColorDialog>
@@ -88,6 +89,45 @@ private Q_SLOTS:
                  qPrintable(u"%1x%2"_s.arg(w->width()).arg(w->height())));
         const QSize smallest = w->minimumSizeHint().expandedTo(w->minimumSize());
         QVERIFY(smallest.width() <= room.width() && smallest.height() <= room.height());
+    }
+
+    // The About banner: black at its sides, the card blue in the middle, and the program's name in white over a
+    // black shadow one pixel up and to the left.
+    void aboutBanner()
+    {
+        frmAbout about;
+        about.show();
+        const QImage banner = about.grab(QRect(0, 0, about.width(), 92)).toImage();
+        QCOMPARE(banner.pixelColor(0, 4), QColor(Qt::black));
+        QCOMPARE(banner.pixelColor(about.width() / 2, 4), QColor(0x49, 0x55, 0xDE));
+        int white = 0, overShadow = 0;
+        for (int y = 1; y < banner.height(); ++y) {
+            for (int x = 1; x < banner.width(); ++x) {
+                if (banner.pixel(x, y) != qRgb(255, 255, 255))
+                    continue;
+                ++white;
+                overShadow += banner.pixel(x - 1, y - 1) == qRgb(0, 0, 0);
+            }
+        }
+        QVERIFY2(white > 200 && overShadow > 20, qPrintable(u"%1 %2"_s.arg(white).arg(overShadow)));
+    }
+
+    // A window's place goes into the settings in twips; only "save now" writes the file at once.
+    void windowPositionSaved_data()
+    {
+        QTest::addColumn<bool>("saveNow");
+        QTest::newRow("kept for the next save") << false;
+        QTest::newRow("saved at once") << true;
+    }
+    void windowPositionSaved()
+    {
+        QFETCH(bool, saveNow);
+        frmAbout about;
+        about.move(40, 30);
+        modMain::SaveWindowPosition(&about, saveNow);
+        QCOMPARE(g_MasterDb->GetNumber(u"frmAbout.left"_s, 0).value, 600);
+        QCOMPARE(g_MasterDb->GetNumber(u"frmAbout.top"_s, 0).value, 450);
+        QCOMPARE(ReadFileBytes(m_env->path(u"sys.zel"_s)).contains("frmAbout.top"), saveNow);
     }
 
     // A window that opens where it likes is made to fit the screen's free area with its frame, and moved onto it.
