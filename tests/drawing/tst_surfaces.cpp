@@ -15,6 +15,8 @@
 #include <QPalette>
 #include <QRegularExpression>
 
+#include <tuple>
+
 using namespace Qt::Literals::StringLiterals;
 
 namespace {
@@ -180,6 +182,22 @@ private Q_SLOTS:
                                                      {25, Qt::black}};
         for (const auto &[index, c] : system)
             QCOMPARE(cMemDC::TranslateColor(0x80000000u | index), quint32(c.red() | c.green() << 8 | c.blue() << 16));
+    }
+
+    // A control's font reaches its surface with every attribute it has.
+    void fontFromWidget()
+    {
+        QFont font(u"DejaVu Sans"_s);
+        font.setPixelSize(32);
+        for (const bool on : {false, true}) {
+            font.setBold(on);
+            font.setItalic(on);
+            font.setUnderline(on);
+            font.setStrikeOut(on);
+            const LogicalFont s = LogicalFont::fromQFont(font);
+            QCOMPARE(std::tuple(s.name, s.size, s.weight), std::tuple(u"DejaVu Sans"_s, 24.0, on ? 700 : 400));
+            QCOMPARE(QList<bool>({s.bold, s.italic, s.underline, s.strikethrough}), QList<bool>(4, on));
+        }
     }
 
     void textMeasures()
