@@ -297,6 +297,9 @@ private Q_SLOTS:
         QVERIFY(changed.bottom() < 420 && changed.height() < main.height()); // above the separator
         if (note.size() < 100) {
             QVERIFY(qAbs(changed.center().x() - 320) <= 3 && changed.width() < main.width() * 2);
+            // A short note fits at its limit, two thirds of the main text's size.
+            QVERIFY2(changed.height() * 3 > main.height() * 2,
+                     qPrintable(u"%1 %2"_s.arg(changed.height()).arg(main.height())));
             QVERIFY(SaveScreenshot(b, u"card-with-note.png"_s));
         } else {
             QVERIFY(changed.left() >= 1 && changed.right() <= 638 && changed.width() > 600); // clipped at the margins
