@@ -24,6 +24,7 @@
 #include <QSpinBox>
 #include <QStackedWidget>
 #include <QTabBar>
+#include <QTableView>
 #include <QTextEdit>
 #include <QToolButton>
 #include <QTreeView>
@@ -329,6 +330,8 @@ private:
             QString column = quoted(model->headerData(c, Qt::Horizontal).toString());
             if (tree)
                 column += tree->isColumnHidden(c) ? u" hidden"_s : u" %1px"_s.arg(tree->columnWidth(c));
+            else if (auto *table = qobject_cast<QTableView *>(view))
+                column += table->isColumnHidden(c) ? u" hidden"_s : u" %1px"_s.arg(table->columnWidth(c));
             columns << column;
         }
         // How a click selects, and how the rows look apart.
