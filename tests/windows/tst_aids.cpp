@@ -190,6 +190,8 @@ private Q_SLOTS:
         QTest::newRow("no engine: nothing, item off") << u"noengine"_s << u"key F5"_s << QString();
         QTest::newRow("a new card speaks when asked") << u"auto"_s << u"key Right"_s << u"de: q3"_s;
         QTest::newRow("and not when not") << QString() << u"key Right"_s << QString();
+        QTest::newRow("not the empty slot after the last card")
+                << u"auto"_s << u"key Right, Right, Right, Right"_s << u"de: q3|de: q4|de: q5"_s;
         QTest::newRow("not the same card after a shuffle") << u"auto"_s << u"key S"_s << QString();
         QTest::newRow("while shuffling") << u"shuffling"_s << u"key F5"_s << QString();
     }

@@ -266,6 +266,23 @@ private Q_SLOTS:
         QCOMPARE(ReadFileBytes(m_env->path(u"sys.zel"_s)), master);
     }
 
+    // The page opens with what is saved: here every switch the other way from its default.
+    void studyPageShowsWhatIsSaved()
+    {
+        g_Extras.SetBool(u"study.keep_session"_s, false);
+        g_Extras.SetString(u"study.first_side"_s, u"random"_s);
+        for (const QString &key : {u"study.show_notes"_s, u"study.skip_empty_slot"_s, u"study.type_answer"_s})
+            g_Extras.SetBool(key, true);
+        frmOptions *options = frmOptions::Instance();
+        const QList<QAbstractButton *> controls {options->Check5,     options->Option1[0], options->Option1[1],
+                                                 options->Option1[2], options->Check6,     options->Check7,
+                                                 options->Check8};
+        QList<bool> checked;
+        for (QAbstractButton *control : controls)
+            checked << control->isChecked();
+        QCOMPARE(checked, QList<bool>({false, false, false, true, true, true, true}));
+    }
+
     // "Make cards trouble by default": now (every card reset), at the next run (latched: it stays so when the
     // window opens again, until the box is let go of), or not at all.
     void troubleDefaultLatch_data()

@@ -289,6 +289,7 @@ private Q_SLOTS:
         find->Text2->setText(u"show_mem_usage"_s);
         find->Search();
         frmViewer *viewer = frmViewer::Instance();
+        QVERIFY(viewer->isVisible());
         QCOMPARE(viewer->LV->model(), viewer->Memory());
         QCOMPARE(viewer->Memory()->headerData(0, Qt::Horizontal, Qt::DisplayRole).toString(), u"Address"_s);
         QCOMPARE(viewer->Memory()->headerData(1, Qt::Horizontal, Qt::DisplayRole).toString(), u"Width (bytes)"_s);
@@ -313,6 +314,12 @@ private Q_SLOTS:
         QCOMPARE(colours.mid(1, 2),
                  QStringList({u"colour backcolor_a %1"_s.arg(sizeof(r_data::ColorEntry)),
                               u"colour name backcolor_a 22"_s}));
+        // Asked again with one setting more: the list on show has its row.
+        g_MasterDb->SetValue(u"zz_extra"_s, QString(), 1, QString());
+        find->Search();
+        const QAbstractItemModel *memory = viewer->Memory();
+        QCOMPARE(memory->index(memory->rowCount() - 1, 2).data(), QVariant(u"setting key zz_extra"_s));
+        QVERIFY(viewer->LV->visualRect(memory->index(memory->rowCount() - 1, 0)).isValid());
         QLocale::setDefault(QLocale::c());
         find->Text2->setText(u"haus"_s); // the cards again
         find->Search();
