@@ -10,6 +10,7 @@
 #include <QLocale>
 #include <QPdfWriter>
 #include <QProcess>
+#include <QRegularExpression>
 #include <QTemporaryDir>
 #include <QTest>
 
@@ -53,6 +54,30 @@ class CardSheetTest : public QObject
 
 private Q_SLOTS:
     void initTestCase() { InstallFontSubstitutes(); }
+
+    // The header counts what is printed, one in the singular.
+    void headerCounts_data()
+    {
+        QTest::addColumn<bool>("troubleOnly");
+        QTest::addColumn<int>("count");
+        QTest::addColumn<QString>("what");
+        QTest::newRow("one card") << false << 1 << u"1 card"_s;
+        QTest::newRow("two cards") << false << 2 << u"2 cards"_s;
+        QTest::newRow("one trouble card") << true << 1 << u"1 trouble card"_s;
+        QTest::newRow("two trouble cards") << true << 2 << u"2 trouble cards"_s;
+    }
+    void headerCounts()
+    {
+        QFETCH(bool, troubleOnly);
+        QFETCH(int, count);
+        QFETCH(QString, what);
+        CardSheet sheet = cardsheet::Select(cards(count), false);
+        sheet.troubleOnly = troubleOnly;
+        const PdfText pdf = ReadPdfBytes(cardsheet::Pdf(sheet, QPageSize(QPageSize::A4)));
+        QVERIFY(pdf.read);
+        const QRegularExpression alone(u"(^|\\s)"_s + what + u"(\\s|$)"_s);
+        QVERIFY2(pdf.page(1).contains(alone), qPrintable(pdf.page(1)));
+    }
 
     // The sheet printed and read back: the header and page number on every
     // page; every card once, in order, its question in the left column (or

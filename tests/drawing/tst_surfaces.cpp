@@ -184,6 +184,9 @@ private Q_SLOTS:
             QCOMPARE(cMemDC::TranslateColor(0x80000000u | index), quint32(c.red() | c.green() << 8 | c.blue() << 16));
     }
 
+    // Every window shares the one icon, made once.
+    void programIconMadeOnce() { QCOMPARE(ProgramIcon().cacheKey(), ProgramIcon().cacheKey()); }
+
     // A control's font reaches its surface with every attribute it has.
     void fontFromWidget()
     {
