@@ -13,7 +13,6 @@
 #include "core/programstate.h"
 #include "core/prompter.h"
 #include "drawing/paintedicon.h"
-#include "drawing/programicon.h"
 #include "korva/chapterformat.h"
 #include "korva/ikorvalite.h"
 #include "settings/settingskeys.h"
@@ -89,7 +88,6 @@ frmChapter::frmChapter(QWidget *parent)
 {
     setObjectName(u"frmChapter"_s);
     setWindowTitle(u"Vocabrix - Choose Chapters"_s);
-    setWindowIcon(ProgramIcon());
     setModal(false);
     resize(600, 420);
 

@@ -6,7 +6,6 @@
 #include "core/log.h"
 #include "core/programstate.h"
 #include "core/prompter.h"
-#include "drawing/programicon.h"
 #include "windows/frmviewer.h"
 #include "windows/modrender.h"
 #include "windows/programstyle.h"
@@ -77,7 +76,6 @@ frmFind::frmFind()
 {
     setObjectName(u"frmFind"_s);
     setWindowTitle(u"Find Card"_s);
-    setWindowIcon(ProgramIcon());
     setModal(false);
 
     ts->setObjectName(u"ts"_s);

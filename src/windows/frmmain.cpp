@@ -9,7 +9,6 @@
 #include "core/programstate.h"
 #include "drawing/cmemdc.h"
 #include "drawing/colourcontrast.h"
-#include "drawing/programicon.h"
 #include "drawing/r_renderer.h"
 #include "settings/r_data.h"
 #include "windows/cardarea.h"
@@ -68,7 +67,6 @@ frmMain::frmMain() : QWidget(nullptr), m_surface(this, Qt::black), m_strip(new Q
 {
     setObjectName(u"frmMain"_s);
     setWindowTitle(u"Vocabrix"_s);
-    setWindowIcon(ProgramIcon());
     setFixedSize(kCardWidth, kCardHeight);
     setAttribute(Qt::WA_OpaquePaintEvent);
     setFocusPolicy(Qt::StrongFocus);

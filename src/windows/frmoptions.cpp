@@ -9,7 +9,6 @@
 #include "core/pause.h"
 #include "core/programstate.h"
 #include "core/prompter.h"
-#include "drawing/programicon.h"
 #include "drawing/r_renderer.h"
 #include "settings/r_data.h"
 #include "settings/studyoptions.h"
@@ -124,7 +123,6 @@ frmOptions::frmOptions()
 {
     setObjectName(u"frmOptions"_s);
     setWindowTitle(u"Vocabrix Options"_s);
-    setWindowIcon(ProgramIcon());
     setModal(false);
 
     ts->setObjectName(u"ts"_s);

@@ -2,7 +2,6 @@
 #include "windows/frmsetup.h"
 
 #include "core/programstate.h"
-#include "drawing/programicon.h"
 #include "korva/ikorvalite.h"
 #include "settings/settingskeys.h"
 #include "windows/programstyle.h"
@@ -43,7 +42,6 @@ frmSetup::frmSetup(QWidget *owner)
     setObjectName(u"frmSetup"_s);
     setWindowTitle(u"Vocabrix 2007 Initial Setup"_s);
     setModal(true);
-    setWindowIcon(ProgramIcon());
 
     QFont title = Label1->font();
     title.setPointSizeF(title.pointSizeF() * 1.6);

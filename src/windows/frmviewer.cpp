@@ -4,7 +4,6 @@
 #include "cards/deck.h"
 #include "core/pause.h"
 #include "core/programstate.h"
-#include "drawing/programicon.h"
 #include "korva/ikorvalite.h"
 #include "settings/r_data.h"
 #include "windows/modrender.h"
@@ -96,7 +95,6 @@ frmViewer::frmViewer()
 {
     setObjectName(u"frmViewer"_s);
     setWindowTitle(u"Item Viewer"_s);
-    setWindowIcon(ProgramIcon());
     resize(760, 480);
 
     LV->setObjectName(u"LV"_s);

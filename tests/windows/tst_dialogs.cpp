@@ -254,6 +254,7 @@ private Q_SLOTS:
         if (control == 0)
             QVERIFY(SaveScreenshot(options->grab().toImage(), u"options-study.png"_s));
 
+        const QImage card = modrender::Renderer()->Surface()->Image();
         QAbstractButton *target = controls[control];
         const QChar key = target->text().at(target->text().indexOf(u'&') + 1).toUpper();
         QTest::keyClick(options, char(key.unicode()), Qt::AltModifier);
@@ -262,6 +263,8 @@ private Q_SLOTS:
         QCOMPARE(file.contains(saved.toUtf8() + '\n'), writable);
         QCOMPARE(m_env->prompter.boxTitles(), writable ? QStringList() : QStringList(u"Options Not Saved"_s));
         QCOMPARE(modrender::Metrics()->NoteText(), control == 4 ? u"a note"_s : QString());
+        if (control == 4) // the card drawn again with its note
+            QTRY_VERIFY(modrender::Renderer()->Surface()->Image() != card);
         QCOMPARE(frmMain::Existing()->Typing->isVisible(), control == 6);
         QCOMPARE(ReadFileBytes(m_env->path(u"sys.zel"_s)), master);
     }

@@ -8,7 +8,6 @@
 #include "core/modbrowser.h"
 #include "core/prompter.h"
 #include "core/version.h"
-#include "drawing/programicon.h"
 #include "editcommands.h"
 #include "findreplace.h"
 #include "windows/modrender.h"
@@ -84,7 +83,6 @@ EditorWindow::EditorWindow(QWidget *parent)
     , m_encoding(new QLabel(this))
 {
     setObjectName(u"EditorWindow"_s);
-    setWindowIcon(ProgramIcon());
     m_model->SetUndoStack(m_undo);
 
     m_table->setModel(m_model);
