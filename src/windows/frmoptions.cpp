@@ -123,7 +123,6 @@ frmOptions::frmOptions()
 {
     setObjectName(u"frmOptions"_s);
     setWindowTitle(u"Vocabrix Options"_s);
-    setModal(false);
 
     ts->setObjectName(u"ts"_s);
     ts->addTab(u"Colors"_s);
