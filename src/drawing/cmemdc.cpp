@@ -199,12 +199,6 @@ void cMemDC::SetBackColor(quint32 color)
         m_backColor = TranslateColor(color);
 }
 
-void cMemDC::SetBackMode(int mode)
-{
-    if (m_valid)
-        m_backMode = mode;
-}
-
 quint32 cMemDC::TranslateColor(quint32 color)
 {
     if (color & 0x80000000u)

@@ -64,7 +64,6 @@ public:
 
     void SetForeColor(quint32 color);
     void SetBackColor(quint32 color);
-    void SetBackMode(int mode);
     static quint32 TranslateColor(quint32 color);
 
     // Colour -1 fills with brush instead.

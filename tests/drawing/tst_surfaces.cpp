@@ -12,6 +12,7 @@
 #include <QCryptographicHash>
 #include <QDir>
 #include <QGuiApplication>
+#include <QPainter>
 #include <QPalette>
 #include <QRegularExpression>
 
@@ -184,6 +185,21 @@ private Q_SLOTS:
             QCOMPARE(cMemDC::TranslateColor(0x80000000u | index), quint32(c.red() | c.green() << 8 | c.blue() << 16));
     }
 
+    // An icon painted into a place on a window lands there, and only there.
+    void iconPaintedInPlace()
+    {
+        QImage at(40, 40, QImage::Format_ARGB32_Premultiplied);
+        at.fill(Qt::transparent);
+        QPainter painter(&at);
+        ProgramIcon().paint(&painter, QRect(20, 20, 16, 16));
+        painter.end();
+        for (int y = 0; y < 40; ++y)
+            for (int x = 0; x < 40; ++x)
+                if (qAlpha(at.pixel(x, y)) != 0)
+                    QVERIFY2(QRect(20, 20, 16, 16).contains(x, y), qPrintable(u"%1,%2"_s.arg(x).arg(y)));
+        QVERIFY(qAlpha(at.pixel(28, 30)) != 0);
+    }
+
     // Every window shares the one icon, made once.
     void programIconMadeOnce() { QCOMPARE(ProgramIcon().cacheKey(), ProgramIcon().cacheKey()); }
 
@@ -242,8 +258,9 @@ private Q_SLOTS:
         QCOMPARE(dc.Image().pixel(7, 7), qRgb(0xFF, 0, 0));
         WindowSurface window(QColor::fromRgb(kMarker));
         window.Resize(QSize(9, 9));
-        dc.Blit(&window);
+        dc.Blit(&window); // the whole surface
         QCOMPARE(window.image().pixel(0, 0), qRgb(0xFF, 0, 0));
+        QCOMPARE(window.image().pixel(7, 7), qRgb(0xFF, 0, 0));
         QCOMPARE(window.image().pixel(8, 8), kMarker);
 
         window.image().fill(kMarker);
