@@ -163,6 +163,9 @@ private Q_SLOTS:
         study({3});
         QVERIFY(main->isVisible());
         QCOMPARE(modrender::Metrics()->CornerText(r_data::Corner::BottomRight), u"from 'German 4: Home and Family'"_s);
+        main->close(); // the new session's window ends the program as the first one did
+        FlushDeletes();
+        QVERIFY(g_ProcessReleased);
     }
 
     // Progress saved and resumed from the chapter window, then as a file
