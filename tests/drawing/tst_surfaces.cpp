@@ -203,7 +203,7 @@ private Q_SLOTS:
     // Every window shares the one icon, made once.
     void programIconMadeOnce() { QCOMPARE(ProgramIcon().cacheKey(), ProgramIcon().cacheKey()); }
 
-    // A control's font reaches its surface with every attribute it has.
+    // A control's font reaches its surface with every attribute it has, and is drawn with them.
     void fontFromWidget()
     {
         QFont font(u"DejaVu Sans"_s);
@@ -216,6 +216,8 @@ private Q_SLOTS:
             const LogicalFont s = LogicalFont::fromQFont(font);
             QCOMPARE(std::tuple(s.name, s.size, s.weight), std::tuple(u"DejaVu Sans"_s, 24.0, on ? 700 : 400));
             QCOMPARE(QList<bool>({s.bold, s.italic, s.underline, s.strikethrough}), QList<bool>(4, on));
+            const QFont back = s.toQFont(); // and the surface draws with all of them
+            QCOMPARE(QList<bool>({back.bold(), back.italic(), back.underline(), back.strikeOut()}), QList<bool>(4, on));
         }
     }
 
