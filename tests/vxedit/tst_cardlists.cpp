@@ -60,6 +60,8 @@ private Q_SLOTS:
         row("csv quoted line break after stray returns", "\"x\r\r\ny\",z\r\nw\r\r\n", true,
             {{u"x\ny"_s, u"z"_s}, {u"w\r"_s}}, {1, 3});
         row("not utf-8", "a\tb\nGr\xFCn\tgreen\n", false, {}, {}, u"line 2: the text is not UTF-8"_s);
+        row("not utf-8 on a last line without its end", "a\tb\nGr\xFCn", false, {}, {},
+            u"line 2: the text is not UTF-8"_s);
         row("not utf-8 after the first megabyte", QByteArray("a\tb\n").repeated(300000) + "c\t\xC3\n", false, {}, {},
             u"line 300001: the text is not UTF-8"_s);
         row("open quote", "a,b\n\"never closed,x\n", true, {}, {}, u"line 2: a quoted field is never closed"_s);

@@ -216,8 +216,15 @@ private Q_SLOTS:
         QCOMPARE(dialog.summary->text().section(u'.', 0, 0),
                  count == 1 ? u"1 card will be added"_s : u"%1 cards will be added"_s.arg(count));
         const int delimiter = dialog.delimiter->currentIndex();
+        const auto firstCard = [&dialog] {
+            const std::vector<korva::Entry> cards = dialog.Cards();
+            return cards.empty() ? QStringList() : QStringList({cards[0].key, cards[0].text});
+        };
+        const QStringList first = firstCard();
         dialog.delimiter->setCurrentIndex(delimiter == 0 ? 1 : 0);
+        QVERIFY(firstCard() != first); // read again with the other delimiter
         dialog.delimiter->setCurrentIndex(delimiter);
+        QCOMPARE(firstCard(), first);
         QCOMPARE(dialog.headerRow->isChecked(), !header);
         QCOMPARE(int(dialog.Cards().size()), count);
     }
