@@ -82,8 +82,8 @@ public:
     // width or height of 0 the surface's own.
     void Blit(WindowSurface *destination = nullptr, int x = 0, int y = 0, int width = 0,
               int height = 0, int sourceX = 0, int sourceY = 0, quint32 rop = SRCCOPY);
-    void AlphaBlit(WindowSurface *destination = nullptr, int x = 0, int y = 0, int width = 0,
-                   int height = 0, int sourceX = 0, int sourceY = 0, int alpha = 255);
+    void AlphaBlit(WindowSurface *destination, int x, int y, int width, int height, int sourceX,
+                   int sourceY, int alpha);
 
     // An outlined and filled rectangle; a one-pixel outline; a line.
     void Rectangle(int x1, int y1, int x2, int y2, quint32 penColor, quint32 brushColor,

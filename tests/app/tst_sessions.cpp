@@ -294,6 +294,9 @@ private Q_SLOTS:
         QCOMPARE(std::pair(frmMain::Existing()->Typing->RightCount(), frmMain::Existing()->Typing->WrongCount()),
                  std::pair(4, 1));
         QVERIFY(!modrender::CanUndo());
+        const QImage &face = modrender::Renderer()->Surface()->Image(); // the kept card drawn at once
+        QVERIFY(HasColour(face.copy(0, face.height() * 2 / 5, face.width(), face.height() / 5),
+                          rgb(modrender::Metrics()->Color(u"main_text_forecolor"_s, 0))));
     }
 
     // Keeping the session writes no log line and nothing else: the shutdown

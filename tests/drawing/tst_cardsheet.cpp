@@ -71,8 +71,10 @@ private Q_SLOTS:
         QFETCH(bool, troubleOnly);
         QFETCH(int, count);
         QFETCH(QString, what);
-        CardSheet sheet = cardsheet::Select(cards(count), false);
-        sheet.troubleOnly = troubleOnly;
+        std::vector<Card> marked = cards(count);
+        for (Card &card : marked)
+            card.trouble = kCardTrue;
+        const CardSheet sheet = cardsheet::Select(marked, troubleOnly);
         const PdfText pdf = ReadPdfBytes(cardsheet::Pdf(sheet, QPageSize(QPageSize::A4)));
         QVERIFY(pdf.read);
         const QRegularExpression alone(u"(^|\\s)"_s + what + u"(\\s|$)"_s);

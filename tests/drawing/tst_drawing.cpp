@@ -106,8 +106,10 @@ private Q_SLOTS:
         picture.reset();
         QVERIFY(!renderer.HasWindow());
         card.metrics.SetMainText(u"Wort"_s);
-        renderer.Draw(true); // under the address sanitizer, any touch would show
-        renderer.Present();
+        const QImage before = renderer.Surface()->Image();
+        renderer.Draw(true); // nothing drawn for a window that is gone
+        QCOMPARE(renderer.Surface()->Image(), before);
+        renderer.Present(); // under the address sanitizer, any touch would show
     }
 
     // The main text in any of these scripts: a glyph of its own face or of one

@@ -319,6 +319,13 @@ private Q_SLOTS:
             QTRY_VERIFY_WITH_TIMEOUT(spoken.count() == 1, 30000);
             // In the card's language: the daemon's log has what it was asked.
             QVERIFY(ReadFileBytes(home + u"/log/speech-dispatcher.log"_s).contains("SET SELF LANGUAGE de"));
+            // The daemon gone: the next card cannot be said, and the program says why.
+            ::signal(SIGPIPE, SIG_IGN);
+            ::kill(pid_t(ReadFileBytes(pidFile).trimmed().toLongLong()), SIGTERM);
+            QTRY_VERIFY_WITH_TIMEOUT(!QFileInfo::exists(pidFile), 15000);
+            speech.Say(u"Tschüss"_s, u"de"_s);
+            QTRY_VERIFY_WITH_TIMEOUT(speech.Unavailable().startsWith(u"The speech engine failed: "_s), 10000);
+            QCOMPARE(started.count(), 2);
         }
         QTRY_VERIFY_WITH_TIMEOUT(!QFileInfo::exists(pidFile), 15000);
     }

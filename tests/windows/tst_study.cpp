@@ -409,6 +409,23 @@ private Q_SLOTS:
         QVERIFY(main->Check1->Enabled() && main->zelFlatButton4->Enabled());
         QVERIFY(!g_ShuffleRunning);
     }
+
+    // A shutdown asked for mid-shuffle: the deck stays as it was and the card
+    // is not drawn again, since the program is ending.
+    void shutdownDuringShuffle()
+    {
+        TestEnvironment env;
+        ReversingRandom reversing(4);
+        SetRandomSource(&reversing);
+        StudyDeck(4);
+        modrender::ShowFirstCard();
+        reversing.onDraw = [] { g_ShuttingDown = true; };
+        frmMain::Existing()->Shuffle();
+        g_ShuttingDown = false;
+        QCOMPARE(modrender::Metrics()->MainText(), u"Randomizing .. "_s);
+        QCOMPARE(g_Deck[0].question, u"q0"_s);
+        QVERIFY(env.logLines().contains(u"system shutdown signal received: dropping out of shuffle/n"_s));
+    }
 };
 
 QTEST_MAIN(StudyTest)

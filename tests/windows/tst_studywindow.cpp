@@ -231,12 +231,14 @@ private Q_SLOTS:
         QFETCH(quint32, text);
         QFETCH(bool, kept);
         TestEnvironment env;
+        r_data scheme; // saved, as the study window starts with it
+        scheme.ColorDefaults();
+        scheme.SetColor(u"backcolor_a"_s, backA);
+        scheme.SetColor(u"backcolor_b"_s, backB);
+        scheme.SetColor(u"main_text_forecolor"_s, text);
+        scheme.WriteColors();
         StudyDeck(3);
         frmMain *main = frmMain::Existing();
-        modrender::Metrics()->SetColor(u"backcolor_a"_s, backA);
-        modrender::Metrics()->SetColor(u"backcolor_b"_s, backB);
-        modrender::Metrics()->SetColor(u"main_text_forecolor"_s, text);
-        modrender::ApplySchemeToMainWindow();
         QCOMPARE(main->zelFlatButton2->Forecolor() == cMemDC::TranslateColor(text), kept);
         QCOMPARE(main->Check1->Forecolor() == cMemDC::TranslateColor(text), kept);
         const QList<zelControl *> controls {main->Check1,         main->Check2,         main->zelFlatButton1,

@@ -151,8 +151,15 @@ private Q_SLOTS:
                 QTRY_VERIFY(main->Typing->CurrentState() != TypedAnswer::State::Right);
                 QVERIFY(moment.elapsed() >= TypedAnswer::kRightMs * 9 / 10); // time to see it was right
             } else {
-                const QKeySequence key = QKeySequence::fromString(step);
-                QTest::keyClick(keys, key[0].key(), key[0].keyboardModifiers());
+                const QKeyCombination key = QKeySequence::fromString(step)[0];
+                // As a keyboard sends it: Ctrl with a letter gives a control character.
+                const bool control = key.keyboardModifiers() & Qt::ControlModifier && key.key() >= Qt::Key_A
+                        && key.key() <= Qt::Key_Z;
+                if (control)
+                    QTest::sendKeyEvent(QTest::Click, keys, key.key(), QString(QChar(key.key() - Qt::Key_A + 1)),
+                                        key.keyboardModifiers());
+                else
+                    QTest::keyClick(keys, key.key(), key.keyboardModifiers());
             }
         }
         QStringList expected = before;
