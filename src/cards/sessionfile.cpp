@@ -58,6 +58,22 @@ QString home(const QString &name)
     return g_BaseDirectory + u'/' + name;
 }
 
+// One of the session's two files, whole; why not in `why`.
+bool readPart(const QString &path, qint64 maxSize, QByteArray &bytes, QString &why)
+{
+    switch (korva::readFile(path, maxSize, bytes, &why)) {
+    case korva::ReadStatus::Ok:
+        return true;
+    case korva::ReadStatus::TooLarge:
+        why = u"it is far larger than a kept session can be"_s;
+        return false;
+    case korva::ReadStatus::Missing:
+    case korva::ReadStatus::Failed:
+        break;
+    }
+    return false;
+}
+
 } // namespace
 
 QString DeckPath()
@@ -114,9 +130,9 @@ bool Read(std::vector<Card> &cards, State &state, QString *error)
 {
     QByteArray stateText, image;
     QString why;
-    if (korva::readFile(StatePath(), kMaxStateSize, stateText, &why) != korva::ReadStatus::Ok)
+    if (!readPart(StatePath(), kMaxStateSize, stateText, why))
         return fail(error, kStateName + u": "_s + why);
-    if (korva::readFile(DeckPath(), kMaxDeckSize, image, &why) != korva::ReadStatus::Ok)
+    if (!readPart(DeckPath(), kMaxDeckSize, image, why))
         return fail(error, kDeckName + u": "_s + why);
 
     const keyvalue::Pairs pairs = keyvalue::Parse(stateText);

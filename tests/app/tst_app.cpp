@@ -78,7 +78,12 @@ private Q_SLOTS:
                 QCOMPARE(db.GetNumber(u"flist_count"_s, 0).value, 4);
                 QCOMPARE(db.GetText(u"flist_name_3"_s).value, m_programDir.filePath(u"ex3.zel"_s));
                 QCOMPARE(db.GetNumber(u"backcolor_b"_s, 0).value, 14570825);
-                QVERIFY(modMain::IsTopmost(qobject_cast<QWidget *>(window)));
+                QWidget *setup = qobject_cast<QWidget *>(window);
+                QVERIFY(modMain::IsTopmost(setup));
+                const QSize screen = QGuiApplication::primaryScreen()->geometry().size();
+                const QSize size = setup->frameGeometry().size(); // centred on the screen
+                QCOMPARE(setup->pos(),
+                         QPoint((screen.width() - size.width()) / 2, (screen.height() - size.height()) / 2));
                 QVERIFY(g_SplashUp);
             }();
             return answerSetup(trouble, hover)(window);
@@ -344,6 +349,7 @@ private Q_SLOTS:
         other.close();
         QVERIFY(!instanceguard::PreviousInstanceRunning());
         instanceguard::SetKey(u"vocabrix-test-"_s + QString::number(QCoreApplication::applicationPid()));
+        QVERIFY(other.listen(key)); // a new key lets the old one go
     }
 
     // Chapters added and removed; one in another script, from a folder that

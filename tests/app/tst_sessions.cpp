@@ -330,7 +330,7 @@ private Q_SLOTS:
     // and not offered; nothing else is asked or lost.
     void damagedSessionSetAside_data()
     {
-        QTest::addColumn<QByteArray>("deck"); // "folder", "fifo", or null for none
+        QTest::addColumn<QByteArray>("deck"); // "folder", "fifo", "huge", or null for none
         QTest::addColumn<QByteArray>("state");
         QTest::addColumn<QString>("why"); // empty: intact
         const QByteArray deck = keptDeck(), cut = deck.chopped(3);
@@ -348,7 +348,14 @@ private Q_SLOTS:
             u"lastsession.txt is damaged"_s);
         row("typed answers counted wrongly", deck, keptState(deck, fine + "typed_right=2\ntyped_wrong=-1\n"),
             u"lastsession.txt is damaged"_s);
+        row("trouble cards neither on nor off", deck, keptState(deck, QByteArray(fine).replace("=false", "=no")),
+            u"lastsession.txt is damaged"_s);
         row("no state", deck, QByteArray(), u"lastsession.txt: no such file"_s);
+        row("no deck", QByteArray(), keptState(deck, fine), u"lastsession.vxs: no such file"_s);
+        row("a deck far too large", "huge", keptState(deck, fine),
+            u"lastsession.vxs: it is far larger than a kept session can be"_s);
+        row("a state far too large", deck, QByteArray(64 * 1024 + 1, '#'),
+            u"lastsession.txt: it is far larger than a kept session can be"_s);
         row("not a session", deck, "\x01\x02junk", u"lastsession.txt is not a session this version keeps"_s);
         row("a folder for the deck", "folder", keptState(deck, fine), u"lastsession.vxs: it is a folder, not a file"_s);
         row("a FIFO for the deck", "fifo", keptState(deck, fine), u"lastsession.vxs: it is a named pipe, not a file"_s);
@@ -364,7 +371,9 @@ private Q_SLOTS:
             QVERIFY(QDir(home).mkdir(u"lastsession.vxs"_s));
         else if (deck == "fifo")
             QCOMPARE(mkfifo(QFile::encodeName(home + u"lastsession.vxs"_s).constData(), 0600), 0);
-        else
+        else if (QFile huge(home + u"lastsession.vxs"_s); deck == "huge") // just over 64 MiB, sparse
+            QVERIFY(huge.open(QIODevice::WriteOnly) && huge.resize(64 * 1024 * 1024 + 1));
+        else if (!deck.isNull())
             WriteFileBytes(home + u"lastsession.vxs"_s, deck);
         if (!state.isNull())
             WriteFileBytes(home + u"lastsession.txt"_s, state);
@@ -386,7 +395,7 @@ private Q_SLOTS:
         QVERIFY(!QFileInfo::exists(home + u"lastsession.vxs"_s) && !QFileInfo::exists(home + u"lastsession.txt"_s));
         if (!state.isNull())
             QCOMPARE(ReadFileBytes(home + u"lastsession-damaged.txt"_s), state);
-        QVERIFY(QFileInfo(home + u"lastsession-damaged.vxs"_s).exists());
+        QCOMPARE(QFileInfo(home + u"lastsession-damaged.vxs"_s).exists(), !deck.isNull());
         QCOMPARE(chapters->LV1->topLevelItemCount(), 4); // the chapters are all there
     }
 
