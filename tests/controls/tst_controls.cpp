@@ -247,6 +247,26 @@ private Q_SLOTS:
         }
     }
 
+    // Keyboard users see which control Tab brought the focus to.
+    void focusShows()
+    {
+        for (const QString &kind : kKinds) {
+            QWidget window;
+            auto first = make(kind), second = make(kind, QSize(60, 24));
+            first->setParent(&window);
+            second->setParent(&window);
+            second->move(0, 30);
+            window.show();
+            QVERIFY(QTest::qWaitForWindowActive(&window));
+            first->setFocus();
+            const QImage plain = second->grab().toImage();
+            QTest::keyClick(first.get(), Qt::Key_Tab);
+            QVERIFY(second->hasFocus());
+            const QImage focused = second->grab().toImage();
+            QVERIFY2(plain != focused, qPrintable(kind));
+        }
+    }
+
     // The shadow is the caption one pixel up and left. Each is seen alone when
     // the other has the fill colour (the shadow is the fore colour at a quarter),
     // the shadow only where the caption drawn over it does not cover it.
