@@ -348,9 +348,7 @@ void frmChapter::AddChapterFile(const QString &given)
     }
     for (int i = 0; i < LV1->topLevelItemCount(); ++i) {
         if (ItemPath(LV1->topLevelItem(i)) == path) {
-            LV1->clearSelection();
-            LV1->topLevelItem(i)->setSelected(true);
-            LV1->setCurrentItem(LV1->topLevelItem(i));
+            LV1->setCurrentItem(LV1->topLevelItem(i)); // and it alone selected
             return;
         }
     }

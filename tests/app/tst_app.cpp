@@ -382,6 +382,13 @@ private Q_SLOTS:
         QCOMPARE(m_env->prompter.boxes.size(), size_t(1));
         QCOMPARE(chapters->LV1->topLevelItem(4)->text(0), u"mine.zel"_s);
         QCOMPARE(chapters->LV1->topLevelItem(5)->text(0), u"Russian 1: Greetings and First Words"_s);
+        // One already listed is picked out, not listed twice.
+        m_env->prompter.fileAnswers = {mine};
+        chapters->LV1->topLevelItem(0)->setSelected(true);
+        chapters->ToolbarCommand(u"sall"_s);
+        QCOMPARE(chapters->LV1->topLevelItemCount(), 6);
+        QCOMPARE(chapters->LV1->selectedItems(), QList<QTreeWidgetItem *>({chapters->LV1->topLevelItem(4)}));
+        QCOMPARE(chapters->LV1->currentItem(), chapters->LV1->topLevelItem(4));
 
         // Removing three examples: the list on disk follows, a name past its end left behind.
         chapters->LV1->clearSelection();

@@ -149,6 +149,7 @@ private Q_SLOTS:
         TestEnvironment env;
         g_ShowMouseHover = true;
         StudyDeck(4);
+        modrender::ShowFirstCard();
         frmMain *main = frmMain::Existing();
         const QString idle = u"Roll mouse over controls to see descriptions"_s;
         auto help = [] { return modrender::Metrics()->CornerText(r_data::Corner::BottomLeft); };
@@ -166,6 +167,13 @@ private Q_SLOTS:
         main->Timer1->setInterval(1);
         QTRY_COMPARE(help(), idle);
         QVERIFY(main->Timer1->isActive()); // it keeps ticking
+        // The idle line is on the card for five seconds, then drawn away.
+        const QImage withIdleLine = modrender::Renderer()->Surface()->Image().copy();
+        QTimer *lifetime = modrender::Metrics()->findChild<QTimer *>();
+        QVERIFY(lifetime->isActive());
+        QCOMPARE(lifetime->interval(), 5000);
+        lifetime->setInterval(1);
+        QTRY_VERIFY(modrender::Renderer()->Surface()->Image() != withIdleLine);
 
         // Leaving a control right after a click on it starts the timer too.
         main->zelFlatButton3->HandleMouseMove(3, 3);
