@@ -135,9 +135,7 @@ void cMemDC::Create(int &width, int &height, WindowSurface *compatible, WindowSu
     }
     m_valid = true;
     if (compatible) {
-        m_backColor = compatible->backColor;
         m_foreColor = compatible->textColor;
-        m_backMode = compatible->transparentText ? TRANSPARENT : OPAQUE;
         SetFont(compatible->font);
     }
 }
@@ -191,12 +189,6 @@ void cMemDC::SetForeColor(quint32 color)
 {
     if (m_valid)
         m_foreColor = TranslateColor(color);
-}
-
-void cMemDC::SetBackColor(quint32 color)
-{
-    if (m_valid)
-        m_backColor = TranslateColor(color);
 }
 
 quint32 cMemDC::TranslateColor(quint32 color)
@@ -324,10 +316,7 @@ int cMemDC::DrawText(const QString &text, int &left, int &top, int &right, int &
     p.setFont(m_createdFont);
     if (!(format & DT_NOCLIP))
         p.setClipRect(box, m_clip.isNull() ? Qt::ReplaceClip : Qt::IntersectClip);
-    QRect used;
-    // Laying a text out costs; only an opaque background needs it before.
-    if (m_backMode == OPAQUE)
-        p.fillRect(metrics.boundingRect(box, flags, text), toQColor(m_backColor));
+    QRect used; // text goes over what is there, never on a box of its own
     p.setPen(toQColor(m_foreColor));
     p.drawText(box, flags, text, &used);
     return used.height();

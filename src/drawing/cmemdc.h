@@ -33,8 +33,6 @@ public:
     static constexpr int DT_CALCRECT = 1024;
 
     static constexpr quint32 SRCCOPY = 13369376;
-    static constexpr int TRANSPARENT = 1;
-    static constexpr int OPAQUE = 2;
 
     cMemDC() = default;
     ~cMemDC();
@@ -63,7 +61,6 @@ public:
     void SetFont(const LogicalFont &font);
 
     void SetForeColor(quint32 color);
-    void SetBackColor(quint32 color);
     static quint32 TranslateColor(quint32 color);
 
     // Colour -1 fills with brush instead.
@@ -114,7 +111,5 @@ private:
     LogicalFont m_font;
     QFont m_createdFont = LogicalFont().toQFont();
     quint32 m_foreColor = 0;
-    quint32 m_backColor = 0xFFFFFF;
-    int m_backMode = TRANSPARENT;
     qint32 m_osVersionCode = 0;
 };

@@ -14,8 +14,8 @@ class QPainter;
 // surfaces copy and blend into, and that the window paints itself from. The
 // window keeps what it showed until something paints over it, so repeated
 // constant-alpha copies fade a new picture in, and rows nobody paints keep
-// what they had. It also carries the window's text state (colours, background
-// mode, font), which a drawing surface made compatible with it starts from.
+// what they had. It also carries the window's text state (text colour and
+// font), which a drawing surface made compatible with it starts from.
 //
 // Sizes and coordinates are logical pixels; the image holds device pixels at
 // the window's device pixel ratio, so text and edges stay sharp on screens
@@ -58,8 +58,6 @@ public:
     quintptr handle() const { return reinterpret_cast<quintptr>(this); }
 
     quint32 textColor = 0;
-    quint32 backColor = 0xFFFFFF;
-    bool transparentText = true;
     LogicalFont font;
 
 private:
