@@ -198,19 +198,13 @@ quint32 cMemDC::TranslateColor(quint32 color)
     return color & 0x00FFFFFFu;
 }
 
-void cMemDC::FillRect(int x1, int y1, int x2, int y2, qint64 color, const QBrush *brush)
+void cMemDC::FillRect(int x1, int y1, int x2, int y2, quint32 color)
 {
     if (!drawable() || x2 <= x1 || y2 <= y1)
         return;
     QPainter p;
     begin(p);
-    const QRect r(x1, y1, x2 - x1, y2 - y1);
-    if (color == -1) {
-        if (brush)
-            p.fillRect(r, *brush);
-        return;
-    }
-    p.fillRect(r, toQColor(TranslateColor(quint32(color))));
+    p.fillRect(QRect(x1, y1, x2 - x1, y2 - y1), toQColor(TranslateColor(color)));
 }
 
 void cMemDC::Gradient(int x1, int y1, int x2, int y2, quint32 color1, quint32 color2, bool vertical)

@@ -6,7 +6,6 @@
 #include <QImage>
 #include <QString>
 
-class QBrush;
 class QPainter;
 class WindowSurface;
 
@@ -63,8 +62,7 @@ public:
     void SetForeColor(quint32 color);
     static quint32 TranslateColor(quint32 color);
 
-    // Colour -1 fills with brush instead.
-    void FillRect(int x1, int y1, int x2, int y2, qint64 color, const QBrush *brush = nullptr);
+    void FillRect(int x1, int y1, int x2, int y2, quint32 color);
     void Gradient(int x1, int y1, int x2, int y2, quint32 color1, quint32 color2, bool vertical);
     static quint32 BlendColour(quint32 color1, quint32 color2, double t);
 
