@@ -207,12 +207,12 @@ void cMemDC::FillRect(int x1, int y1, int x2, int y2, quint32 color)
     p.fillRect(QRect(x1, y1, x2 - x1, y2 - y1), toQColor(TranslateColor(color)));
 }
 
-void cMemDC::Gradient(int x1, int y1, int x2, int y2, quint32 color1, quint32 color2, bool vertical)
+void cMemDC::Gradient(int x1, int y1, int x2, int y2, quint32 color1, quint32 color2)
 {
     if (!m_valid)
         return;
     const quint32 c1 = TranslateColor(color1), c2 = TranslateColor(color2);
-    const int start = vertical ? y1 : x1, end = vertical ? y2 : x2;
+    const int start = x1, end = x2;
 
     if (OsVersionCode() >= 411) {
         // The system fill: colour1 at the start edge, running linearly towards
@@ -242,19 +242,12 @@ void cMemDC::Gradient(int x1, int y1, int x2, int y2, quint32 color1, quint32 co
             }
             return qRgb(int(out & 0xFF), int((out >> 8) & 0xFF), int((out >> 16) & 0xFF));
         };
-        if (vertical) {
-            for (int y = area.top(); y <= area.bottom(); ++y) {
-                QRgb *line = reinterpret_cast<QRgb *>(img.scanLine(y));
-                std::fill(line + area.left(), line + area.right() + 1, at(y));
-            }
-        } else {
-            QRgb *firstLine = reinterpret_cast<QRgb *>(img.scanLine(area.top()));
-            for (int x = area.left(); x <= area.right(); ++x)
-                firstLine[x] = at(x);
-            for (int y = area.top() + 1; y <= area.bottom(); ++y)
-                std::copy(firstLine + area.left(), firstLine + area.right() + 1,
-                          reinterpret_cast<QRgb *>(img.scanLine(y)) + area.left());
-        }
+        QRgb *firstLine = reinterpret_cast<QRgb *>(img.scanLine(area.top()));
+        for (int x = area.left(); x <= area.right(); ++x)
+            firstLine[x] = at(x);
+        for (int y = area.top() + 1; y <= area.bottom(); ++y)
+            std::copy(firstLine + area.left(), firstLine + area.right() + 1,
+                      reinterpret_cast<QRgb *>(img.scanLine(y)) + area.left());
         return;
     }
 
@@ -262,18 +255,11 @@ void cMemDC::Gradient(int x1, int y1, int x2, int y2, quint32 color1, quint32 co
     // from colour2 at the start to colour1 at the end, the mirror image of the
     // system fill, and is kept so.
     if (end == start) {
-        FillRect(vertical ? x1 : start, vertical ? start : y1, vertical ? x2 : start + 1,
-                 vertical ? start + 1 : y2, BlendColour(c1, c2, 0.0));
+        FillRect(start, y1, start + 1, y2, BlendColour(c1, c2, 0.0));
         return;
     }
-    for (int i = start; i <= end; ++i) {
-        const double t = double(i - start) / double(end - start);
-        const quint32 c = BlendColour(c1, c2, t);
-        if (vertical)
-            FillRect(x1, i, x2, i + 1, c);
-        else
-            FillRect(i, y1, i + 1, y2, c);
-    }
+    for (int i = start; i <= end; ++i)
+        FillRect(i, y1, i + 1, y2, BlendColour(c1, c2, double(i - start) / double(end - start)));
 }
 
 quint32 cMemDC::BlendColour(quint32 color1, quint32 color2, double t)

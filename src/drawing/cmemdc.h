@@ -63,7 +63,8 @@ public:
     static quint32 TranslateColor(quint32 color);
 
     void FillRect(int x1, int y1, int x2, int y2, quint32 color);
-    void Gradient(int x1, int y1, int x2, int y2, quint32 color1, quint32 color2, bool vertical);
+    // Left to right, colour1 to colour2.
+    void Gradient(int x1, int y1, int x2, int y2, quint32 color1, quint32 color2);
     static quint32 BlendColour(quint32 color1, quint32 color2, double t);
 
     // Draws the text in the rectangle; with DT_CALCRECT only measures it and

@@ -126,10 +126,10 @@ void r_renderer::Draw(bool withMainText)
     const quint32 b = m_metrics->Color(u"backcolor_b"_s, kDefaultBackB);
     // Half of the right edge, not the midpoint of L and Rt; with L = 0 the same.
     const int M = int(RoundHalfEven(Rt / 2.0));
-    dc.Gradient(L, B, M, B + 1, b, a, false); // the separator runs opposite to the body
-    dc.Gradient(M, B, Rt, B + 1, a, b, false);
-    dc.Gradient(L, T, M, B, a, b, false);
-    dc.Gradient(M, T, Rt, B, b, a, false);
+    dc.Gradient(L, B, M, B + 1, b, a); // the separator runs opposite to the body
+    dc.Gradient(M, B, Rt, B + 1, a, b);
+    dc.Gradient(L, T, M, B, a, b);
+    dc.Gradient(M, T, Rt, B, b, a);
 
     L += 2;
     Rt -= 2;

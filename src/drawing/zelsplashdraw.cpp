@@ -33,16 +33,16 @@ void zelSplashDraw::Paint(cMemDC &dc, int width, int height, QRect dirty) const
     auto needed = [&dirty](const QRect &part) { return dirty.intersects(part); };
 
     const int mid = width / 2;
-    dc.Gradient(0, 0, mid, height, kBlack, kBlue, false);
-    dc.Gradient(mid, 0, width, height, kBlue, kBlack, false);
+    dc.Gradient(0, 0, mid, height, kBlack, kBlue);
+    dc.Gradient(mid, 0, width, height, kBlue, kBlack);
     dc.FrameRect(0, 0, width, height, 0x6A5040);
 
     // A band of light sweeping along under the title while start-up runs.
     const int band = width / 5;
     const int x = -band + (width + band) * m_step / 60;
     if (needed(SweepRect(width))) {
-        dc.Gradient(x, 118, x + band / 2, 120, kBlue, kWhite, false);
-        dc.Gradient(x + band / 2, 118, x + band, 120, kWhite, kBlue, false);
+        dc.Gradient(x, 118, x + band / 2, 120, kBlue, kWhite);
+        dc.Gradient(x + band / 2, 118, x + band, 120, kWhite, kBlue);
     }
 
     LogicalFont font;

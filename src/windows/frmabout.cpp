@@ -69,8 +69,8 @@ void frmAbout::paintEvent(QPaintEvent *event)
     cMemDC dc;
     int w = width(), h = kBannerHeight;
     dc.Create(w, h, nullptr, &banner);
-    dc.Gradient(0, 0, w / 2, h, 0, 14570825, false);
-    dc.Gradient(w / 2, 0, w, h, 14570825, 0, false);
+    dc.Gradient(0, 0, w / 2, h, 0, 14570825);
+    dc.Gradient(w / 2, 0, w, h, 14570825, 0);
     LogicalFont font;
     font.bold = true;
     font.size = 24;

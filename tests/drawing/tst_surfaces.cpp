@@ -125,7 +125,7 @@ private Q_SLOTS:
         int w = 102, h = 10;
         dc.Create(w, h, &window, &window); // drawing straight into the window's picture
         QCOMPARE(dc.OsVersionCode(), versionCode);
-        dc.Gradient(0, 0, 100, 10, 0x000000, 0xFFFFFF, false);
+        dc.Gradient(0, 0, 100, 10, 0x000000, 0xFFFFFF);
         const QImage &img = dc.Image();
         const int end = versionCode >= 411 ? 99 : 100;
         QCOMPARE(QList<QRgb>(
@@ -274,7 +274,7 @@ private Q_SLOTS:
         zero.Create(w, h, &window);
         QVERIFY(zero.IsValid());
         zero.FillRect(0, 0, 20, 20, 0);
-        zero.Gradient(0, 0, 20, 20, 0, 0xFFFFFF, false);
+        zero.Gradient(0, 0, 20, 20, 0, 0xFFFFFF);
         zero.Blit();
         zero.AlphaBlit(nullptr, 0, 0, 0, 0, 0, 0, 128);
         QCOMPARE(window.image().pixel(4, 4), kMarker);
