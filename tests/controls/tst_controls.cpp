@@ -175,6 +175,8 @@ private Q_SLOTS:
                 c->SetEnabled(enabled);
                 QSignalSpy over(c.get(), &zelControl::MouseOver);
                 QSignalSpy out(c.get(), &zelControl::MouseOut);
+                QEvent leave(QEvent::Leave);
+                QCoreApplication::sendEvent(c.get(), &leave); // never entered: nothing to tell
                 const QPoint p = fromFarCorner ? QPoint(c->width(), c->height()) + at : at;
                 c->HandleMouseMove(p.x(), p.y());
                 c->HandleMouseMove(p.x(), p.y());       // every move counts
@@ -187,7 +189,6 @@ private Q_SLOTS:
                     QCOMPARE(check->HoverStyle(), inside && enabled);
                 // Leaving tells once that the pointer went, and not again
                 // when a move already said so.
-                QEvent leave(QEvent::Leave);
                 QCoreApplication::sendEvent(c.get(), &leave);
                 QCOMPARE(out.count(), events ? (inside ? 1 : 2) : 0);
                 QVERIFY(!c->Hovering());
