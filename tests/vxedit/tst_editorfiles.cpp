@@ -253,6 +253,47 @@ private Q_SLOTS:
         QCOMPARE(ReadFileBytes(path(u"open.zel"_s)), chapter);
         QCOMPARE(model.rowCount(), 2);
     }
+
+    // An import that cannot be taken says why and changes nothing; one
+    // cancelled in its dialog says nothing.
+    void importRefusals_data()
+    {
+        QTest::addColumn<QByteArray>("list"); // "none": no file; "huge": just over 64 MiB
+        QTest::addColumn<bool>("accepted");   // the import dialog's answer
+        QTest::addColumn<QString>("why");     // %1 for the file's path; empty: no box
+        const QString file = u"The file '%1' "_s;
+        QTest::newRow("no such file") << QByteArray("none") << true << file + u"can't be read: no such file."_s;
+        QTest::newRow("far too large") << QByteArray("huge") << true << file + u"is too large for a list of cards."_s;
+        QTest::newRow("no cards in it") << QByteArray("\n\n") << true << file + u"holds no cards."_s;
+        QTest::newRow("not text") << QByteArray("a\tb\n\xff\xfe\tc\n") << true
+                                  << file + u"can't be read: line 2: the text is not UTF-8."_s;
+        QTest::newRow("cancelled") << QByteArray("a\tb\n") << false << QString();
+        QByteArray many;
+        for (int i = 0; i < korva::kMaxEntries - 1; ++i)
+            many += "q" + QByteArray::number(i) + "\ta\n";
+        QTest::newRow("one card more than a chapter holds") // with the two there
+                << many << true
+                << u"With these 32766 cards the chapter would have 32768, more than the 32767 a chapter holds."_s;
+    }
+    void importRefusals()
+    {
+        QFETCH(QByteArray, list);
+        QFETCH(bool, accepted);
+        QFETCH(QString, why);
+        ChapterModel &model = open({u"eins"_s, u"zwei"_s});
+        const QString file = path(u"list.txt"_s);
+        if (QFile huge(file); list == "huge")
+            QVERIFY(huge.open(QIODevice::WriteOnly) && huge.resize(64 * 1024 * 1024 + 1));
+        else if (list != "none")
+            WriteFileBytes(file, list);
+        m_env->prompter.onModal = [accepted](QObject *) { return accepted ? QDialog::Accepted : QDialog::Rejected; };
+        QVERIFY(!m_window->ImportFile(file));
+        QCOMPARE(m_env->prompter.seen(),
+                 why.isEmpty() ? QStringList()
+                               : QStringList(Box(u"Can't Import"_s, why.replace(u"%1"_s, file), MsgIcon::Exclamation)));
+        QCOMPARE(model.rowCount(), 2);
+        QVERIFY(!m_window->UndoStack()->canUndo());
+    }
 };
 
 QTEST_MAIN(EditorFilesTest)
