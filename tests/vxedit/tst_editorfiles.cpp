@@ -6,6 +6,8 @@
 
 #include <QComboBox>
 #include <QLabel>
+#include <QMenu>
+#include <QMimeData>
 #include <QTableView>
 #include <QUndoStack>
 
@@ -293,6 +295,61 @@ private Q_SLOTS:
                                : QStringList(Box(u"Can't Import"_s, why.replace(u"%1"_s, file), MsgIcon::Exclamation)));
         QCOMPARE(model.rowCount(), 2);
         QVERIFY(!m_window->UndoStack()->canUndo());
+    }
+
+    // The chapters opened last, newest first and at most eight; one gone is
+    // listed but cannot be picked. Picking one opens it, as does dropping a
+    // chapter on the window; a dropped list is imported.
+    void recentFilesAndDrops()
+    {
+        QMenu *menu = nullptr;
+        for (QMenu *m : m_window->findChildren<QMenu *>())
+            if (m->title() == u"Open &Recent"_s)
+                menu = m;
+        auto shown = [menu] {
+            Q_EMIT menu->aboutToShow();
+            QStringList names;
+            for (QAction *a : menu->actions())
+                names << a->text() + (a->isEnabled() ? u""_s : u" (off)"_s);
+            return names;
+        };
+        QCOMPARE(shown(), QStringList(u"(none yet)"_s + u" (off)"_s));
+        const QByteArray chapter = chapterFile({{"q", "a", ""}, {"r", "b", ""}});
+        for (int i = 0; i < 10; ++i) {
+            WriteFileBytes(path(u"c%1.zel"_s.arg(i)), chapter);
+            QVERIFY(m_window->OpenFile(path(u"c%1.zel"_s.arg(i))));
+        }
+        QFile::remove(path(u"c9.zel"_s));
+        QCOMPARE(shown(),
+                 QStringList({u"c9.zel (off)"_s, u"c8.zel"_s, u"c7.zel"_s, u"c6.zel"_s, u"c5.zel"_s, u"c4.zel"_s,
+                              u"c3.zel"_s, u"c2.zel"_s}));
+        menu->actions()[3]->trigger();
+        QCOMPARE(m_window->Document().Path(), path(u"c6.zel"_s));
+        QCOMPARE(shown(), QStringList({u"c6.zel"_s, u"c9.zel (off)"_s, u"c8.zel"_s, u"c7.zel"_s, u"c5.zel"_s,
+                                       u"c4.zel"_s, u"c3.zel"_s, u"c2.zel"_s}));
+
+        auto drop = [this](const QStringList &names) {
+            QMimeData data;
+            QList<QUrl> urls;
+            for (const QString &name : names)
+                urls << QUrl::fromLocalFile(path(name));
+            data.setUrls(urls);
+            QDragEnterEvent enter(QPoint(5, 5), Qt::CopyAction, &data, Qt::LeftButton, {});
+            QCoreApplication::sendEvent(m_window.get(), &enter);
+            if (enter.isAccepted()) {
+                QDropEvent dropped(QPointF(5, 5), Qt::CopyAction, &data, Qt::LeftButton, {});
+                QCoreApplication::sendEvent(m_window.get(), &dropped);
+            }
+            return enter.isAccepted();
+        };
+        QVERIFY(!drop({u"c2.zel"_s, u"c3.zel"_s})); // one file at a time
+        QVERIFY(drop({u"c2.zel"_s}));
+        QCOMPARE(m_window->Document().Path(), path(u"c2.zel"_s));
+        WriteFileBytes(path(u"list.csv"_s), "s,c\n");
+        m_env->prompter.onModal = [](QObject *) { return int(QDialog::Accepted); };
+        QVERIFY(drop({u"list.csv"_s}));
+        QCOMPARE(m_env->prompter.modalWindows, std::vector<QString>({u"ImportDialog"_s}));
+        QCOMPARE(m_window->Model()->rowCount(), 3);
     }
 };
 
