@@ -7,6 +7,7 @@
 #include "windows/screenfit.h"
 
 #include <QGuiApplication>
+#include <QHeaderView>
 #include <QLabel>
 #include <QScreen>
 #include <QSignalSpy>
@@ -270,6 +271,62 @@ private Q_SLOTS:
         dialog.replaceText->setText(u"eine"_s);
         dialog.replaceAll->click();
         QCOMPARE(dialog.result->text(), u"1 text changed"_s);
+    }
+
+    // The menu entries and column headers that open something, by mouse:
+    // what each changes of what a person can see.
+    void menusAndHeaders_data()
+    {
+        QTest::addColumn<QString>("step"); // a menu entry's text, or "header:<column>"
+        QTest::addColumn<QString>("effect");
+        QTest::newRow("New") << u"&New"_s << u"cards=- current=-1"_s;
+        QTest::newRow("Find and Replace, the card found selected")
+                << u"&Find and Replace..."_s << u"find=Card_2 current=1"_s;
+        QTest::newRow("Manual") << u"Vocabrix &Manual"_s << u"launches=1"_s;
+        QTest::newRow("About") << u"&About the Vocabrix Editor"_s << u"boxes=About_the_Vocabrix_Editor"_s;
+        QTest::newRow("a click on the questions' header sorts; the card in hand is followed")
+                << u"header:0"_s << u"cards=b,c,d current=2"_s;
+        QTest::newRow("the bytes left are not sorted by") << u"header:3"_s << QString();
+    }
+    void menusAndHeaders()
+    {
+        QFETCH(QString, step);
+        QFETCH(QString, effect);
+        qputenv("BROWSER", "testbrowser");
+        ChapterModel &model = open({u"d"_s, u"b"_s, u"c"_s});
+        m_window->show();
+        auto observe = [&] {
+            auto *find = m_window->findChild<FindReplaceDialog *>();
+            if (find && find->isVisible()) {
+                find->findText->setText(u"b"_s);
+                find->findNext->click();
+            }
+            return QStringList({u"cards="_s + (questions().isEmpty() ? u"-"_s : questions().join(u',')),
+                                u"find="_s + (find && find->isVisible() ? find->result->text() : u"none"_s),
+                                u"current="_s + QString::number(m_window->Table()->currentIndex().row()),
+                                u"launches="_s + QString::number(m_env->prompter.launches.size()),
+                                u"boxes="_s + m_env->prompter.boxTitles().join(u',')})
+                    .join(u' ');
+        };
+        QStringList expected = observe().split(u' ');
+        for (const QString &change : effect.split(u' ', Qt::SkipEmptyParts))
+            for (QString &token : expected)
+                if (token.section(u'=', 0, 0) == change.section(u'=', 0, 0))
+                    token = QString(change).replace(u'_', u' ');
+        if (step.startsWith(u"header:"_s)) {
+            QHeaderView *header = m_window->Table()->horizontalHeader();
+            const int column = step.section(u':', 1).toInt();
+            QTest::mouseClick(header->viewport(), Qt::LeftButton, {},
+                              QPoint(header->sectionViewportPosition(column) + 5, header->height() / 2));
+        } else {
+            QAction *entry = nullptr;
+            for (QAction *a : m_window->findChildren<QAction *>())
+                if (a->text() == step)
+                    entry = a;
+            QVERIFY2(entry, qPrintable(step));
+            entry->trigger();
+        }
+        QCOMPARE(observe(), expected.join(u' '));
     }
 
     void typedChapterSaved()
