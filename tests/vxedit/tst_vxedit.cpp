@@ -185,7 +185,8 @@ private Q_SLOTS:
         QCOMPARE(commandline::IsCommandLine(withFolder(args, dir)), commandLine);
     }
 
-    // A settings file: numbers, notes and a text, as dump shows them.
+    // A settings file: numbers, notes and a text, as dump shows them; what
+    // JSON cannot hold as it is, escaped.
     void dumpShowsSettings()
     {
         QTemporaryDir dir;
@@ -193,7 +194,7 @@ private Q_SLOTS:
         WriteFileBytes(master,
                        bytes::header("KORVA Database File; KORVA Lite version", 4, 3)
                                + bytes::entry({}, 0, {}, 0, "color_metrics") + bytes::entry("flist_count", 0, {}, 1, {})
-                               + bytes::entry("flist_name_1", -1, "/home/anna/\"ex\" 1.zel", 0, {})
+                               + bytes::entry("flist_name_1", -1, "/home/anna/\"ex\" 1.zel", 0, "a\\b\nc\rd\te\x01\x7f\x81")
                                + bytes::entry("backcolor_b", 0, {}, 14570825, "color_metrics"));
         QCOMPARE(
                 run({u"dump"_s, master}).out,
@@ -210,7 +211,8 @@ private Q_SLOTS:
     {"key": "flist_count", "is_text": 0, "text": "", "number": 1, "note": ""},
     )"
                         "{\"key\": \"flist_name_1\", \"is_text\": -1, \"text\": \"/home/anna/\\\"ex\\\" 1.zel\", \"number\": 0, "
-                        "\"note\": \"\"},\n"
+                        R"("note": "a\\b\nc\rd\te\u0001\u007f\u0081"},)"
+                        "\n"
                         R"(    {"key": "backcolor_b", "is_text": 0, "text": "", "number": 14570825, "note": "color_metrics"}
   ]
 }
