@@ -271,6 +271,20 @@ private Q_SLOTS:
         dialog.replaceText->setText(u"eine"_s);
         dialog.replaceAll->click();
         QCOMPARE(dialog.result->text(), u"1 text changed"_s);
+        // Replace changes the card found, then finds the next.
+        dialog.findText->setText(u"der"_s);
+        dialog.replaceText->setText(u"ein"_s);
+        dialog.findNext->click();
+        QCOMPARE(dialog.result->text(), u"Card 1"_s);
+        dialog.replace->click();
+        QCOMPARE(questions(), QStringList({u"ein Hund"_s, u"eine Katze"_s, u"der Vogel"_s}));
+        QCOMPARE(dialog.result->text(), u"Card 3"_s);
+        FindReplaceDialog fresh(model, *m_window->UndoStack()); // nothing found yet: Replace only finds
+        fresh.findText->setText(u"ein"_s);
+        fresh.replaceText->setText(u"kein"_s);
+        fresh.replace->click();
+        QCOMPARE(questions(), QStringList({u"ein Hund"_s, u"eine Katze"_s, u"der Vogel"_s}));
+        QCOMPARE(fresh.result->text(), u"Card 1"_s);
     }
 
     // The menu entries and column headers that open something, by mouse:
