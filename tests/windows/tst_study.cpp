@@ -410,6 +410,25 @@ private Q_SLOTS:
         QVERIFY(!g_ShuffleRunning);
     }
 
+    // The bar moves each time 50 more cards are placed, to keep its redraws rare.
+    void shuffleProgressSteps()
+    {
+        TestEnvironment env;
+        ReversingRandom reversing(120);
+        SetRandomSource(&reversing);
+        StudyDeck(120);
+        modrender::ShowFirstCard();
+        frmMain *main = frmMain::Existing();
+        QList<int> seen;
+        reversing.onDraw = [&] {
+            const int value = main->findChild<frmProgress *>()->Value();
+            if (seen.isEmpty() || seen.last() != value)
+                seen << value;
+        };
+        main->Shuffle();
+        QCOMPARE(seen, QList<int>({0, 50, 100}));
+    }
+
     // A shutdown asked for mid-shuffle: the deck stays as it was and the card
     // is not drawn again, since the program is ending.
     void shutdownDuringShuffle()
