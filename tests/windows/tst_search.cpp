@@ -109,6 +109,8 @@ private Q_SLOTS:
         QVERIFY(QTest::qWaitForWindowActive(frmViewer::Instance()));
         QTest::mouseClick(find->Command4, Qt::LeftButton); // Clear: the text and the list
         QCOMPARE(std::pair(find->Text2->text(), frmViewer::Instance()->Cards()->rowCount()), std::pair(QString(), 0));
+        QVERIFY(find->close()); // by its title bar: unloaded, not hidden
+        QVERIFY(!forms::Open().contains(find));
     }
 
     // Case is told apart, or not, in any script.
