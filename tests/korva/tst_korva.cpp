@@ -246,7 +246,12 @@ private Q_SLOTS:
         QFETCH(bool, utf8);
         QFETCH(QByteArray, written);
         WriteFileBytes(path(u"m.zel"_s), file);
-        ikorvalite db;
+        WriteFileBytes(path(u"before.zel"_s),
+                       bytes::header("o", 4, 2) + bytes::placeholder() + bytes::entry("x", 0, {}, 1, {})
+                               + bytes::entry("y", 0, {}, 2, {}));
+        ikorvalite db; // one that had another file before
+        QVERIFY(db.Mount(path(u"before.zel"_s), false));
+        db.Unmount();
         QVERIFY2(db.Mount(path(u"m.zel"_s), false), qPrintable(db.LastError()));
         const int last = texts[1].isEmpty() ? 0 : 1;
         QCOMPARE(indices(db), QList<int>({last, 1, last}));
