@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "cardtext.h"
+#include "chapterrules.h"
 #include "headerrow.h"
 #include "vxeditrun.h"
 
@@ -29,6 +30,29 @@ class CardListsTest : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
+    // What keeps a card out of a chapter, the first of it found.
+    void cardChecks_data()
+    {
+        QTest::addColumn<QStringList>("card"); // question, answer, note
+        QTest::addColumn<QString>("why");      // empty: it may be saved
+        const QString cannot = u", which a chapter file cannot store"_s;
+        QTest::newRow("fine") << QStringList({u"Hund"_s, u"dog"_s, u"m."_s}) << QString();
+        QTest::newRow("a character outside the first plane")
+                << QStringList({u"\U0001F600"_s, u"smile"_s, QString()}) << QString();
+        QTest::newRow("no question") << QStringList({QString(), u"dog"_s, QString()}) << u"the question is empty"_s;
+        QTest::newRow("no answer") << QStringList({u"Hund"_s, QString(), QString()}) << u"the answer is empty"_s;
+        QTest::newRow("half a character in the answer")
+                << QStringList({u"Hund"_s, u"d\xD83Dg"_s, u"\xDE00"_s}) << u"the answer holds U+D83D"_s + cannot;
+        QTest::newRow("half a character in the note")
+                << QStringList({u"Hund"_s, u"dog"_s, u"\xDE00"_s}) << u"the note holds U+DE00"_s + cannot;
+    }
+    void cardChecks()
+    {
+        QFETCH(QStringList, card);
+        QFETCH(QString, why);
+        QCOMPARE(chapterrules::CheckCard(card[0], card[1], card[2], korva::Encoding::Cp1252), why);
+    }
+
     void parse_data()
     {
         QTest::addColumn<QByteArray>("data");

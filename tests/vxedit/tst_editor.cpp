@@ -287,6 +287,23 @@ private Q_SLOTS:
         QCOMPARE(fresh.result->text(), u"Card 1"_s);
     }
 
+    // Delete acts on the selected cards, or on the card in hand when none is.
+    void deleteTakesTheCardInHand()
+    {
+        ChapterModel &model = open({u"eins"_s, u"zwei"_s});
+        QAction *remove = nullptr;
+        for (QAction *a : m_window->findChildren<QAction *>())
+            if (a->text() == u"&Delete Cards"_s)
+                remove = a;
+        QItemSelectionModel *selection = m_window->Table()->selectionModel();
+        selection->clear();
+        QVERIFY(!remove->isEnabled());
+        selection->setCurrentIndex(model.index(1, 0), QItemSelectionModel::NoUpdate); // as Ctrl+Down does
+        QVERIFY(remove->isEnabled());
+        remove->trigger();
+        QCOMPARE(questions(), QStringList(u"eins"_s));
+    }
+
     // The menu entries and column headers that open something, by mouse:
     // what each changes of what a person can see.
     void menusAndHeaders_data()
