@@ -283,7 +283,11 @@ private Q_SLOTS:
                                        modMain::IsTopmost(splash) ? u"topmost"_s : u"not topmost"_s,
                                        splash && qAbs(splash->frameGeometry().center().x() - screen.center().x()) <= 2
                                                ? u"centred"_s
-                                               : u"off centre"_s};
+                                               : u"off centre"_s,
+                                       // its picture shown: card blue where its two halves meet
+                                       splash && splash->grab().toImage().pixel(splash->width() / 2, 2) == rgb(14570825)
+                                               ? u"drawn"_s
+                                               : u"blank"_s};
         };
         if (cause == u"nothing"_s) {
             startProgram();
@@ -299,7 +303,7 @@ private Q_SLOTS:
             QCOMPARE(lines.mid(lines.size() - end.size()), end);
         }
         if (cause.startsWith(u"damaged"_s)) {
-            QCOMPARE(splashAtBox, QStringList({u"up"_s, u"not topmost"_s, u"centred"_s}));
+            QCOMPARE(splashAtBox, QStringList({u"up"_s, u"not topmost"_s, u"centred"_s, u"drawn"_s}));
             QCOMPARE(ReadFileBytes(master()), damaged); // nothing written
         }
         QCOMPARE(QFileInfo::exists(master()), cause != u"instance"_s); // another copy's home is not touched

@@ -389,6 +389,7 @@ private Q_SLOTS:
         options->Command3->click();
         options->Command1->click();
         FlushDeletes();
+        QVERIFY(!frmOptions::Existing()); // OK closes it
         ikorvalite db;
         QVERIFY(db.Mount(m_env->path(u"sys.zel"_s), false));
         QCOMPARE(db.GetNumber(u"backcolor_b"_s, 0).value, 0x00FF00);

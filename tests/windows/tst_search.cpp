@@ -298,6 +298,7 @@ private Q_SLOTS:
         QCOMPARE(viewer->LV->model(), viewer->Memory());
         QCOMPARE(viewer->Memory()->headerData(0, Qt::Horizontal, Qt::DisplayRole).toString(), u"Address"_s);
         QCOMPARE(viewer->Memory()->headerData(1, Qt::Horizontal, Qt::DisplayRole).toString(), u"Width (bytes)"_s);
+        QCOMPARE(viewer->Memory()->headerData(1, Qt::Horizontal, Qt::TextAlignmentRole), QVariant()); // the view's own
         // The deck's records and every text are there: the first card's record
         // at its real address.
         const auto &blocks = viewer->Memory()->Blocks();
