@@ -373,6 +373,12 @@ private Q_SLOTS:
             card.renderer.Present();
         QCOMPARE(card.surface.Revision(), revision); // no copy, no repaint
         QCOMPARE(card.picture(), settled);
+        // The window's picture made anew (a new size): the next tick presents again.
+        for (const QSize size : {card.surface.size() + QSize(0, 4), card.surface.size()}) {
+            card.surface.Resize(size);
+            QVERIFY(!card.renderer.IsSettled());
+            card.renderer.Present();
+        }
 
         // Someone paints over the window: the next tick shows the frame again.
         card.surface.image().fill(kMarker);
