@@ -294,11 +294,9 @@ int cMemDC::DrawText(const QString &text, int &left, int &top, int &right, int &
     QPainter p;
     begin(p);
     p.setFont(m_createdFont);
-    if (!(format & DT_NOCLIP))
-        p.setClipRect(box, m_clip.isNull() ? Qt::ReplaceClip : Qt::IntersectClip);
     QRect used; // text goes over what is there, never on a box of its own
     p.setPen(toQColor(m_foreColor));
-    p.drawText(box, flags, text, &used);
+    p.drawText(box, flags, text, &used); // cut off at the box's edges
     return used.height();
 }
 

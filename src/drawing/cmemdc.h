@@ -28,7 +28,6 @@ public:
     static constexpr int DT_BOTTOM = 8;
     static constexpr int DT_WORDBREAK = 16;
     static constexpr int DT_SINGLELINE = 32;
-    static constexpr int DT_NOCLIP = 256;
     static constexpr int DT_CALCRECT = 1024;
 
     static constexpr quint32 SRCCOPY = 13369376;

@@ -244,6 +244,21 @@ private Q_SLOTS:
         QCOMPARE(dc.DrawText(u"Guten Morgen"_s, l, t, r, b, cMemDC::DT_CALCRECT | cMemDC::DT_WORDBREAK), 2 * height);
         r = l + 1;
         QCOMPARE(dc.DrawText(u"Guten Morgen"_s, l, t, r, b, cMemDC::DT_CALCRECT), height);
+        // Drawn, a text too long for its box is cut off at the box's edges.
+        dc.FillRect(0, 0, w, h, 0);
+        dc.SetForeColor(0xFFFFFF);
+        l = 80, t = 10, r = 120, b = 40;
+        dc.DrawText(u"Guten Morgen"_s, l, t, r, b, cMemDC::DT_CENTER | cMemDC::DT_VCENTER | cMemDC::DT_SINGLELINE);
+        auto lit = [&dc](const QRect &area) {
+            const QImage part = dc.Image().copy(area);
+            for (int y = 0; y < part.height(); ++y)
+                for (int x = 0; x < part.width(); ++x)
+                    if (part.pixel(x, y) != qRgb(0, 0, 0))
+                        return true;
+            return false;
+        };
+        QVERIFY(lit(QRect(80, 10, 40, 30)));
+        QVERIFY(!lit(QRect(0, 0, 80, h)) && !lit(QRect(120, 0, w - 120, h)));
     }
 
     // Made again, a surface starts clean: the clip it had is gone. Copied
