@@ -118,6 +118,11 @@ private Q_SLOTS:
         QTest::newRow("nothing typed") << u"  "_s << u"Hund"_s << u"Hund"_s;
         QTest::newRow("only punctuation") << u"?!"_s << u"Hund"_s << u"Hund"_s;
         QTest::newRow("nothing expected") << u"Hund"_s << u"..."_s << u"..."_s;
+        QTest::newRow("beyond the first plane") << u"\U0001F436 dog"_s << u"\U0001F436 dog"_s << u"right"_s;
+        QTest::newRow("beyond the first plane, wrong")
+                << u"\U0001F431"_s << u"\U0001F436"_s << u"["_s + u"\U0001F436"_s + u"]"_s;
+        QTest::newRow("too long to compare letter by letter: all marked")
+                << QString(300000, u'x') << u"Hund"_s << u"[Hund]"_s;
     }
     void typedAnswers()
     {
