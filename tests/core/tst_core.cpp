@@ -43,6 +43,32 @@ class CoreTest : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
+    // With no desktop to ask (no prompter set), every box takes its safest
+    // answer, which it writes out; dialogs are cancelled, nothing is started.
+    void answersWithoutADesktop_data()
+    {
+        QTest::addColumn<int>("buttons");
+        QTest::addColumn<int>("answer");
+        QTest::newRow("OK") << int(MsgButtons::OK) << int(MsgResult::OK);
+        QTest::newRow("OK, Cancel") << int(MsgButtons::OKCancel) << int(MsgResult::Cancel);
+        QTest::newRow("Yes, No") << int(MsgButtons::YesNo) << int(MsgResult::No);
+        QTest::newRow("Yes, No, Cancel") << int(MsgButtons::YesNoCancel) << int(MsgResult::Cancel);
+    }
+    void answersWithoutADesktop()
+    {
+        QFETCH(int, buttons);
+        QFETCH(int, answer);
+        SetPrompter(nullptr);
+        QTest::ignoreMessage(QtWarningMsg, "Title : Text");
+        QCOMPARE(int(MsgBox(u"Title"_s, u"Text"_s, MsgIcon::Question, MsgButtons(buttons))), answer);
+        Prompter &nobody = prompter();
+        QCOMPARE(nobody.AskFileName({}), std::nullopt);
+        QCOMPARE(nobody.AskColor(0), std::nullopt);
+        QVERIFY(!nobody.AskPrint({}));
+        QVERIFY(!nobody.StartProgram(u"true"_s, {}, {}) && !nobody.OpenDocument(u"x"_s));
+        QCOMPARE(nobody.ShowModal(nullptr), 0);
+    }
+
     void cleanup()
     {
         SetTickSource(nullptr);
