@@ -239,9 +239,10 @@ private Q_SLOTS:
         m_window->ExportCards();
         QCOMPARE(m_env->prompter.boxTitles(), QStringList(u"Cards Not Exported"_s));
         QVERIFY(!QFileInfo::exists(path(u"out.tsv"_s)));
+        model.setData(model.index(0, ChapterModel::Note), u"line\rend"_s, Qt::EditRole); // quoted in CSV
         m_env->prompter.fileAnswers = {path(u"out.csv"_s)};
         m_window->ExportCards();
-        QCOMPARE(ReadFileBytes(path(u"out.csv"_s)), QByteArray("eins,a1,n1\nzwei,two\tthree,n2\n"));
+        QCOMPARE(ReadFileBytes(path(u"out.csv"_s)), QByteArray("eins,a1,\"line\rend\"\nzwei,two\tthree,n2\n"));
 
         // Neither the export nor an import may take the chapter being edited.
         const QByteArray chapter = ReadFileBytes(path(u"open.zel"_s));
