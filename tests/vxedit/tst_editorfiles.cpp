@@ -112,6 +112,8 @@ private Q_SLOTS:
         m_window->EditLanguages();
         QCOMPARE(started, shown);
         QCOMPARE(m_window->UndoStack()->isClean(), choose.isEmpty() || choose == shown);
+        QCOMPARE(m_window->UndoStack()->undoText(),
+                 m_window->UndoStack()->isClean() ? QString() : u"Change languages"_s);
         const QString target = then == u"saveas"_s ? path(u"other.zel"_s) : words;
         m_env->prompter.fileAnswers = {target};
         QVERIFY(then == u"saveas"_s ? m_window->SaveAs() : m_window->Save());
@@ -326,8 +328,9 @@ private Q_SLOTS:
                               u"c3.zel"_s, u"c2.zel"_s}));
         menu->actions()[3]->trigger();
         QCOMPARE(m_window->Document().Path(), path(u"c6.zel"_s));
-        QCOMPARE(shown(), QStringList({u"c6.zel"_s, u"c9.zel (off)"_s, u"c8.zel"_s, u"c7.zel"_s, u"c5.zel"_s,
-                                       u"c4.zel"_s, u"c3.zel"_s, u"c2.zel"_s}));
+        QCOMPARE(shown(),
+                 QStringList({u"c6.zel"_s, u"c9.zel (off)"_s, u"c8.zel"_s, u"c7.zel"_s, u"c5.zel"_s, u"c4.zel"_s,
+                              u"c3.zel"_s, u"c2.zel"_s}));
 
         auto drop = [this](const QStringList &names) {
             QMimeData data;
