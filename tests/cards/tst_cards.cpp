@@ -317,7 +317,7 @@ private Q_SLOTS:
         QVERIFY(host.runningDuringShuffle);
         QVERIFY(!g_ShuffleRunning);
         QCOMPARE(host.maximum, 2 * 9999);
-        QVERIFY(env.pauser.eventRounds >= rng.draws); // events after every draw
+        QCOMPARE(env.pauser.eventRounds, rng.draws + g_Deck.UBound() + 1); // after every draw and every slot filled
     }
 
     // Draws chosen so that the slots are known: a slot is the draw times
