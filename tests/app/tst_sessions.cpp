@@ -115,8 +115,13 @@ private Q_SLOTS:
         startProgram();
         struct RandomizerStops final : Pauser
         {
+            bool told = false; // the randomizer sees the shutdown signal while it is waited for
             void Sleep(int) override {}
-            void ProcessEvents() override { g_ShuffleRunning = false; }
+            void ProcessEvents() override
+            {
+                told = g_ShuttingDown;
+                g_ShuffleRunning = false;
+            }
         } stops;
         SetPauser(&stops);
         g_ShuffleRunning = true;
@@ -127,6 +132,7 @@ private Q_SLOTS:
                  QStringList({u"suspending system destroyer until randomizer exits ../n"_s,
                               u"randomizer exit detected, resuming system destroyer/n"_s,
                               u"KORVA system going down on code 0/n"_s}));
+        QVERIFY(stops.told);
     }
 
     void newSessionKeepsStudyWindow()
