@@ -149,14 +149,3 @@ void zelControl::keyPressEvent(QKeyEvent *event)
                    keycodes::ToShiftState(event->modifiers()));
 }
 
-void zelControl::focusInEvent(QFocusEvent *event)
-{
-    QWidget::focusInEvent(event);
-    update();
-}
-
-void zelControl::focusOutEvent(QFocusEvent *event)
-{
-    QWidget::focusOutEvent(event);
-    update();
-}

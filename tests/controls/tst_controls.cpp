@@ -248,7 +248,7 @@ private Q_SLOTS:
         }
     }
 
-    // Keyboard users see which control Tab brought the focus to.
+    // Keyboard users see which control Tab brought the focus to, and only that one.
     void focusShows()
     {
         for (const QString &kind : kKinds) {
@@ -265,6 +265,9 @@ private Q_SLOTS:
             QVERIFY(second->hasFocus());
             const QImage focused = second->grab().toImage();
             QVERIFY2(plain != focused, qPrintable(kind));
+            QTest::keyClick(second.get(), Qt::Key_Tab); // and gone when the focus moves on
+            QVERIFY(first->hasFocus());
+            QCOMPARE(second->grab().toImage(), plain);
         }
     }
 
