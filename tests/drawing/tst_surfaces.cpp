@@ -225,12 +225,14 @@ private Q_SLOTS:
     {
         cMemDC dc;
         QCOMPARE(dc.TextWidth(u"not created"_s), 0);
+        int l = 0, t = 0, r = 100, b = 20;
+        QCOMPARE(dc.DrawText(u"not created"_s, l, t, r, b, 0), 0);
         int w = 200, h = 50;
         dc.Create(w, h);
         LogicalFont font;
         font.size = 12;
         dc.SetFont(font);
-        int l = 10, t = 20, r = 11, b = 21;
+        l = 10, t = 20, r = 11, b = 21;
         const int height = dc.DrawText(u"Guten Morgen"_s, l, t, r, b, cMemDC::DT_CALCRECT | cMemDC::DT_SINGLELINE);
         QCOMPARE(l, 10);
         QCOMPARE(t, 20);
