@@ -203,7 +203,7 @@ frmOptions::frmOptions()
         setTabOrder(order[i - 1], order[i]);
     SelectTab(0);
 
-    connect(ts, &QTabBar::tabBarClicked, this, &frmOptions::SelectTab);
+    // Only a change of tab turns the page: a click beside the tabs changes nothing.
     connect(ts, &QTabBar::currentChanged, this, &frmOptions::SelectTab);
     connect(Check1, &QCheckBox::clicked, this, [this] {
         modrender::AlphaEffects = Check1->isChecked();
@@ -280,11 +280,8 @@ void frmOptions::SelectTab(int tab)
 {
     // The pages in the order of their tabs.
     QWidget *const pages[] = {Picture1[0], Picture1[1], Picture1[2], PictureSpeech};
-    for (QWidget *page : pages)
-        page->hide();
-    pages[qBound(0, tab, int(std::size(pages)) - 1)]->show();
-    if (ts->currentIndex() != tab)
-        ts->setCurrentIndex(tab);
+    for (int i = 0; i < int(std::size(pages)); ++i)
+        pages[i]->setVisible(i == tab);
 }
 
 QWidget *frmOptions::BuildStudyPage()

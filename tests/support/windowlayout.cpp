@@ -115,6 +115,10 @@ public:
         if (!w->styleSheet().isEmpty())
             parts << u"styleSheet="_s + quoted(w->styleSheet());
         palette(w, parent, parts);
+        if (const QPalette::ColorRole fore = w->foregroundRole();
+            fore != QPalette::WindowText && fore != defaultForeground(w->backgroundRole()))
+            parts << u"foreground="_s
+                            + QString::fromLatin1(QMetaEnum::fromType<QPalette::ColorRole>().valueToKey(fore));
         for (const char *name : {"toolTip", "statusTip", "whatsThis", "accessibleName", "accessibleDescription"}) {
             const QString value = w->property(name).toString();
             if (!value.isEmpty())
@@ -162,6 +166,27 @@ private:
                 parts << name + u'=' + colour(active);
             if (disabled != base.color(QPalette::Disabled, role) && disabled != active)
                 parts << name + u"(disabled)="_s + colour(disabled);
+        }
+    }
+
+    // The text colour Qt picks for a background; check boxes and radio buttons
+    // pick the window's text colour themselves, and a dimmed hint its own.
+    static QPalette::ColorRole defaultForeground(QPalette::ColorRole background)
+    {
+        switch (background) {
+        case QPalette::Button:
+            return QPalette::ButtonText;
+        case QPalette::Base:
+            return QPalette::Text;
+        case QPalette::Dark:
+        case QPalette::Shadow:
+            return QPalette::Light;
+        case QPalette::Highlight:
+            return QPalette::HighlightedText;
+        case QPalette::ToolTipBase:
+            return QPalette::ToolTipText;
+        default:
+            return QPalette::WindowText;
         }
     }
 

@@ -256,6 +256,10 @@ private Q_SLOTS:
         options->show();
         QTest::mouseClick(options->ts, Qt::LeftButton, {}, options->ts->tabRect(3).center());
         SpeechPage *page = options->PictureSpeech;
+        const QPoint besideTheTabs(options->ts->width() - 4, options->ts->height() / 2);
+        QCOMPARE(options->ts->tabAt(besideTheTabs), -1);
+        QTest::mouseClick(options->ts, Qt::LeftButton, {}, besideTheTabs); // turns no page
+        QVERIFY(page->isVisible() && !options->Picture1[0]->isVisible());
         checkLayout(options, u"options-speech"_s); // its page alone, the saved options on it
         QVERIFY(SaveScreenshot(options->grab().toImage(), u"options-speech.png"_s));
         QTest::mouseClick(page->TryButton, Qt::LeftButton);
@@ -269,12 +273,14 @@ private Q_SLOTS:
         page->QuestionLanguage->setCurrentIndex(german);
         Q_EMIT page->QuestionLanguage->activated(german);
         QCOMPARE(cardspeech::Settings().questionLanguage, u"de"_s);
-        QCOMPARE(env.prompter.boxTitles(), writable ? QStringList() : QStringList {u"Vocabrix Options"_s});
+        QTest::mouseClick(page->SpeakNewCards, Qt::LeftButton, {}, QPoint(8, page->SpeakNewCards->height() / 2));
+        QVERIFY(!cardspeech::Settings().speakNewCards);
+        QCOMPARE(env.prompter.boxTitles(), QStringList(writable ? 0 : 2, u"Vocabrix Options"_s)); // each change told
         if (writable)
             QCOMPARE(ReadFileBytes(file),
                      QByteArray("# Vocabrix: settings of the study window's additions\n"
                                 "speech.answer_language=en-GB\nspeech.question_language=de\n"
-                                "speech.speak_new_cards=true\nspeech.other_language=xx\n"));
+                                "speech.speak_new_cards=false\nspeech.other_language=xx\n"));
     }
 
     // The machine's own engine says a word to its end, when it has one. Its

@@ -312,7 +312,7 @@ private Q_SLOTS:
         const QString plain = u"Make cards trouble by default"_s, latched = plain + u" (latched: True)"_s;
         frmOptions *options = frmOptions::Instance();
         options->show();
-        options->SelectTab(1);
+        options->ts->setCurrentIndex(1);
         QVERIFY(!options->Check3->isChecked());
         m_env->prompter.answers = {answer};
         const QPoint onTheBox(8, options->Check3->height() / 2);
@@ -340,7 +340,7 @@ private Q_SLOTS:
         FlushDeletes();
         options = frmOptions::Instance();
         options->show();
-        options->SelectTab(1);
+        options->ts->setCurrentIndex(1);
         QCOMPARE(options->Check3->text(), latched);
         QVERIFY(!options->Check3->isChecked());
         // Pressed, then let go off the box: no change, and the latch goes.
