@@ -17,7 +17,6 @@ struct LogicalFont
     bool underline = false;
     bool strikethrough = false;
     int weight = 400;
-    int charset = 0;
 
     static constexpr int kLogicalDpi = 96;
 
