@@ -401,7 +401,9 @@ private Q_SLOTS:
         chapters->ToolbarCommand(u"del"_s);
         chapters->SaveFileList();
         g_MasterDb->Save();
-        study({2});
+        // A chapter double-clicked is studied.
+        doubleClick(chapters->LV1->viewport(), chapters->LV1->visualItemRect(chapters->LV1->topLevelItem(2)).center());
+        FlushDeletes();
         ikorvalite db;
         QVERIFY(db.Mount(master(), false));
         QCOMPARE(db.Encoding(), korva::Encoding::Utf8);

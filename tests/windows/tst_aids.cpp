@@ -273,13 +273,17 @@ private Q_SLOTS:
         page->QuestionLanguage->setCurrentIndex(german);
         Q_EMIT page->QuestionLanguage->activated(german);
         QCOMPARE(cardspeech::Settings().questionLanguage, u"de"_s);
+        const int french = page->AnswerLanguage->findData(u"fr"_s);
+        page->AnswerLanguage->setCurrentIndex(french);
+        Q_EMIT page->AnswerLanguage->activated(french);
+        QCOMPARE(cardspeech::Settings().answerLanguage, u"fr"_s);
         QTest::mouseClick(page->SpeakNewCards, Qt::LeftButton, {}, QPoint(8, page->SpeakNewCards->height() / 2));
         QVERIFY(!cardspeech::Settings().speakNewCards);
-        QCOMPARE(env.prompter.boxTitles(), QStringList(writable ? 0 : 2, u"Vocabrix Options"_s)); // each change told
+        QCOMPARE(env.prompter.boxTitles(), QStringList(writable ? 0 : 3, u"Vocabrix Options"_s)); // each change told
         if (writable)
             QCOMPARE(ReadFileBytes(file),
                      QByteArray("# Vocabrix: settings of the study window's additions\n"
-                                "speech.answer_language=en-GB\nspeech.question_language=de\n"
+                                "speech.answer_language=fr\nspeech.question_language=de\n"
                                 "speech.speak_new_cards=false\nspeech.other_language=xx\n"));
     }
 
