@@ -40,6 +40,7 @@ LEXEMES = re.compile(r"""
 """, re.M | re.S | re.X)
 SKIP_MARK = re.compile(r"//\s*mutate:\s*skip\b\W*(.*)")
 FOREIGN = re.compile(r"\b(Q_OS_WIN\w*|_WIN32|_MSC_VER|Q_OS_MACOS|Q_OS_DARWIN|__APPLE__)\b")
+NATIVE = re.compile(r"\b(Q_OS_LINUX|__linux__)\b")  # their #else is what other systems compile
 
 # Binary operators are spaced in this code (clang-format), unlike template
 # brackets, ->, <<, >>, unary minus, ++ and rvalue references.
@@ -122,7 +123,8 @@ def foreign_lines(lines):
             result |= {k} if any(stack) else set()
             continue
         word, rest = directive.groups()
-        foreign = (word != "ifndef" and "!" not in rest) if FOREIGN.search(rest) else None
+        negated = word == "ifndef" or "!" in rest
+        foreign = not negated if FOREIGN.search(rest) else negated if NATIVE.search(rest) else None
         if word in ("if", "ifdef", "ifndef"):
             stack.append(foreign)
         elif word == "elif" and stack:

@@ -138,6 +138,8 @@ class Skipping(unittest.TestCase):
             ("foreign platform", "#ifdef Q_OS_WIN\nx = a < b;\n#endif"),
             ("not Linux", "#if defined(Q_OS_WIN)\nx = a < b;\n"
                           "#elif defined(Q_OS_MACOS)\ny = c < d;\n#endif"),
+            ("Linux's other branch", "#ifdef Q_OS_LINUX\n#else\nx = a < b;\n#endif"),
+            ("Linux negated", "#if !defined(Q_OS_LINUX)\nx = a < b;\n#endif"),
             ("raw string", 'auto s = R"(a < b)";'),
             ("continued define", "#define A(x) \\\n    x < 2"),
         ]
@@ -146,8 +148,9 @@ class Skipping(unittest.TestCase):
                 self.assertEqual(mutate.mutants_in(source, "x.cpp", ["compare"]), [])
 
     def test_other_platform_branch_kept(self):
-        source = "#ifdef Q_OS_WIN\nx = 1;\n#else\nx = a < b;\n#endif\n"
-        self.assertEqual(faults(source, "compare"), ["x = a <= b;", "x = a > b;"])
+        for source in ("#ifdef Q_OS_WIN\nx = 1;\n#else\nx = a < b;\n#endif\n",
+                       "#ifdef Q_OS_LINUX\nx = a < b;\n#else\nx = 1;\n#endif\n"):
+            self.assertEqual(faults(source, "compare"), ["x = a <= b;", "x = a > b;"])
 
     def test_sample_is_reproducible_and_spread(self):
         candidates = mutate.mutants_in(in_function(*[f"x{i} = a + {i} < b;" for i in range(20)]),
