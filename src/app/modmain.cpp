@@ -95,11 +95,10 @@ void seedFirstUse(bool showSplash)
         metrics.WriteColors();
     }
     Log(u"Awaiting user response in Setup Window/n"_s);
-    auto *setup = new frmSetup(showSplash ? g_splash.data() : nullptr);
-    CentreOnScreen(setup);
-    SetTopmost(setup);
-    prompter().ShowModal(setup);
-    delete setup;
+    frmSetup setup(showSplash ? g_splash.data() : nullptr);
+    CentreOnScreen(&setup);
+    SetTopmost(&setup);
+    prompter().ShowModal(&setup);
     g_MasterDb->Save();
 }
 
