@@ -208,8 +208,11 @@ private Q_SLOTS:
     // on its check box only marks the card.
     void viewerRowClicks()
     {
-        frmViewer *viewer = frmViewer::Instance();
-        viewer->FillItemViewer();
+        frmFind *find = frmFind::Instance();
+        find->show();
+        QTest::mouseClick(find->Command2, Qt::LeftButton); // View All Cards
+        frmViewer *viewer = frmViewer::Existing();
+        QVERIFY(viewer && viewer->isVisible());
         CardListModel *model = viewer->Cards();
         auto click = [&](QPoint at) { QTest::mouseClick(viewer->LV->viewport(), Qt::LeftButton, {}, at); };
         click(viewer->LV->visualRect(model->index(4, CardListModel::Question)).center());
