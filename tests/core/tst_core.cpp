@@ -8,6 +8,9 @@
 
 #include <QLocale>
 
+#include <chrono>
+#include <thread>
+
 using namespace Qt::Literals::StringLiterals;
 
 namespace {
@@ -137,7 +140,12 @@ private Q_SLOTS:
         QVERIFY(!g_Watcher);
         QVERIFY(env.prompter.boxes.empty() && env.prompter.launches.empty());
         QVERIFY(!clsTimer().Available());
-        QCOMPARE(clsTimer().Frequency(), 1000000000); // the system's counter
+        QCOMPARE(clsTimer().Frequency(), 1000000000); // the system's counter, which moves on
+        clsTimer timer;
+        timer.Start();
+        std::this_thread::sleep_for(std::chrono::milliseconds(2));
+        timer.Stop();
+        QVERIFY(timer.ElapsedMs() >= 2);
         bool disconnected = false;
         g_Watcher = std::make_unique<RecordingWatcher>();
         QVERIFY(clsTimer().Available());
