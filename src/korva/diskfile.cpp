@@ -137,7 +137,10 @@ void takeOver(int fd, const QString &target, bool ownerWritable)
 
 bool replaceFile(const QString &from, const QString &to, QString *why)
 {
-    if (::rename(QFile::encodeName(from).constData(), QFile::encodeName(to).constData()) == 0)
+    // A fault put in by a test stands for the system refusing the rename.
+    errno = injected(SaveStep::Rename, 1);
+    if (errno == 0
+        && ::rename(QFile::encodeName(from).constData(), QFile::encodeName(to).constData()) == 0)
         return true;
     *why = errnoText(errno);
     return false;
@@ -200,6 +203,10 @@ void takeOver(int, const QString &target, bool ownerWritable)
 
 bool replaceFile(const QString &from, const QString &to, QString *why)
 {
+    if (const int e = injected(SaveStep::Rename, 1)) {
+        *why = errnoText(e);
+        return false;
+    }
     if (MoveFileExW(reinterpret_cast<const wchar_t *>(from.utf16()),
                     reinterpret_cast<const wchar_t *>(to.utf16()),
                     MOVEFILE_REPLACE_EXISTING | MOVEFILE_WRITE_THROUGH))
@@ -410,8 +417,6 @@ bool saveFile(const QString &path, QByteArrayView data, QString *error, SaveOpti
         return abandon(closeError);
 
     QString why;
-    if (const int e = injected(SaveStep::Rename, 1))
-        return abandon(e);
     // The new file is on disk before its name replaces the old one's, so
     // whatever happens the target holds one of the two whole. The folder is
     // not synced as well: that would only make the new name last sooner, at

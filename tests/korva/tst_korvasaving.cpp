@@ -188,6 +188,30 @@ private Q_SLOTS:
                  QFileDevice::ReadUser | QFileDevice::WriteUser | QFileDevice::ReadGroup);
     }
 
+    // A name as long as a file name can be: the temporary file's name is cut
+    // to fit beside it, never inside a character, and one left by a save cut
+    // off is found again.
+    void longestNames_data()
+    {
+        QTest::addColumn<QString>("name");
+        QTest::addColumn<QString>("cut"); // the name as its temporary files begin with it
+        QTest::newRow("255 bytes") << QString(251, u'n') + u".zel"_s << QString(241, u'n');
+        const QString wide = u"\U0001F600"_s; // four bytes
+        // 241 bytes would end inside the 60th wide letter.
+        QTest::newRow("letters of four bytes") << u"aa"_s + wide.repeated(63) << u"aa"_s + wide.repeated(59);
+    }
+    void longestNames()
+    {
+        QFETCH(QString, name);
+        QFETCH(QString, cut);
+        QTemporaryDir dir;
+        WriteFileBytes(dir.filePath(cut + u".vxsave-AbC123"_s), "left over");
+        QString error;
+        QVERIFY2(korva::saveFile(dir.filePath(name), "new", &error), qPrintable(error));
+        QCOMPARE(QDir(dir.path()).entryList(QDir::Files), QStringList({name}));
+        QCOMPARE(ReadFileBytes(dir.filePath(name)), QByteArray("new"));
+    }
+
     // A save that was cut off (the process killed) leaves its temporary file;
     // the next save of the same file removes it, and nothing that may be
     // someone else's.
