@@ -11,12 +11,6 @@ struct SpeechSettings
     QString questionLanguage = QStringLiteral("de");
     QString answerLanguage = QStringLiteral("en");
     bool speakNewCards = false;
-
-    bool operator==(const SpeechSettings &o) const
-    {
-        return questionLanguage == o.questionLanguage && answerLanguage == o.answerLanguage
-                && speakNewCards == o.speakNewCards;
-    }
 };
 
 namespace speechsettings {
