@@ -46,11 +46,14 @@ private Q_SLOTS:
     {
         m_window->show();
         checkLayout(m_window.get(), u"editor-window"_s);
-        // It opens within the screen it is on (here, a small one).
-        QVERIFY(QGuiApplication::primaryScreen()->availableGeometry().contains(m_window->geometry()));
+        ImportDialog importer("a\tb\n"_ba, u"list.tsv"_s);
+        // They open within the screen they are on (here, a small one); the
+        // dialog, not yet shown, with room for its frame.
+        const QRect available = QGuiApplication::primaryScreen()->availableGeometry();
+        QVERIFY(available.contains(m_window->geometry()));
+        QVERIFY(available.contains(importer.geometry().adjusted(-kFrameSides, -kFrameTop, kFrameSides, kFrameSides)));
         const QRect screen(0, 0, 1024, 600);
         const QSize room(1024 - 2 * kFrameSides, 600 - kFrameTop - kFrameSides);
-        ImportDialog importer("a\tb\n"_ba, u"list.tsv"_s);
         FindReplaceDialog finder(*m_window->Model(), *m_window->UndoStack(), m_window.get());
         LanguagesDialog languages({u"de"_s, u"en"_s}, m_window.get());
         for (QWidget *w : {static_cast<QWidget *>(m_window.get()), static_cast<QWidget *>(&importer),
