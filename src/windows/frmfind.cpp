@@ -250,8 +250,7 @@ void frmFind::OnUnload()
     modMain::SaveWindowPosition(this, false);
 }
 
-void frmFind::closeEvent(QCloseEvent *event)
+void frmFind::closeEvent(QCloseEvent *)
 {
-    event->accept();
     forms::Unload(this);
 }

@@ -239,8 +239,7 @@ void frmViewer::keyPressEvent(QKeyEvent *event)
         QWidget::keyPressEvent(event);
 }
 
-void frmViewer::closeEvent(QCloseEvent *event)
+void frmViewer::closeEvent(QCloseEvent *)
 {
-    event->accept();
     forms::Unload(this);
 }

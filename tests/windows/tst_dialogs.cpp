@@ -337,6 +337,7 @@ private Q_SLOTS:
         if (answer != MsgResult::No)
             return;
         forms::Unload(options);
+        QVERIFY(!options->isVisible()); // gone from the screen at once, deleted a moment later
         FlushDeletes();
         options = frmOptions::Instance();
         options->show();
