@@ -347,6 +347,22 @@ private Q_SLOTS:
         QCOMPARE(observe(env), changed(before, effect));
     }
 
+    // The program's own coin for "either side at random" falls both ways (one
+    // side 64 times running: once in 2^63 runs).
+    void randomSideFallsBothWays()
+    {
+        TestEnvironment env;
+        g_Extras.SetString(u"study.first_side"_s, u"random"_s);
+        StudyDeck(2);
+        modrender::ShowFirstCard();
+        QSet<bool> answerFirst;
+        for (int i = 0; i < 64; ++i) {
+            frmMain::Existing()->HandleKey(39, 0); // Right
+            answerFirst << (modrender::ShownSide() == modrender::Side::Answer);
+        }
+        QCOMPARE(answerFirst.size(), 2);
+    }
+
     // Undo goes back step by step, far enough; only the latest steps are kept.
     void undoGoesBackStepByStep()
     {
