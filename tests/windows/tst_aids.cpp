@@ -10,6 +10,7 @@
 
 #include <QComboBox>
 #include <QElapsedTimer>
+#include <QLabel>
 #include <QMenu>
 #include <QPrintDialog>
 #include <QPrinter>
@@ -264,6 +265,13 @@ private Q_SLOTS:
         QVERIFY(SaveScreenshot(options->grab().toImage(), u"options-speech.png"_s));
         QTest::mouseClick(page->TryButton, Qt::LeftButton);
         QCOMPARE(env.speaker.said.last(), u"fr: français"_s);
+        // The engine's state is read again whenever the page comes up.
+        env.speaker.unavailable = u"The speech engine failed: gone"_s;
+        options->ts->setCurrentIndex(0);
+        options->ts->setCurrentIndex(3);
+        QVERIFY(!page->TryButton->isEnabled());
+        QCOMPARE(page->EngineState->text(), u"The speech engine failed: gone. Cards can't be spoken."_s);
+        env.speaker.unavailable.clear();
 
         if (!writable) {
             QFile::remove(file);
