@@ -39,9 +39,12 @@ struct CardWindow
     r_data metrics;
     r_renderer renderer;
 
-    CardWindow(int width, int height, int heightTrim, qreal ratio = 1.0) : surface(QColor::fromRgb(kMarker), ratio)
+    CardWindow(int width, int height, int heightTrim, qreal ratio = 1.0, const QString &windowFont = {})
+        : surface(QColor::fromRgb(kMarker), ratio)
     {
         surface.Resize(QSize(width, height));
+        if (!windowFont.isEmpty())
+            surface.font.name = windowFont;
         metrics.ColorDefaults();
         renderer.Initialize(&window, &surface, &metrics, 50.0f, 0, heightTrim, 0);
     }
@@ -137,12 +140,15 @@ private Q_SLOTS:
             QVERIFY2(!run.glyphIndexes().contains(0), qPrintable(run.rawFont().familyName()));
 
         TestEnvironment env;
-        CardWindow card(640, 480, 60);
-        card.setCard(0);
-        card.metrics.SetColor(u"main_text_shadow"_s, 0x0000FF); // red
-        card.metrics.SetMainText(text);
-        card.renderer.Draw(true);
+        CardWindow card(640, 480, 60), serif(640, 480, 60, 1.0, u"DejaVu Serif"_s); // not the card's face
+        for (CardWindow *c : {&card, &serif}) {
+            c->setCard(0);
+            c->metrics.SetColor(u"main_text_shadow"_s, 0x0000FF); // red
+            c->metrics.SetMainText(text);
+            c->renderer.Draw(true);
+        }
         const QImage &img = card.picture();
+        QCOMPARE(serif.picture(), img);
         const QRect drawn = boxOf(img, [](QRgb p) { return qGreen(p) > 0 && qBlue(p) > 0; });
         const QRect shadow = boxOf(img, [](QRgb p) { return qRed(p) > 0 && qGreen(p) == 0 && qBlue(p) == 0; });
         QVERIFY(drawn.width() > 40);

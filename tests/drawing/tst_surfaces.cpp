@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "core/osversion.h"
 #include "drawing/cmemdc.h"
+#include "drawing/colourcontrast.h"
 #include "drawing/logicalfont.h"
 #include "drawing/paintedicon.h"
 #include "drawing/programicon.h"
@@ -171,6 +172,13 @@ private Q_SLOTS:
         QCOMPARE(dc.Image().pixel(0, 0), qRgb(255, 255, 255));
         QCOMPARE(dc.Image().pixel(9, 9), qRgb(255, 255, 255));
         QCOMPARE(dc.Image().pixel(1, 1), qRgb(0, 255, 0));
+        // A line's ends are flat: it covers its length, and no more.
+        dc.FillRect(0, 0, 10, 10, 0);
+        dc.Line(2, 5, 7, 5, 0xFFFFFF, 2);
+        QList<QRgb> row;
+        for (int x : {1, 2, 6, 7})
+            row << dc.Image().pixel(x, 5);
+        QCOMPARE(row, QList<QRgb>({qRgb(0, 0, 0), qRgb(255, 255, 255), qRgb(255, 255, 255), qRgb(0, 0, 0)}));
         // Colours with the high bit set are the system's: 0 is a scroll bar's colour, 4, 5 and 30 a menu's, the
         // window's and the menu bar's, 24 a tooltip's background, 25 none (black).
         QCOMPARE(cMemDC::TranslateColor(0x12345678u), 0x345678u);
@@ -183,6 +191,33 @@ private Q_SLOTS:
                                                      {25, Qt::black}};
         for (const auto &[index, c] : system)
             QCOMPARE(cMemDC::TranslateColor(0x80000000u | index), quint32(c.red() | c.green() << 8 | c.blue() << 16));
+    }
+
+    // Contrast as people see it, and the text colour that stays readable.
+    void contrast_data()
+    {
+        QTest::addColumn<quint32>("preferred");
+        QTest::addColumn<quint32>("background");
+        QTest::addColumn<double>("ratio");
+        QTest::addColumn<quint32>("readable");
+        QTest::newRow("black and white") << 0u << 0xFFFFFFu << 21.0 << 0u;
+        QTest::newRow("the same colour") << 0x123456u << 0x123456u << 1.0 << 0xFFFFFFu;
+        QTest::newRow("red on black") << 0x0000FFu << 0u << 5.252 << 0x0000FFu;
+        QTest::newRow("green on black") << 0x00FF00u << 0u << 15.304 << 0x00FF00u;
+        QTest::newRow("blue on black: white instead") << 0xFF0000u << 0u << 2.444 << 0xFFFFFFu;
+        QTest::newRow("grey on light grey: black instead") << 0x808080u << 0xC0C0C0u << 2.171 << 0u;
+        QTest::newRow("the system's window text") << 0x80000008u << 0xFFFFFFu << 21.0 << 0u;
+    }
+    void contrast()
+    {
+        QFETCH(quint32, preferred);
+        QFETCH(quint32, background);
+        QFETCH(double, ratio);
+        QFETCH(quint32, readable);
+        QVERIFY2(qAbs(ContrastRatio(preferred, background) - ratio) < 0.001,
+                 qPrintable(QString::number(ContrastRatio(preferred, background))));
+        QCOMPARE(ContrastRatio(background, preferred), ContrastRatio(preferred, background));
+        QCOMPARE(ReadableOn(preferred, background), readable);
     }
 
     // An icon painted into a place on a window lands there, and only there.
@@ -294,6 +329,11 @@ private Q_SLOTS:
         zero.Gradient(0, 0, 20, 20, 0, 0xFFFFFF);
         zero.Blit();
         zero.AlphaBlit(nullptr, 0, 0, 0, 0, 0, 0, 128);
+        QCOMPARE(window.image().pixel(4, 4), kMarker);
+        w = 8, h = -5; // a size below zero is none
+        zero.Create(w, h, &window);
+        QCOMPARE(QSize(zero.Width(), zero.Height()), QSize(8, 0));
+        zero.Blit();
         QCOMPARE(window.image().pixel(4, 4), kMarker);
         zero.Destroy();
         QVERIFY(!zero.IsValid() && !zero.Target());
