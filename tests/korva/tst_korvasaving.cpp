@@ -8,6 +8,7 @@
 #include <fcntl.h>
 #include <sys/file.h>
 #include <sys/mount.h>
+#include <sys/stat.h>
 #include <unistd.h>
 
 class KorvaSavingTest : public KorvaFixture
@@ -57,7 +58,13 @@ private Q_SLOTS:
         QCOMPARE(back.LastIndex(), 32767);
         QCOMPARE(back.GetEntry(32767).key, u"q32767"_s);
 
+        // A byte more than the largest file is no KORVA image, whoever reads it.
         const QByteArray before = ReadFileBytes(path(u"big.zel"_s));
+        korva::Header header;
+        std::vector<korva::Entry> entries;
+        QString error;
+        QVERIFY(!korva::parseFile(before + '\0', false, header, entries, &error));
+        QCOMPARE(error, u"the file is larger than any KORVA file can be"_s);
         back.AppendEntry({u"one too many"_s, -1, u"a"_s, 0, {}});
         QVERIFY(!back.Save());
         QCOMPARE(back.Count(), 32768); // a refused save leaves the count alone
@@ -207,9 +214,15 @@ private Q_SLOTS:
         QTemporaryDir dir;
         WriteFileBytes(dir.filePath(cut + u".vxsave-AbC123"_s), "left over");
         QString error;
-        QVERIFY2(korva::saveFile(dir.filePath(name), "new", &error), qPrintable(error));
+        const mode_t mask = ::umask(022);
+        const bool saved = korva::saveFile(dir.filePath(name), "new", &error);
+        ::umask(mask);
+        QVERIFY2(saved, qPrintable(error));
         QCOMPARE(QDir(dir.path()).entryList(QDir::Files), QStringList({name}));
         QCOMPARE(ReadFileBytes(dir.filePath(name)), QByteArray("new"));
+        // A new file, readable by all and written by its owner (the user's mask applies).
+        QCOMPARE(QFileInfo(dir.filePath(name)).permissions() & 0x0FFF,
+                 QFileDevice::ReadUser | QFileDevice::WriteUser | QFileDevice::ReadGroup | QFileDevice::ReadOther);
     }
 
     // A save that was cut off (the process killed) leaves its temporary file;
