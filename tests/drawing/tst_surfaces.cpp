@@ -233,6 +233,13 @@ private Q_SLOTS:
                 if (qAlpha(at.pixel(x, y)) != 0)
                     QVERIFY2(QRect(20, 20, 16, 16).contains(x, y), qPrintable(u"%1,%2"_s.arg(x).arg(y)));
         QVERIFY(qAlpha(at.pixel(28, 30)) != 0);
+        // Disabled, it is faded.
+        QImage faded(40, 40, QImage::Format_ARGB32_Premultiplied);
+        faded.fill(Qt::transparent);
+        painter.begin(&faded);
+        ProgramIcon().paint(&painter, QRect(20, 20, 16, 16), Qt::AlignCenter, QIcon::Disabled);
+        painter.end();
+        QVERIFY(qAlpha(faded.pixel(28, 30)) > 0 && qAlpha(faded.pixel(28, 30)) < qAlpha(at.pixel(28, 30)) * 3 / 4);
     }
 
     // Every window shares the one icon, made once.

@@ -34,6 +34,8 @@ private Q_SLOTS:
         QVERIFY(db.Save());
         const QByteArray header = "KORVA Database File; KORVA Lite version";
         QCOMPARE(ReadFileBytes(p), bytes::header(header, 4, 0) + bytes::placeholder());
+        QVERIFY(!db.SaveAs(QString())); // no name: refused, the file stays mounted
+        QCOMPARE(db.Path(), p);
 
         db.SetValue(u"flist_count"_s, QString(), 4, QString());
         db.SetValue(u"flist_name_1"_s, u"/home/ü/ex1.zel"_s, 0, QString());
