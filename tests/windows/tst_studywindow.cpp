@@ -199,8 +199,12 @@ private Q_SLOTS:
     {
         TestEnvironment env;
         StudyDeck(37, {2});
+        g_SuppressRefresh = false; // the card window presents on its own timer, then rests
+        modrender::StartRendering();
+        g_SuppressRefresh = true;
         modrender::CurrentCard = 2;
         modrender::ShowCurrentCard();
+        QTRY_VERIFY(modrender::Renderer()->IsResting());
         frmMain *main = frmMain::Existing();
         const QImage shot = main->grab().toImage();
         // Logical positions at whatever scale the screen has.
