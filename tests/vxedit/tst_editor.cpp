@@ -269,6 +269,11 @@ private Q_SLOTS:
             dialog.findNext->click();
             QCOMPARE(dialog.result->text(), result);
         }
+        dialog.matchCase->setChecked(true); // its own box: "vogel" is no "Vogel" now
+        dialog.findText->setText(u"vogel"_s);
+        dialog.findNext->click();
+        QCOMPARE(dialog.result->text(), u"Not found"_s);
+        dialog.matchCase->setChecked(false);
         QCOMPARE(found.takeFirst(), QVariantList({2, 0}));
         dialog.findText->setText(u"die"_s);
         dialog.replaceText->setText(u"eine"_s);

@@ -17,7 +17,8 @@ void writeSources(const QTemporaryDir &dir)
     using namespace bytes;
     WriteFileBytes(dir.filePath(u"chapter.zel"_s),
                    header(kChapter, 4, 3, "Tiere") + placeholder() + entry("Hund", -1, "dog", 0, "")
-                           + entry("Katze", -1, "cat", 0, "") + entry("Tasc(252)r", -1, "door", 0, ""));
+                           + entry("Katze", -1, "cat, Kasc(228)tzchen", 0, "")
+                           + entry("Tasc(252)r", -1, "door", 0, ""));
     WriteFileBytes(dir.filePath(u"other.zel"_s),
                    header("x", 4, 2) + placeholder() + entry("a", -1, "b", 0, "") + entry("c", -1, "d", 0, ""));
     auto card = [](const QByteArray &q, const QByteArray &chapter, qint16 trouble) {
@@ -194,7 +195,8 @@ private Q_SLOTS:
         WriteFileBytes(master,
                        bytes::header("KORVA Database File; KORVA Lite version", 4, 3)
                                + bytes::entry({}, 0, {}, 0, "color_metrics") + bytes::entry("flist_count", 0, {}, 1, {})
-                               + bytes::entry("flist_name_1", -1, "/home/anna/\"ex\" 1.zel", 0, "a\\b\nc\rd\te\x01\x7f\x81")
+                               + bytes::entry("flist_name_1", -1, "/home/anna/\"ex\" 1.zel", 0,
+                                              "a\\b\nc\rd\te\x01\x7f\x81")
                                + bytes::entry("backcolor_b", 0, {}, 14570825, "color_metrics"));
         QCOMPARE(
                 run({u"dump"_s, master}).out,
@@ -277,6 +279,8 @@ private Q_SLOTS:
             if (QStringList({u"Hund"_s, u"Katze"_s, u"Tür"_s, u"Rot"_s}).contains(w.text))
                 got << w.text;
         QCOMPARE(got, printed);
+        if (args.first().endsWith(u"chapter.zel"_s))
+            QVERIFY(pdf.page(1).contains(u"Kätzchen"_s)); // answers spelt out as well
         QVERIFY(pdf.page(1).contains(chapters));
         QVERIFY(pdf.page(1).contains(QLocale().toString(QDate::currentDate(), QLocale::LongFormat)));
     }
