@@ -277,14 +277,14 @@ private Q_SLOTS:
             QFile::remove(file);
             QDir().mkpath(file);
         }
-        const int german = page->QuestionLanguage->findData(u"de"_s);
-        page->QuestionLanguage->setCurrentIndex(german);
-        Q_EMIT page->QuestionLanguage->activated(german);
-        QCOMPARE(cardspeech::Settings().questionLanguage, u"de"_s);
-        const int french = page->AnswerLanguage->findData(u"fr"_s);
-        page->AnswerLanguage->setCurrentIndex(french);
-        Q_EMIT page->AnswerLanguage->activated(french);
-        QCOMPARE(cardspeech::Settings().answerLanguage, u"fr"_s);
+        const auto choose = [](QComboBox *box, const QString &language) {
+            box->setCurrentIndex(box->findData(language));
+            Q_EMIT box->activated(box->currentIndex()); // as a person's choice
+        };
+        choose(page->QuestionLanguage, u"de"_s);
+        choose(page->AnswerLanguage, u"fr"_s);
+        QCOMPARE(std::pair(cardspeech::Settings().questionLanguage, cardspeech::Settings().answerLanguage),
+                 std::pair(u"de"_s, u"fr"_s));
         QTest::mouseClick(page->SpeakNewCards, Qt::LeftButton, {}, QPoint(8, page->SpeakNewCards->height() / 2));
         QVERIFY(!cardspeech::Settings().speakNewCards);
         QCOMPARE(env.prompter.boxTitles(), QStringList(writable ? 0 : 3, u"Vocabrix Options"_s)); // each change told
