@@ -2,6 +2,7 @@
 #include "programfixture.h"
 #include "windows/frmprogress.h"
 
+#include <QProxyStyle>
 #include <QStyle>
 #include <QStyleOption>
 
@@ -48,6 +49,10 @@ private Q_SLOTS:
             const QIcon icon = QApplication::style()->standardIcon(which, &option);
             QCOMPARE(icon.pixmap(expected.size()).toImage().convertToFormat(expected.format()), expected);
         }
+        auto *style = qobject_cast<QProxyStyle *>(QApplication::style()); // every other picture is the base style's
+        QVERIFY(style);
+        QCOMPARE(style->standardIcon(QStyle::SP_ArrowUp).pixmap(16).toImage(),
+                 style->baseStyle()->standardIcon(QStyle::SP_ArrowUp).pixmap(16).toImage());
     }
 
     // The first start, with the setup's answers, in a locale of its own (the

@@ -166,10 +166,10 @@ private Q_SLOTS:
         QTest::addColumn<QList<QPoint>>("blackAt");
         // Body black at both sides and blue at the centre (M = 320); the separator
         // 60 rows above the bottom runs the other way. Older systems mirror it all.
-        QTest::newRow("system gradient") << 500 << QList<QPoint> {{320, 5}, {319, 5}, {0, 420}}
+        QTest::newRow("system gradient") << 500 << QList<QPoint> {{320, 5}, {319, 5}, {0, 420}, {639, 420}}
                                          << QList<QPoint> {{0, 5}, {639, 5}, {320, 420}, {0, 419}};
         QTest::newRow("hand-painted") << 410 << QList<QPoint> {{0, 5}, {639, 5}, {320, 420}}
-                                      << QList<QPoint> {{320, 5}, {0, 420}};
+                                      << QList<QPoint> {{320, 5}, {0, 420}, {639, 420}};
     }
     void cardFace()
     {

@@ -166,7 +166,8 @@ private Q_SLOTS:
         dc.FillRect(2, 2, 5, 5, 0x0000FF);
         QCOMPARE(dc.Image().pixel(4, 4), qRgb(255, 0, 0));
         QCOMPARE(dc.Image().pixel(5, 5), qRgb(0, 0, 0));
-        dc.FillRect(5, 5, 2, 2, 0x00FF00); // reversed: nothing
+        dc.FillRect(5, 2, 2, 5, 0x00FF00); // reversed either way: nothing
+        dc.FillRect(2, 5, 5, 2, 0x00FF00);
         QCOMPARE(dc.Image().pixel(3, 3), qRgb(255, 0, 0));
         dc.Rectangle(0, 0, 10, 10, 0xFFFFFF, 0x00FF00);
         QCOMPARE(dc.Image().pixel(0, 0), qRgb(255, 255, 255));

@@ -420,12 +420,18 @@ private Q_SLOTS:
             const QImage &face = modrender::Renderer()->Surface()->Image(); // and drawn, mid-card
             QVERIFY(HasColour(face.copy(0, face.height() * 2 / 5, face.width(), face.height() / 5),
                               rgb(modrender::Metrics()->Color(u"main_text_forecolor"_s, 0))));
+            QImage window(face.size(), QImage::Format_RGB32); // on the window too, under its controls
+            window.setDevicePixelRatio(face.devicePixelRatio());
+            main->render(&window, {}, {}, QWidget::DrawWindowBackground);
+            QCOMPARE(window, face.convertToFormat(QImage::Format_RGB32));
             QCOMPARE(corner(r_data::Corner::TopLeft), u"Pass 1 of 2"_s);
             QVERIFY(g_ShuffleRunning);
             checkLayout(main, u"study-shuffling"_s); // the controls and the typing line off
             QVERIFY(SaveScreenshot(progress->grab().toImage(), u"progress.png"_s));
         };
+        modrender::AlphaEffects = g_OsAlpha = true; // the texts shown whole all the same, not faded in
         main->Shuffle();
+        modrender::AlphaEffects = g_OsAlpha = false;
         QCOMPARE(draws, 6);
         FlushDeletes();
         QVERIFY(!main->findChild<frmProgress *>());
