@@ -118,9 +118,15 @@ bool syncFd(int fd)
     return ::fsync(fd) == 0;
 }
 
+// A close interrupted by a signal has still closed the file on Linux.
 bool closeFd(int fd)
 {
-    return ::close(fd) == 0 || errno == EINTR;
+    int result = ::close(fd);
+    if (const int e = injected(SaveStep::Close, 1)) {
+        result = -1;
+        errno = e;
+    }
+    return result == 0 || errno == EINTR;
 }
 
 // The new file gets the old one's permissions, and as root its owner too, so
@@ -191,7 +197,12 @@ bool syncFd(int fd)
 
 bool closeFd(int fd)
 {
-    return _close(fd) == 0;
+    int result = _close(fd);
+    if (const int e = injected(SaveStep::Close, 1)) {
+        result = -1;
+        errno = e;
+    }
+    return result == 0;
 }
 
 void takeOver(int, const QString &target, bool ownerWritable)
@@ -408,8 +419,6 @@ bool saveFile(const QString &path, QByteArrayView data, QString *error, SaveOpti
         return abandon(e);
     if (!syncFd(fd))
         return abandon(errno);
-    if (const int e = injected(SaveStep::Close, 1))
-        return abandon(e);
     const bool closed = closeFd(fd);
     const int closeError = errno;
     fd = -1;
