@@ -344,7 +344,9 @@ private Q_SLOTS:
         auto row = [](const char *name, const QByteArray &file, const QByteArray &state, const QString &why) {
             QTest::newRow(name) << file << state << why;
         };
-        row("intact", deck, keptState(deck, fine), QString());
+        QByteArray largest = keptState(deck, fine) + '#';
+        largest += QByteArray(64 * 1024 - largest.size(), '#');
+        row("intact, as large as a state may be", deck, largest, QString());
         row("the deck cut short", cut, keptState(cut, fine), u"lastsession.vxs: it ends inside card 2 of 2"_s);
         row("the state of another deck", deck, keptState(deck + "x", fine),
             u"lastsession.vxs is not the deck that lastsession.txt belongs to"_s);

@@ -70,6 +70,9 @@ private Q_SLOTS:
         QCOMPARE(button->text(QAccessible::Name), u">>"_s);
         button->actionInterface()->doAction(QAccessibleActionInterface::pressAction());
         QCOMPARE(clicks.count(), 1);
+        connect(b.get(), &zelControl::Click, c.get(), qOverload<>(&QWidget::update)); // the button controls the box
+        const auto controlled = button->relations(QAccessible::Controlled);
+        QVERIFY(controlled.size() == 1 && controlled[0].first == check);
         QCOMPARE(check->role(), QAccessible::CheckBox);
         check->actionInterface()->doAction(QAccessibleActionInterface::toggleAction());
         QVERIFY(static_cast<zelCheck *>(c.get())->Checked() && check->state().checked);
