@@ -108,8 +108,7 @@ private Q_SLOTS:
         QTest::newRow("a letter wrong") << u"Hunt"_s << u"der Hund"_s << u"der Hun[d]"_s;
         QTest::newRow("a letter left out") << u"Hnd"_s << u"der Hund"_s << u"der H[u]nd"_s;
         QTest::newRow("a letter too many") << u"Hundx"_s << u"Hund"_s << u"Hun[d]"_s;
-        QTest::newRow("letters left out") << u"Hd"_s << u"der Hund"_s << u"der H[un]d"_s;
-        QTest::newRow("letters too many, in two places") << u"abcdefg"_s << u"abdg"_s << u"ab[dg]"_s;
+        QTest::newRow("only the first letter") << u"H"_s << u"der Hund"_s << u"der H[und]"_s;
         QTest::newRow("letters swapped") << u"dgo"_s << u"the dog"_s << u"the d[og]"_s;
         QTest::newRow("u for ü") << u"Tschuss"_s << u"Tschüss"_s << u"Tsch[ü]ss"_s;
         QTest::newRow("a for ä") << u"Apfel"_s << u"die Äpfel"_s << u"die [Ä]pfel"_s;
