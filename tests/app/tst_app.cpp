@@ -47,6 +47,7 @@ private Q_SLOTS:
                     QImage(stem + name + u".png"_s).convertToFormat(QImage::Format_ARGB32_Premultiplied);
             QVERIFY(!expected.isNull());
             const QIcon icon = QApplication::style()->standardIcon(which, &option);
+            QVERIFY(!icon.isNull());
             QCOMPARE(icon.pixmap(expected.size()).toImage().convertToFormat(expected.format()), expected);
         }
         auto *style = qobject_cast<QProxyStyle *>(QApplication::style()); // every other picture is the base style's

@@ -195,6 +195,8 @@ private Q_SLOTS:
         m_env->log->clear();
         frmOptions *options = frmOptions::Instance();
         options->show();
+        const QPoint off = options->frameGeometry().center() - QGuiApplication::primaryScreen()->geometry().center();
+        QVERIFY2(qAbs(off.x()) <= 2 && qAbs(off.y()) <= 2, qPrintable(QDebug::toString(off))); // centred, at its size
         QVERIFY(m_env->logLines().contains(u" .. frmOptions renderer loaded/n"_s));
         checkLayout(options, u"options-loaded"_s); // no colour to change before one is chosen
         QVERIFY(SaveScreenshot(options->grab().toImage(), u"options-colors.png"_s));

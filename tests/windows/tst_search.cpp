@@ -324,10 +324,14 @@ private Q_SLOTS:
                  QStringList({u"colour backcolor_a %1"_s.arg(sizeof(r_data::ColorEntry)),
                               u"colour name backcolor_a 22"_s}));
         // Asked again with one setting more: the list on show has its row.
-        g_MasterDb->SetValue(u"zz_extra"_s, QString(), 1, QString());
+        g_MasterDb->SetValue(u"zz_extra"_s, u"on"_s, 1, u"why"_s);
         find->Search();
         const QAbstractItemModel *memory = viewer->Memory();
-        QCOMPARE(memory->index(memory->rowCount() - 1, 2).data(), QVariant(u"setting key zz_extra"_s));
+        QStringList last;
+        for (int row = memory->rowCount() - 3; row < memory->rowCount(); ++row)
+            last << memory->index(row, 2).data().toString();
+        QCOMPARE(last,
+                 QStringList({u"setting key zz_extra"_s, u"setting text zz_extra"_s, u"setting note zz_extra"_s}));
         QVERIFY(viewer->LV->visualRect(memory->index(memory->rowCount() - 1, 0)).isValid());
         QLocale::setDefault(QLocale::c());
         find->Text2->setText(u"haus"_s); // the cards again
