@@ -40,7 +40,7 @@ LEXEMES = re.compile(r"""
 """, re.M | re.S | re.X)
 SKIP_MARK = re.compile(r"//\s*mutate:\s*skip\b\W*(.*)")
 FOREIGN = re.compile(r"\b(Q_OS_WIN\w*|_WIN32|_MSC_VER|Q_OS_MACOS|Q_OS_DARWIN|__APPLE__)\b")
-NATIVE = re.compile(r"\b(Q_OS_LINUX|__linux__)\b")  # their #else is what other systems compile
+NATIVE = re.compile(r"\b(Q_OS_LINUX|__linux__|Q_OS_UNIX|__unix__)\b")  # their #else: other systems
 
 # Binary operators are spaced in this code (clang-format), unlike template
 # brackets, ->, <<, >>, unary minus, ++ and rvalue references.

@@ -140,6 +140,7 @@ class Skipping(unittest.TestCase):
                           "#elif defined(Q_OS_MACOS)\ny = c < d;\n#endif"),
             ("Linux's other branch", "#ifdef Q_OS_LINUX\n#else\nx = a < b;\n#endif"),
             ("Linux negated", "#if !defined(Q_OS_LINUX)\nx = a < b;\n#endif"),
+            ("Unix's other branch", "#ifdef Q_OS_UNIX\n#else\nx = a < b;\n#endif"),
             ("raw string", 'auto s = R"(a < b)";'),
             ("continued define", "#define A(x) \\\n    x < 2"),
         ]
@@ -149,7 +150,8 @@ class Skipping(unittest.TestCase):
 
     def test_other_platform_branch_kept(self):
         for source in ("#ifdef Q_OS_WIN\nx = 1;\n#else\nx = a < b;\n#endif\n",
-                       "#ifdef Q_OS_LINUX\nx = a < b;\n#else\nx = 1;\n#endif\n"):
+                       "#ifdef Q_OS_LINUX\nx = a < b;\n#else\nx = 1;\n#endif\n",
+                       "#ifdef Q_OS_UNIX\nx = a < b;\n#else\nx = 1;\n#endif\n"):
             self.assertEqual(faults(source, "compare"), ["x = a <= b;", "x = a > b;"])
 
     def test_sample_is_reproducible_and_spread(self):

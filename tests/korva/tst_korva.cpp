@@ -120,7 +120,7 @@ private Q_SLOTS:
         db.SetValue(u"k"_s, u"text"_s, 5, u"n1"_s);
         QCOMPARE(db.GetEntry(1), (korva::Entry {u"k"_s, -1, u"text"_s, 0, u"n1"_s}));
         QVERIFY(db.GetValueType(u"k"_s));
-        QCOMPARE(db.GetText(u"k"_s).value, u"text"_s);
+        QCOMPARE(std::pair(db.GetText(u"k"_s).found, db.GetText(u"k"_s).value), std::pair(true, u"text"_s));
         // A text entry read as a number: found, but the default.
         const auto asNumber = db.GetNumber(u"k"_s, 42);
         QVERIFY(asNumber.found);
@@ -135,8 +135,9 @@ private Q_SLOTS:
 
         // Keys compare exactly.
         QVERIFY(!db.GetNumber(u"K"_s, 3).found);
-        QCOMPARE(QStringList({db.GetText(u"missing"_s, u"fallback"_s).value, db.GetNote(u"missing"_s)}),
-                 QStringList({u"fallback"_s, {}}));
+        const auto missing = db.GetText(u"missing"_s, u"fallback"_s);
+        QCOMPARE(std::tuple(missing.found, missing.value, db.GetNote(u"missing"_s)),
+                 std::tuple(false, u"fallback"_s, QString()));
 
         // The empty key is the placeholder's: setting it changes entry 0.
         db.SetValue(QString(), QString(), 0, u"color_metrics"_s);
