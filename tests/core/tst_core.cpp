@@ -4,6 +4,7 @@
 #include "core/keycodes.h"
 #include "core/modbrowser.h"
 #include "core/modfolders.h"
+#include "korva/korvahooks.h"
 #include "testsupport.h"
 
 #include <QLocale>
@@ -153,6 +154,23 @@ private Q_SLOTS:
         DisconnectWatcher();
         QVERIFY(disconnected && !g_Watcher);
         DisconnectWatcher(); // nothing left: no harm
+    }
+
+    // The file engine asks, warns and logs through the program's own boxes and log.
+    void korvaReachesThePerson()
+    {
+        TestEnvironment env;
+        env.prompter.answers = {MsgResult::Yes, MsgResult::No};
+        QVERIFY(korva::hooks().askYesNo(u"Title"_s, u"Save?"_s));
+        QVERIFY(!korva::hooks().askYesNo(u"Title"_s, u"Again?"_s));
+        korva::hooks().warn(u"Careful"_s, u"Look"_s);
+        korva::hooks().log(u"a line/n"_s);
+        QCOMPARE(env.prompter.seen(),
+                 QStringList({Box(u"Title"_s, u"Save?"_s, MsgIcon::Question, MsgButtons::YesNo),
+                              Box(u"Title"_s, u"Again?"_s, MsgIcon::Question, MsgButtons::YesNo),
+                              Box(u"Careful"_s, u"Look"_s, MsgIcon::Exclamation)}));
+        QCOMPARE(env.logLines(), QStringList(u"a line/n"_s));
+        QCOMPARE(env.log->lines[0].level, 3); // a progress line, as the watcher knows it
     }
 
     void registerWatcher()
