@@ -40,6 +40,16 @@ int injected(SaveStep step, int count)
     return g_fault ? g_fault(step, count) : 0;
 }
 
+// Whether a close went well, or a test's failure in its place (errno set).
+bool closeSucceeded(int closeResult)
+{
+    if (const int e = injected(SaveStep::Close, 1)) {
+        errno = e;
+        return false;
+    }
+    return closeResult == 0;
+}
+
 QString errnoText(int error)
 {
     return QString::fromLocal8Bit(std::strerror(error));
@@ -121,12 +131,7 @@ bool syncFd(int fd)
 // A close interrupted by a signal has still closed the file on Linux.
 bool closeFd(int fd)
 {
-    int result = ::close(fd);
-    if (const int e = injected(SaveStep::Close, 1)) {
-        result = -1;
-        errno = e;
-    }
-    return result == 0 || errno == EINTR;
+    return closeSucceeded(::close(fd)) || errno == EINTR;
 }
 
 // The new file gets the old one's permissions, and as root its owner too, so
@@ -197,12 +202,7 @@ bool syncFd(int fd)
 
 bool closeFd(int fd)
 {
-    int result = _close(fd);
-    if (const int e = injected(SaveStep::Close, 1)) {
-        result = -1;
-        errno = e;
-    }
-    return result == 0;
+    return closeSucceeded(_close(fd));
 }
 
 void takeOver(int, const QString &target, bool ownerWritable)
