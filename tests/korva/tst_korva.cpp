@@ -44,6 +44,9 @@ private Q_SLOTS:
                 << true << u"\u007F\u0080\u07FF\u0800\uFFFF"_s
                 << QByteArray("\x7F\xC2\x80\xDF\xBF\xE0\xA0\x80\xEF\xBF\xBF") << QString();
         QTest::newRow("utf-8: beyond 16 bits") << true << u"😀"_s << QByteArray("\xF0\x9F\x98\x80") << QString();
+        QTest::newRow("utf-8: half of a character, last")
+                << true << u"a\xD800"_s << QByteArray()
+                << u"the text holds U+D800, half of a character without its other half, which cannot be stored"_s;
         QTest::newRow("utf-8: half of a character, first")
                 << true << QChar(0xDC00) + u"a"_s << QByteArray()
                 << u"the text holds U+DC00, half of a character without its other half, which cannot be stored"_s;
