@@ -294,6 +294,8 @@ private Q_SLOTS:
         QTest::keyClick(chapters->LV1, Qt::Key_L, Qt::ControlModifier);
         FlushDeletes();
         QCOMPARE(g_MasterDb->GetNumber(settings::kFileListCount, 0).value, listed - 1);
+        QCOMPARE(stored(master(), {settings::kFileListCount}).first().section(u' ', 0, 0), // and saved
+                 settings::kFileListCount + u'=' + QString::number(listed - 1));
         QVERIFY(!modMain::ChapterWindow());
         QVERIFY(frmMain::Existing()->isVisible());
         QCOMPARE(sessionSeen(), seen);
