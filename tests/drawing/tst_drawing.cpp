@@ -113,6 +113,12 @@ private Q_SLOTS:
         renderer.Draw(true); // nothing drawn for a window that is gone
         QCOMPARE(renderer.Surface()->Image(), before);
         renderer.Present(); // under the address sanitizer, any touch would show
+
+        WindowSurface outlives; // a window that outlives its renderer tells it nothing more
+        outlives.Resize(QSize(40, 20));
+        QObject owner;
+        std::make_unique<r_renderer>()->Initialize(&owner, &outlives, &card.metrics, 50.0f, 0, 0, 0);
+        outlives.Changed(QRect(0, 0, 4, 4));
     }
 
     // The main text in any of these scripts: a glyph of its own face or of one
