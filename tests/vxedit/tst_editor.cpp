@@ -175,34 +175,35 @@ private Q_SLOTS:
     void recordLimits()
     {
         ChapterModel &model = open({u"eins"_s, u"zwei"_s});
-        model.setData(model.index(1, ChapterModel::Question), QString(50, u'q'), Qt::EditRole);
-        model.setData(model.index(1, ChapterModel::Answer), QString(61, u'a'), Qt::EditRole);
-        model.setData(model.index(1, ChapterModel::Note), u"nnnnnn"_s, Qt::EditRole);
-        QCOMPARE(model.BytesLeft(1), -1);
-        const QModelIndex note = model.index(1, ChapterModel::Note); // the whole row shows it
+        model.setData(model.index(0, ChapterModel::Question), QString(50, u'q'), Qt::EditRole);
+        model.setData(model.index(0, ChapterModel::Answer), QString(61, u'a'), Qt::EditRole);
+        model.setData(model.index(0, ChapterModel::Note), u"nnnnnn"_s, Qt::EditRole);
+        QCOMPARE(model.BytesLeft(0), -1);
+        const QModelIndex note = model.index(0, ChapterModel::Note); // the whole row shows it
         QCOMPARE(note.data(Qt::BackgroundRole).value<QBrush>().color(), QColor(0xFF, 0xE4, 0xE1));
         const QString target = path(u"limit.zel"_s);
         m_env->prompter.fileAnswers = {target};
+        m_window->Table()->setCurrentIndex(model.index(1, 0));
         QVERIFY(!m_window->SaveAs());
         QVERIFY(!QFileInfo::exists(target));
         QCOMPARE(m_env->prompter.seen(),
                  QStringList(Box(u"Chapter Not Saved"_s,
-                                 u"Card 2 can't be saved: the card takes 129 bytes, more than the 128 of a chapter "
+                                 u"Card 1 can't be saved: the card takes 129 bytes, more than the 128 of a chapter "
                                  "record (question, answer and note may have 116 bytes together). Nothing was "
                                  "written."_s,
                                  MsgIcon::Exclamation)));
-        QCOMPARE(m_window->Table()->currentIndex().row(), 1); // the card is shown
+        QCOMPARE(m_window->Table()->currentIndex().row(), 0); // the card is shown
         QVERIFY(m_window->isWindowModified());
 
-        model.setData(model.index(1, ChapterModel::Answer), QString(60, u'a'), Qt::EditRole);
-        QCOMPARE(model.BytesLeft(1), 0);
+        model.setData(model.index(0, ChapterModel::Answer), QString(60, u'a'), Qt::EditRole);
+        QCOMPARE(model.BytesLeft(0), 0);
         QVERIFY(!note.data(Qt::BackgroundRole).isValid());
         m_env->prompter.fileAnswers = {target};
         QVERIFY(m_window->SaveAs());
         QVERIFY(!m_window->isWindowModified());
         QCOMPARE(ReadFileBytes(target),
-                 chapterFile({{"eins", "a1", "n1"}, {QByteArray(50, 'q'), QByteArray(60, 'a'), "nnnnnn"}}));
-        model.setData(model.index(0, ChapterModel::Question), u"uno"_s, Qt::EditRole);
+                 chapterFile({{QByteArray(50, 'q'), QByteArray(60, 'a'), "nnnnnn"}, {"zwei", "a2", "n2"}}));
+        model.setData(model.index(1, ChapterModel::Question), u"uno"_s, Qt::EditRole);
         QVERIFY(m_window->Save()); // to the file it was saved as, without asking
         QVERIFY(ReadFileBytes(target).contains("uno"));
     }
