@@ -40,14 +40,14 @@ int injected(SaveStep step, int count)
     return g_fault ? g_fault(step, count) : 0;
 }
 
-// Whether a close went well, or a test's failure in its place (errno set).
-bool closeSucceeded(int closeResult)
+// Whether a step of a save went well, or a test's failure in its place (errno set).
+bool succeeded(SaveStep step, bool done)
 {
-    if (const int e = injected(SaveStep::Close, 1)) {
+    if (const int e = injected(step, 1)) {
         errno = e;
         return false;
     }
-    return closeResult == 0;
+    return done;
 }
 
 QString errnoText(int error)
@@ -125,13 +125,13 @@ qint64 writeSome(int fd, const char *data, qint64 size)
 
 bool syncFd(int fd)
 {
-    return ::fsync(fd) == 0;
+    return succeeded(SaveStep::Sync, ::fsync(fd) == 0);
 }
 
 // A close interrupted by a signal has still closed the file on Linux.
 bool closeFd(int fd)
 {
-    return closeSucceeded(::close(fd)) || errno == EINTR;
+    return succeeded(SaveStep::Close, ::close(fd) == 0) || errno == EINTR;
 }
 
 // The new file gets the old one's permissions, and as root its owner too, so
@@ -197,12 +197,12 @@ qint64 writeSome(int fd, const char *data, qint64 size)
 
 bool syncFd(int fd)
 {
-    return _commit(fd) == 0;
+    return succeeded(SaveStep::Sync, _commit(fd) == 0);
 }
 
 bool closeFd(int fd)
 {
-    return closeSucceeded(_close(fd));
+    return succeeded(SaveStep::Close, _close(fd) == 0);
 }
 
 void takeOver(int, const QString &target, bool ownerWritable)
@@ -415,8 +415,6 @@ bool saveFile(const QString &path, QByteArrayView data, QString *error, SaveOpti
             return abandon(n < 0 ? errno : EIO);
         at += qsizetype(n);
     }
-    if (const int e = injected(SaveStep::Sync, 1))
-        return abandon(e);
     if (!syncFd(fd))
         return abandon(errno);
     const bool closed = closeFd(fd);
