@@ -174,36 +174,43 @@ private Q_SLOTS:
         QCOMPARE(db.LastError(), u"no file is mounted"_s);
         QVERIFY(!db.Unmount()); // deliberate: it never reports success
         QVERIFY(!db.Mount(QString(), false));
+        QVERIFY(!db.Mount(path(u"no folder/new.zel"_s), false)); // a new file where none can be made
+        QCOMPARE(db.LastError(), u"No such file or directory"_s);
     }
 
     void damagedFilesRefused_data()
     {
         QTest::addColumn<QByteArray>("file");
+        QTest::addColumn<bool>("notUtf8"); // a text that breaks the file's own encoding
         const QByteArray good = bytes::header("d", 4, 1) + bytes::placeholder() + bytes::entry("a", -1, "b", 0, {});
-        QTest::newRow("header text runs past its record") << (bytes::i16(200) + QByteArray(126, 'x'));
-        QTest::newRow("negative count") << bytes::header("d", 4, -3) + bytes::placeholder();
-        QTest::newRow("entries missing") << bytes::header("d", 4, 5) + bytes::placeholder();
-        QTest::newRow("cut inside the last entry") << good.left(good.size() - 128 + 4);
+        QTest::newRow("header text runs past its record") << (bytes::i16(200) + QByteArray(126, 'x')) << false;
+        QTest::newRow("negative count") << bytes::header("d", 4, -3) + bytes::placeholder() << false;
+        QTest::newRow("entries missing") << bytes::header("d", 4, 5) + bytes::placeholder() << false;
+        QTest::newRow("cut inside the last entry") << good.left(good.size() - 128 + 4) << false;
         QTest::newRow("entry text runs past its record") << bytes::header("d", 4, 1) + bytes::placeholder()
-                        + (bytes::text("key") + bytes::i16(-1) + bytes::i16(500) + QByteArray(121, 'y'));
+                        + (bytes::text("key") + bytes::i16(-1) + bytes::i16(500) + QByteArray(121, 'y'))
+                                                         << false;
         QTest::newRow("count claims more than the file can be")
-                << bytes::header("d", 4, 32767) + QByteArray(4096, '\0');
-        QTest::newRow("binary noise") << QByteArray(300, '\xEE');
+                << bytes::header("d", 4, 32767) + QByteArray(4096, '\0') << false;
+        QTest::newRow("binary noise") << QByteArray(300, '\xEE') << false;
         QTest::newRow("marked utf-8, an entry that is not")
-                << bytes::header("d", 4, 1, {}, "utf-8") + bytes::placeholder() + bytes::entry("\xFC", -1, "b", 0, {});
+                << bytes::header("d", 4, 1, {}, "utf-8") + bytes::placeholder() + bytes::entry("\xFC", -1, "b", 0, {})
+                << true;
         QTest::newRow("marked utf-8, a title that is not")
-                << bytes::header("d", 4, 0, "\xC3", "utf-8") + bytes::placeholder();
+                << bytes::header("d", 4, 0, "\xC3", "utf-8") + bytes::placeholder() << true;
     }
 
     void damagedFilesRefused()
     {
         QFETCH(QByteArray, file);
+        QFETCH(bool, notUtf8);
         WriteFileBytes(path(u"bad.zel"_s), file);
         ikorvalite db;
         db.SetValue(u"kept"_s, u"value"_s, 0, QString());
         QVERIFY(!db.Mount(path(u"bad.zel"_s), false));
         QVERIFY(!db.IsMounted());
         QVERIFY(!db.LastError().isEmpty());
+        QCOMPARE(db.LastError().contains(u"not UTF-8"_s), notUtf8);
         QCOMPARE(db.GetText(u"kept"_s).value, u"value"_s); // nothing changed
         QCOMPARE(ReadFileBytes(path(u"bad.zel"_s)), file); // nor on disk
     }
