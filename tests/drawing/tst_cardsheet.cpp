@@ -156,6 +156,22 @@ private Q_SLOTS:
             QCOMPARE(shown < firstAnswer.count(u' ') + 1, cutShort);
     }
 
+    // On paper too small for one line a row, each text keeps its first line, cut short, rather
+    // than spilling a second line into the next row.
+    void paperTooSmallForALine()
+    {
+        const CardSheet sheet = cardsheet::Select(cards(2, QStringList(40, u"Wort"_s).join(u' ')), false);
+        const PdfText pdf = ReadPdfBytes(cardsheet::Pdf(sheet, QPageSize(QSizeF(210, 70), QPageSize::Millimeter)));
+        QVERIFY(pdf.read);
+        QSet<int> answerLines;
+        for (const PdfWord &w : pdf.words) {
+            if (w.text.startsWith(u"Wort"_s))
+                answerLines << int(w.box.top());
+        }
+        QCOMPARE(answerLines.size(), 1);
+        QVERIFY2(pdf.page(1).contains(u"Frage0\u2026 Wort"_s), qPrintable(pdf.page(1)));
+    }
+
     // Page one of each layout, pixel for pixel as designed and reviewed (the
     // header's rule 0.4 mm thick, a fold's first cut line 4.5 mm below it). A
     // deliberate change: look at the page the failure saves, then put its
