@@ -130,6 +130,26 @@ private Q_SLOTS:
         QCOMPARE(ReadFileBytes(m_env->path(u"sys.zel"_s)).contains("frmAbout.top"), saveNow);
     }
 
+    // A window that goes notes its place for the next save of the settings, without writing them.
+    void closingNotesThePlace_data()
+    {
+        QTest::addColumn<QString>("window");
+        for (const QString &window : {u"frmFind"_s, u"frmViewer"_s, u"frmOptions"_s, u"frmChapter"_s})
+            QTest::newRow(qPrintable(window)) << window;
+    }
+    void closingNotesThePlace()
+    {
+        QFETCH(QString, window);
+        std::unique_ptr<QWidget> owned;
+        QWidget *form = openWindow(window, owned);
+        form->show();
+        form->move(40, 30);
+        const QByteArray saved = ReadFileBytes(m_env->path(u"sys.zel"_s));
+        forms::Unload(form); // as closing it or loading chapters does
+        QCOMPARE(g_MasterDb->GetNumber(window + u".left"_s, 0).value, 600);
+        QCOMPARE(ReadFileBytes(m_env->path(u"sys.zel"_s)), saved);
+    }
+
     // A window that opens where it likes is made to fit the screen's free area with its frame, and moved onto it.
     void fitInto_data()
     {

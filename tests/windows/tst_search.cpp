@@ -169,6 +169,8 @@ private Q_SLOTS:
         QCOMPARE(frmViewer::Instance()->LoadingText(), u"6 cards"_s); // the empty slot is no card
         frmMain::Existing()->ViewAllCards();
         QCOMPARE(listedOrdinals().size(), 7);
+        for (int row = 0; row < 7; ++row) // nothing was searched for, so nothing is bold
+            QVERIFY(!isBold(row, CardListModel::Question) && !isBold(row, CardListModel::Answer));
     }
 
     void jumpToCard_data()
@@ -302,6 +304,10 @@ private Q_SLOTS:
         QCOMPARE(viewer->Memory()->headerData(0, Qt::Horizontal, Qt::DisplayRole).toString(), u"Address"_s);
         QCOMPARE(viewer->Memory()->headerData(1, Qt::Horizontal, Qt::DisplayRole).toString(), u"Width (bytes)"_s);
         QCOMPARE(viewer->Memory()->headerData(1, Qt::Horizontal, Qt::TextAlignmentRole), QVariant()); // the view's own
+        QCOMPARE(QVariantList({viewer->Memory()->index(1, 0).data(Qt::TextAlignmentRole),
+                               viewer->Memory()->index(1, 1).data(Qt::TextAlignmentRole),
+                               viewer->Memory()->index(1, 2).data(Qt::TextAlignmentRole)}),
+                 QVariantList({QVariant(), int(Qt::AlignRight | Qt::AlignVCenter), QVariant()})); // widths to the right
         // The deck's records and every text are there: the first card's record
         // at its real address.
         const auto &blocks = viewer->Memory()->Blocks();
