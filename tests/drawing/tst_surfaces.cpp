@@ -270,6 +270,9 @@ private Q_SLOTS:
         QCOMPARE(dc.TextWidth(u"not created"_s), 0);
         int l = 0, t = 0, r = 100, b = 20;
         QCOMPARE(dc.DrawText(u"not created"_s, l, t, r, b, 0), 0);
+        int none = 0;
+        dc.Create(none, none);
+        QCOMPARE(dc.DrawText(u"made without room"_s, l, t, r, b, 0), 0);
         int w = 200, h = 50;
         dc.Create(w, h);
         LogicalFont font;
