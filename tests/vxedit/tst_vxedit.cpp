@@ -107,6 +107,13 @@ private Q_SLOTS:
                QByteArray("\xC3\xBC").repeated(60) + "\tx\n\xD0\xB6\xD1\x83\xD0\xBA\tbeetle\n",
                u"line 1: the card takes 133 bytes in UTF-8, more than the 128 of a chapter record (question, answer "
                "and note may have 116 bytes together) (line 2 makes the chapter UTF-8)"_s);
+        const QString titleArgs = u"import @w.tsv -o @out.zel --title "_s;
+        row("a title too long", u"w.tsv"_s, "a\tb\nc\td\n", titleArgs + QString(65, u'x'),
+            u"@w.tsv: the title is 65 bytes long; a chapter title may have 64 bytes"_s);
+        row("a later Cyrillic card makes the title too long", u"w.tsv"_s, "a\tb\n\xD0\xB6\xD1\x83\xD0\xBA\tbeetle\n",
+            titleArgs + QString(40, u'\u00FC'),
+            u"@w.tsv: line 2: the title is 80 bytes long in UTF-8; a chapter title may have 59 bytes (this card makes "
+            "the chapter UTF-8)"_s);
         QByteArray many;
         for (int i = 1; i <= 32768; ++i)
             many += "q" + QByteArray::number(i) + "\ta\n";
