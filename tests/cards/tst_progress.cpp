@@ -141,6 +141,12 @@ private Q_SLOTS:
         QTest::newRow("negative count") << u"p.vxs"_s << bytes::i16(-2) << damaged;
         QTest::newRow("empty") << u"p.vxs"_s << QByteArray("") << damaged;
         QTest::newRow("huge claimed count") << u"p.vxs"_s << bytes::i16(32767) + QByteArray(10, '\0') << damaged;
+        QTest::newRow("far larger than any progress file") // made sparse below
+                << u"big.vxs"_s << QByteArray("sparse")
+                << Box(u"Damaged Progress File"_s,
+                       u"The file '@big.vxs' couldn't be read: it is far larger than any progress file. The cards you "
+                       "are studying were left as they were."_s,
+                       MsgIcon::Exclamation);
     }
     void loadProgress()
     {
@@ -152,11 +158,13 @@ private Q_SLOTS:
         const QStringList before = deckRows();
         if (!content.isNull())
             WriteFileBytes(env.path(name), content);
+        if (content == "sparse")
+            QVERIFY(QFile::resize(env.path(name), 64 * 1024 * 1024 + 1));
         if (!name.isEmpty())
             env.prompter.fileAnswers = {env.path(name)};
         QVERIFY(!modMain::LoadProgress());
         QCOMPARE(box.contains(u" | "_s) ? env.prompter.seen() : env.prompter.boxTitles(),
-                 box.isEmpty() ? QStringList() : QStringList(box));
+                 box.isEmpty() ? QStringList() : QStringList(box.replace(u'@', env.home() + u'/')));
         QCOMPARE(deckRows(), before);
     }
 

@@ -485,6 +485,7 @@ private Q_SLOTS:
         FlushDeletes();
         QVERIFY(!QFileInfo::exists(m_env->path(u"sys.zel"_s)));
         QVERIFY(!QFileInfo::exists(ExtraSettings::Path()));
+        QVERIFY(!g_Extras.Contains(u"study.show_notes"_s)); // nothing left for a late save to write back
     }
 };
 
