@@ -150,6 +150,7 @@ private Q_SLOTS:
         const PdfWord &first = *std::find_if(pdf.words.begin(), pdf.words.end(),
                                              [&](const PdfWord &w) { return w.text == printed.left(2); });
         QCOMPARE(first.box.left() > first.pageWidth / 8, dialog == u"fold"_s);
+        QCOMPARE(qRound(first.pageWidth), 595); // A4 upright, unless the dialog said otherwise
     }
 
     // The real print dialog: on a machine without a printer it starts on a PDF file of the suggested name, and
