@@ -390,6 +390,8 @@ private:
                     cell += u" font="_s + fontText(font.value<QFont>());
                 if (const QVariant fore = at.data(Qt::ForegroundRole); fore.isValid())
                     cell += u" colour="_s + colour(fore.value<QBrush>().color());
+                if (const QVariant align = at.data(Qt::TextAlignmentRole); align.isValid())
+                    cell += u" align=%1"_s.arg(align.toInt(), 0, 16);
                 if (const QVariant check = at.data(Qt::CheckStateRole); check.isValid())
                     cell += u" check=%1"_s.arg(check.toInt());
                 if (const QVariant tip = at.data(Qt::ToolTipRole); tip.isValid())

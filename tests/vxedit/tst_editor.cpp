@@ -333,7 +333,7 @@ private Q_SLOTS:
         QFETCH(QString, step);
         QFETCH(QString, effect);
         qputenv("BROWSER", "testbrowser");
-        ChapterModel &model = open({u"d"_s, u"b"_s, u"c"_s});
+        open({u"d"_s, u"b"_s, u"c"_s});
         m_window->show();
         auto observe = [&] {
             auto *find = m_window->findChild<FindReplaceDialog *>();
