@@ -40,6 +40,7 @@ private Q_SLOTS:
     {
         TestEnvironment env;
         r_data metrics;
+        QCOMPARE(metrics.Colors().size(), size_t(1)); // the placeholder, from the start
         metrics.ColorDefaults(); // its log lines are checked with the whole first start in tst_app
         QStringList names;
         for (const auto &c : metrics.Colors())
