@@ -310,8 +310,8 @@ private Q_SLOTS:
         }
         if (cause.startsWith(u"damaged"_s) || cause == u"instance"_s) // the box above the splash
             QCOMPARE(splashAtBox, QStringList({u"up"_s, u"not topmost"_s, u"centred"_s, u"drawn"_s}));
-        if (cause.startsWith(u"damaged"_s))
-            QCOMPARE(ReadFileBytes(master()), damaged);                // nothing written
+        if (cause.startsWith(u"damaged"_s)) // nothing written
+            QCOMPARE(ReadFileBytes(master()), damaged);
         QCOMPARE(QFileInfo::exists(master()), cause != u"instance"_s); // another copy's home is not touched
         if (cause == u"instance"_s)
             QVERIFY(!g_SplashUp);
