@@ -282,17 +282,17 @@ private Q_SLOTS:
             box->setCurrentIndex(box->findData(language));
             Q_EMIT box->activated(box->currentIndex()); // as a person's choice
         };
-        choose(page->QuestionLanguage, u"de"_s);
+        choose(page->QuestionLanguage, u"es"_s); // not the default
         choose(page->AnswerLanguage, u"fr"_s);
         QCOMPARE(std::pair(cardspeech::Settings().questionLanguage, cardspeech::Settings().answerLanguage),
-                 std::pair(u"de"_s, u"fr"_s));
+                 std::pair(u"es"_s, u"fr"_s));
         QTest::mouseClick(page->SpeakNewCards, Qt::LeftButton, {}, QPoint(8, page->SpeakNewCards->height() / 2));
         QVERIFY(!cardspeech::Settings().speakNewCards);
         QCOMPARE(env.prompter.boxTitles(), QStringList(writable ? 0 : 3, u"Vocabrix Options"_s)); // each change told
         if (writable)
             QCOMPARE(ReadFileBytes(file),
                      QByteArray("# Vocabrix: settings of the study window's additions\n"
-                                "speech.answer_language=fr\nspeech.question_language=de\n"
+                                "speech.answer_language=fr\nspeech.question_language=es\n"
                                 "speech.speak_new_cards=false\nspeech.other_language=xx\n"));
     }
 

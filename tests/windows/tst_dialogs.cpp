@@ -405,6 +405,8 @@ private Q_SLOTS:
         QVERIFY(buttonOff && options->Command3->isEnabled());
         QCOMPARE(options->SwatchColor(), 0x56FF12u);
         QCOMPARE(options->PreviewMetrics()->Color(u"backcolor_b"_s, 0), 0x56FF12u);
+        const QImage &preview = options->Picture2->Surface()->image(); // shown at once
+        QCOMPARE(preview.pixel(preview.width() / 2, 10), qRgb(0x12, 0xFF, 0x56));
         options->Command2->click();
         FlushDeletes();
         QCOMPARE(ReadFileBytes(m_env->path(u"sys.zel"_s)), before);

@@ -250,6 +250,9 @@ private Q_SLOTS:
         QTest::keyClick(viewer->LV, Qt::Key_Return);
         QCOMPARE(int(modrender::CurrentCard), 1);
         QCOMPARE(g_Deck[1].timesViewed, qint16(1));
+        viewer->LV->setCurrentIndex(model->index(6, CardListModel::Ordinal)); // the deck's empty slot, listed too
+        QTest::keyClick(viewer->LV, Qt::Key_Space);
+        QVERIFY(g_Deck[6].isTrouble());
         QTest::keyClick(viewer, Qt::Key_Escape); // Escape closes it
         QVERIFY(!forms::IsOpen(viewer));
         FlushDeletes();
