@@ -61,7 +61,7 @@ private Q_SLOTS:
         study({0, 2});
         frmMain *main = frmMain::Existing();
         QVERIFY(main && main->isVisible());
-        QCOMPARE(main->focusWidget(), main); // the card window itself takes the keys
+        QCOMPARE(main->focusWidget(), main);           // the card window itself takes the keys
         QCOMPARE(main->pos(), QPoint(50000 / 15, 20)); // brought back on screen
         QVERIFY(!modMain::ChapterWindow());
         QCOMPARE(g_Deck.UBound(), 37 + 38);
