@@ -423,6 +423,10 @@ private Q_SLOTS:
         QTRY_VERIFY(card.renderer.IsResting());
         card.renderer.StopRefresh();
         QVERIFY(!card.renderer.IsRefreshing() && !card.renderer.IsResting());
+        card.surface.Changed(QRect(0, 0, 120, 60));
+        const quint64 stopped = card.surface.Revision();
+        QTest::qWait(150); // three periods: a change does not wake a stopped timer
+        QCOMPARE(card.surface.Revision(), stopped);
         g_SuppressRefresh = true;
         card.renderer.StartRefresh();
         QVERIFY(!card.renderer.IsRefreshing());
