@@ -41,6 +41,12 @@ QStringList temporaryFiles(const QString &folder)
     return QDir(folder).entryList({u"*.vxsave-*"_s}, QDir::AllEntries | QDir::Hidden | QDir::System);
 }
 
+// Files this process has open, where the system lists them.
+qsizetype openFiles()
+{
+    return QDir(u"/proc/self/fd"_s).entryList(QDir::AllEntries | QDir::System | QDir::NoDotAndDotDot).size();
+}
+
 // One place that saves a file: what is there before, how a failure is told
 // (the title of a box, or "stderr" or "log"), and the save itself.
 struct SaveSite
@@ -210,8 +216,10 @@ private Q_SLOTS:
             return hit ? error : 0;
         });
         m_env->log->clear();
+        const qsizetype openBefore = openFiles();
         s.save();
         korva::setSaveFault({});
+        QCOMPARE(openFiles(), openBefore); // saved or not, the file is closed
 
         const QString folder = QFileInfo(s.target).absolutePath();
         QCOMPARE(temporaryFiles(folder), QStringList());
