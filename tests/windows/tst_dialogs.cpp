@@ -396,17 +396,18 @@ private Q_SLOTS:
             QVERIFY(dialog);
             buttonOff = !options->Command3->isEnabled();
             offered = dialog->currentColor();
-            dialog->setCurrentColor(QColor(0x12, 0xFF, 0x56));
+            dialog->setCurrentColor(QColor(0x12, 0xFF, 0x57));
             dialog->accept();
         });
         options->Command3->click();
         SetPrompter(&m_env->prompter);
         QCOMPARE(offered, QColor(0x49, 0x55, 0xDE));
         QVERIFY(buttonOff && options->Command3->isEnabled());
-        QCOMPARE(options->SwatchColor(), 0x56FF12u);
-        QCOMPARE(options->PreviewMetrics()->Color(u"backcolor_b"_s, 0), 0x56FF12u);
+        QCOMPARE(options->SwatchColor(), 0x57FF12u);
+        QCOMPARE(options->PreviewMetrics()->Color(u"backcolor_b"_s, 0), 0x57FF12u);
         const QImage &preview = options->Picture2->Surface()->image(); // shown at once
-        QCOMPARE(preview.pixel(preview.width() / 2, 10), qRgb(0x12, 0xFF, 0x56));
+        QCOMPARE(preview.pixel(preview.width() / 2, 10), qRgb(0x12, 0xFF, 0x57));
+        QVERIFY(options->Command3->styleSheet().contains(u"background-color: #12ff57;"_s)); // the swatch button
         options->Command2->click();
         FlushDeletes();
         QCOMPARE(ReadFileBytes(m_env->path(u"sys.zel"_s)), before);

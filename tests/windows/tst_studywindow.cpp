@@ -203,8 +203,19 @@ private Q_SLOTS:
         modrender::StartRendering();
         g_SuppressRefresh = true;
         modrender::CurrentCard = 2;
+        const quint8 level = std::exchange(modrender::AlphaLevel, quint8(60));
+        modrender::AlphaEffects = g_OsAlpha = true; // the card fades in on the window's own timer
         modrender::ShowCurrentCard();
         QTRY_VERIFY(modrender::Renderer()->IsResting());
+        const QImage &shown = frmMain::Existing()->CardSurface()->image(),
+                     &face = modrender::Renderer()->Surface()->Image();
+        int unlike = 0; // a fade settles within a step or two of the card
+        for (int y = 0; y < face.height(); ++y)
+            for (int x = 0; x < face.width(); ++x)
+                unlike += distance(shown.pixel(x, y), face.pixel(x, y)) > 4 ? 1 : 0;
+        QCOMPARE(unlike, 0);
+        modrender::AlphaEffects = g_OsAlpha = false;
+        modrender::AlphaLevel = level;
         frmMain *main = frmMain::Existing();
         const QImage shot = main->grab().toImage();
         // Logical positions at whatever scale the screen has.
