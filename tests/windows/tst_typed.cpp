@@ -183,6 +183,7 @@ private Q_SLOTS:
         frmMain *main = frmMain::Existing();
         checkTabOrder(main);
         QLineEdit *line = main->Typing->Line();
+        const QString asking = line->styleSheet(); // a neutral edge
         const QRgb green = rgb(r_renderer::MarkColour(true, 14570825)),
                    gold = rgb(r_renderer::MarkColour(false, 14570825));
         auto marked = [](QRgb colour) {
@@ -224,6 +225,9 @@ private Q_SLOTS:
                 QVERIFY(ContrastRatio(r_renderer::MarkColour(right, card), card) >= 3);
         QCOMPARE(main->Card->Description(),
                  u"the cat (answer side), showing card 2 of 2, from 'Kapitel', typed answer wrong: 'the cut'"_s);
+        QVERIFY(line->styleSheet() != asking);
+        QTest::keyClick(line, Qt::Key_Return); // the next card loses the gold edge
+        QTRY_COMPARE(line->styleSheet(), asking);
         // The well takes the card's colours: halfway between its two backs.
         main->Typing->ApplyColors(0x000000, 0xFFFFFF, 0xFFFFFF);
         QVERIFY(line->styleSheet().startsWith(u"QLineEdit { background: #808080;"_s));
