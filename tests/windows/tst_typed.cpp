@@ -228,9 +228,12 @@ private Q_SLOTS:
         QVERIFY(line->styleSheet() != asking);
         QTest::keyClick(line, Qt::Key_Return); // the next card loses the gold edge
         QTRY_COMPARE(line->styleSheet(), asking);
-        // The well takes the card's colours: halfway between its two backs.
-        main->Typing->ApplyColors(0x000000, 0xFFFFFF, 0xFFFFFF);
+        // The well takes the window's card colours: halfway between its two backs.
+        // The counts stand on the middle of the card, in the second back colour.
+        main->ApplyColors(0x000000, 0xFFFFFF, 0xFFFFFF);
         QVERIFY(line->styleSheet().startsWith(u"QLineEdit { background: #808080;"_s));
+        const QColor counts = main->Typing->Counts()->palette().color(QPalette::WindowText);
+        QVERIFY(ContrastRatio(counts.rgb() & 0xFFFFFF, 0xFFFFFF) >= 4.5);
     }
 };
 
