@@ -36,8 +36,23 @@ private:
     int m_draws = 0;
 };
 
+// The window last brought to the front: raise() sends it a ZOrderChange.
+class RaiseWatch final : public QObject
+{
+public:
+    RaiseWatch() { qApp->installEventFilter(this); }
+    QString last;
+    bool eventFilter(QObject *o, QEvent *e) override
+    {
+        auto *w = qobject_cast<QWidget *>(o);
+        if (e->type() == QEvent::ZOrderChange && w && forms::Open().contains(w))
+            last = forms::Name(w);
+        return false;
+    }
+};
+
 // What a person can tell of the session, as "name=value" tokens.
-QStringList observe(const TestEnvironment &env)
+QStringList observe(const TestEnvironment &env, const RaiseWatch *raised = nullptr)
 {
     frmMain *main = frmMain::Existing();
     int views = 0, trouble = 0;
@@ -71,6 +86,7 @@ QStringList observe(const TestEnvironment &env)
             u"views="_s + QString::number(views),
             u"order="_s + order.join(u','),
             u"open="_s + open.join(u','),
+            u"front="_s + (raised ? raised->last : QString()),
             u"menu="_s + on(main && main->mP->isVisible()),
             u"boxes="_s + env.prompter.boxTitles().join(u','),
             u"dialogs="_s + dialogs.join(u','),
@@ -206,9 +222,9 @@ private Q_SLOTS:
         QTest::newRow("Space: trouble mark") << u"key Space"_s << marked;
         QTest::newRow("S: shuffle, same place, no view") << u"key S"_s << reversed;
         QTest::newRow("Shift+S as S") << u"key Shift+S"_s << reversed;
-        QTest::newRow("O: options") << u"key O"_s << u"open=frmMain,frmOptions"_s;
-        QTest::newRow("F: find") << u"key F"_s << u"open=frmMain,frmFind"_s;
-        QTest::newRow("V: every card") << u"key V"_s << u"open=frmMain,frmViewer"_s;
+        QTest::newRow("O: options") << u"key O"_s << u"open=frmMain,frmOptions front=frmOptions"_s;
+        QTest::newRow("F: find") << u"key F"_s << u"open=frmMain,frmFind front=frmFind"_s;
+        QTest::newRow("V: every card") << u"key V"_s << u"open=frmMain,frmViewer front=frmViewer"_s;
         QTest::newRow("A: about") << u"key A"_s << u"modal=frmAbout"_s;
         const QString exited = u"text=- tl=- tr=- bl=- br=- trouble=0 views=0 order= open= released=on"_s;
         QTest::newRow("X: exit") << u"key X"_s << exited;
@@ -232,9 +248,9 @@ private Q_SLOTS:
         QTest::newRow("right click on the card") << u"rightclick"_s << u"menu=on"_s;
         QTest::newRow("right click while shuffling") << u"shuffling rightclick"_s << QString();
         QTest::newRow("menu key") << u"menukey"_s << u"menu=on"_s;
-        QTest::newRow("menu Options") << u"menu mP_o"_s << u"open=frmMain,frmOptions"_s;
-        QTest::newRow("menu Find Card") << u"menu mP_fc"_s << u"open=frmMain,frmFind"_s;
-        QTest::newRow("menu View All") << u"menu mP_vac"_s << u"open=frmMain,frmViewer"_s;
+        QTest::newRow("menu Options") << u"menu mP_o"_s << u"open=frmMain,frmOptions front=frmOptions"_s;
+        QTest::newRow("menu Find Card") << u"menu mP_fc"_s << u"open=frmMain,frmFind front=frmFind"_s;
+        QTest::newRow("menu View All") << u"menu mP_vac"_s << u"open=frmMain,frmViewer front=frmViewer"_s;
         QTest::newRow("menu Shuffle") << u"menu mP_sc"_s << reversed;
         QTest::newRow("menu Save Progress") << u"menu mP_sp"_s << u"dialogs=Save_As:Vocabrix_Save_File_(*.vxs)"_s;
         QTest::newRow("menu Save Statistics") << u"menu mP_ss"_s << u"dialogs=Save_Statistics:*.txt_(*.txt)"_s;
@@ -306,7 +322,8 @@ private Q_SLOTS:
         modrender::ShowFirstCard();
         modrender::NextCard();
         modrender::NextCard();
-        const QStringList before = observe(env);
+        const RaiseWatch raised;
+        const QStringList before = observe(env, &raised);
 
         QStringList how = route.split(u' ');
         // Set-up of the additions: an option, a mark, a jump.
@@ -344,7 +361,7 @@ private Q_SLOTS:
             main->findChild<QAction *>(how[1])->trigger();
         }
         g_ShuffleRunning = false;
-        QCOMPARE(observe(env), changed(before, effect));
+        QCOMPARE(observe(env, &raised), changed(before, effect));
     }
 
     // "Either side at random" asks the coin for every new card: a test's coin
