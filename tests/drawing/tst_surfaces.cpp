@@ -309,6 +309,51 @@ private Q_SLOTS:
         QVERIFY(!lit(QRect(0, 0, 80, h)) && !lit(QRect(120, 0, w - 120, h)));
     }
 
+    // A surface made for a window writes in the window's text colour and
+    // font; one made for the screen in black and the small default font.
+    void surfaceTakesTheWindowsText_data()
+    {
+        QTest::addColumn<bool>("forWindow");
+        QTest::addColumn<qint64>("textColor"); // the window's, blue in the high byte; -1: as it starts
+        QTest::addColumn<QRgb>("drawn");
+        QTest::addColumn<bool>("tall");
+        QTest::newRow("a new window: black") << true << qint64(-1) << qRgb(0, 0, 0) << true;
+        QTest::newRow("a window in red") << true << qint64(0x0000FF) << qRgb(0xFF, 0, 0) << true;
+        QTest::newRow("the screen") << false << qint64(0x0000FF) << qRgb(0, 0, 0) << false;
+    }
+    void surfaceTakesTheWindowsText()
+    {
+        QFETCH(bool, forWindow);
+        QFETCH(qint64, textColor);
+        QFETCH(QRgb, drawn);
+        QFETCH(bool, tall);
+        WindowSurface window(Qt::white);
+        window.Resize(QSize(60, 60));
+        if (textColor >= 0)
+            window.textColor = quint32(textColor);
+        window.font.size = 30;
+        window.font.bold = true;
+        cMemDC dc;
+        int w = 60, h = 60, l = 0, t = 0, r = w, b = h;
+        dc.Create(w, h, forWindow ? &window : nullptr);
+        dc.FillRect(0, 0, w, h, 0xFFFFFF);
+        dc.DrawText(u"W"_s, l, t, r, b, cMemDC::DT_CENTER | cMemDC::DT_VCENTER | cMemDC::DT_SINGLELINE);
+        const QImage &image = dc.Image();
+        QRgb darkest = qRgb(0xFF, 0xFF, 0xFF); // a pixel the letter covers whole
+        int inked = 0;
+        for (int y = 0; y < image.height(); ++y) {
+            bool inRow = false;
+            for (int x = 0; x < image.width(); ++x) {
+                const QRgb p = image.pixel(x, y);
+                darkest = qGray(p) < qGray(darkest) ? p : darkest;
+                inRow = inRow || p != qRgb(0xFF, 0xFF, 0xFF);
+            }
+            inked += inRow ? 1 : 0;
+        }
+        QCOMPARE(darkest, drawn);
+        QCOMPARE(inked / dc.DevicePixelRatio() > 20, tall);
+    }
+
     // Made again, a surface starts clean: the clip it had is gone. Copied
     // without a place, it lands at the window's origin. One never made, or
     // made empty, draws nothing; destroyed, it forgets its window too.
