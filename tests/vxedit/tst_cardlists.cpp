@@ -78,9 +78,18 @@ private Q_SLOTS:
         row("csv without final line end", "a,b", true, {{u"a"_s, u"b"_s}}, {1});
         row("csv quoted line break with windows end", "\"x\r\ny\",z\r\n", true, {{u"x\ny"_s, u"z"_s}}, {1});
         // The text is read a megabyte at a time; a field may go on across.
-        const QByteArray longField = QByteArray("x\n").repeated(600000);
-        row("csv field longer than a megabyte", "\"" + longField + "\",y\nz,w\n", true,
-            {{QString::fromLatin1(longField), u"y"_s}, {u"z"_s, u"w"_s}}, {1, 600002});
+        const QByteArray longest(65535, 'x'), across = QByteArray("y\n").repeated(30000);
+        const QString longestText = QString::fromLatin1(longest);
+        row("csv field across the first megabyte",
+            (longest + ',').repeated(15) + QByteArray(40000, 'x') + "\n\"" + across + "\",z\nw\n", true,
+            {QStringList(15, longestText) << QString(40000, u'x'), {QString::fromLatin1(across), u"z"_s}, {u"w"_s}},
+            {1, 2, 30003});
+        const QString tooLong = u"line %1: a field of more than 65,535 characters; no card holds that much"_s;
+        row("a field of 65,535 characters", longest + ",y\n", true, {{longestText, u"y"_s}}, {1});
+        row("a field of 65,536 characters", "a,b\n" + longest + "x,y\n", true, {}, {}, tooLong.arg(2));
+        row("the same, last without its line end", "a,b\n" + longest + 'x', true, {}, {}, tooLong.arg(2));
+        row("a quoted field of many lines", "a,b\n\"" + QByteArray("x\n").repeated(40000) + "\"\n", true, {}, {},
+            tooLong.arg(2));
         row("csv quoted line break after stray returns", "\"x\r\r\ny\",z\r\nw\r\r\n", true,
             {{u"x\ny"_s, u"z"_s}, {u"w\r"_s}}, {1, 3});
         row("not utf-8", "a\tb\nGr\xFCn\tgreen\n", false, {}, {}, u"line 2: the text is not UTF-8"_s);

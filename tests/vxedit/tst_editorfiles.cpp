@@ -263,12 +263,16 @@ private Q_SLOTS:
     // cancelled in its dialog says nothing.
     void importRefusals_data()
     {
-        QTest::addColumn<QByteArray>("list"); // "none": no file; "huge": just over 64 MiB
+        QTest::addColumn<QByteArray>("list"); // "none": no file; "64 MiB", "64 MiB+1": zero bytes
         QTest::addColumn<bool>("accepted");   // the import dialog's answer
         QTest::addColumn<QString>("why");     // %1 for the file's path; empty: no box
         const QString file = u"The file '%1' "_s;
         QTest::newRow("no such file") << QByteArray("none") << true << file + u"can't be read: no such file."_s;
-        QTest::newRow("far too large") << QByteArray("huge") << true << file + u"is too large for a list of cards."_s;
+        QTest::newRow("far too large") << QByteArray("64 MiB+1") << true
+                                       << file + u"is too large for a list of cards."_s;
+        QTest::newRow("as large as a list may be")
+                << QByteArray("64 MiB") << true
+                << file + u"can't be read: line 1: a field of more than 65,535 characters; no card holds that much."_s;
         QTest::newRow("no cards in it") << QByteArray("\n\n") << true << file + u"holds no cards."_s;
         QTest::newRow("not text") << QByteArray("a\tb\n\xff\xfe\tc\n") << true
                                   << file + u"can't be read: line 2: the text is not UTF-8."_s;
@@ -287,8 +291,8 @@ private Q_SLOTS:
         QFETCH(QString, why);
         ChapterModel &model = open({u"eins"_s, u"zwei"_s});
         const QString file = path(u"list.txt"_s);
-        if (QFile huge(file); list == "huge")
-            QVERIFY(huge.open(QIODevice::WriteOnly) && huge.resize(64 * 1024 * 1024 + 1));
+        if (QFile huge(file); list.startsWith("64 MiB"))
+            QVERIFY(huge.open(QIODevice::WriteOnly) && huge.resize(64 * 1024 * 1024 + (list.endsWith("+1") ? 1 : 0)));
         else if (list != "none")
             WriteFileBytes(file, list);
         m_env->prompter.onModal = [accepted](QObject *) { return accepted ? QDialog::Accepted : QDialog::Rejected; };

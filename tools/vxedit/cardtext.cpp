@@ -195,7 +195,16 @@ bool Parse(const QByteArray &data, const Layout &layout, const RowSink &sink, QS
     bool atTop = true;      // still among the header lines
     QString stop;           // why reading stopped early
 
+    auto fieldTooLong = [&] {
+        if (field.size() <= kMaxFieldLength)
+            return false;
+        stop = u"line %1: a field of more than 65,535 characters; no card holds that much"_s.arg(
+                wasQuoted ? quoteLine : line);
+        return true;
+    };
     auto endField = [&] {
+        if (fieldTooLong())
+            return false;
         if (fields.size() >= kMaxFields) {
             stop = u"line %1: more than %2 fields; a card has a question, an answer and a note"_s
                            .arg(rowLine)
@@ -234,6 +243,10 @@ bool Parse(const QByteArray &data, const Layout &layout, const RowSink &sink, QS
         if (from == 0 && text.startsWith(QChar(0xFEFF)))
             text.remove(0, 1);
         for (qsizetype i = 0; going && i < text.size(); ++i) {
+            if (fieldTooLong()) {
+                going = false;
+                break;
+            }
             const QChar c = text[i];
             if (atTop && fields.isEmpty() && field.isEmpty() && c == u'#') {
                 const qsizetype end = text.indexOf(u'\n', i);

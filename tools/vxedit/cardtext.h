@@ -51,6 +51,9 @@ Layout DetectLayout(const QByteArray &data, const QString &path);
 // column names; a card and a few bookkeeping columns.
 inline constexpr int kMaxRows = 32768;
 inline constexpr int kMaxFields = 64;
+// A field longer than a chapter's text field can be is no card's text; kept
+// out, it cannot make the editor's tables lay out megabytes of one line.
+inline constexpr int kMaxFieldLength = 65535;
 
 // Takes one row as it is read; false (with a reason in error) stops reading.
 using RowSink = std::function<bool(Row &&row, QString *error)>;
@@ -58,8 +61,9 @@ using RowSink = std::function<bool(Row &&row, QString *error)>;
 // Splits UTF-8 text into rows, in time and memory linear in the text. A
 // byte-order mark, Windows line ends, blank lines and the header lines on top
 // are skipped. False with "line N: why" in error when the text is not UTF-8,
-// a quoted field never ends, a line has more than kMaxFields fields or there
-// are more than kMaxRows rows (reading stops there).
+// a quoted field never ends, a field is longer than kMaxFieldLength, a line
+// has more than kMaxFields fields or there are more than kMaxRows rows
+// (reading stops there).
 bool Parse(const QByteArray &data, const Layout &layout, const RowSink &sink, QString *error);
 bool Parse(const QByteArray &data, const Layout &layout, std::vector<Row> &rows, QString *error);
 bool Parse(const QByteArray &data, Format format, std::vector<Row> &rows, QString *error);
