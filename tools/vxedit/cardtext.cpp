@@ -243,7 +243,7 @@ bool Parse(const QByteArray &data, const Layout &layout, const RowSink &sink, QS
         if (from == 0 && text.startsWith(QChar(0xFEFF)))
             text.remove(0, 1);
         for (qsizetype i = 0; going && i < text.size(); ++i) {
-            if (fieldTooLong()) {
+            if (fieldTooLong()) { // mutate: skip: only sooner; the field's end refuses it the same
                 going = false;
                 break;
             }
