@@ -264,6 +264,8 @@ private Q_SLOTS:
 
         // The window says where it found the text, as a person counts cards.
         FindReplaceDialog dialog(model, *m_window->UndoStack());
+        dialog.show();
+        checkLayout(&dialog, u"editor-find-replace"_s);
         QSignalSpy found(&dialog, &FindReplaceDialog::found);
         for (const auto &[text, result] : {std::pair {u"Vogel"_s, u"Card 3"_s}, {u"Maus"_s, u"Not found"_s}}) {
             dialog.findText->setText(text);

@@ -9,6 +9,7 @@
 #include <QMenu>
 #include <QMimeData>
 #include <QTableView>
+#include <QTableWidget>
 #include <QUndoStack>
 
 class EditorFilesTest : public EditorFixture
@@ -229,6 +230,10 @@ private Q_SLOTS:
         QVERIFY(firstCard() != first); // read again with the other delimiter
         dialog.delimiter->setCurrentIndex(delimiter);
         QCOMPARE(firstCard(), first);
+        if (!first.isEmpty()) { // the answers' column for the questions: the preview follows
+            dialog.questionColumn->setCurrentIndex(dialog.answerColumn->currentIndex());
+            QCOMPARE(dialog.preview->item(0, 0)->text(), first[1]);
+        }
         QCOMPARE(dialog.headerRow->isChecked(), !header);
         QCOMPARE(int(dialog.Cards().size()), count);
     }
