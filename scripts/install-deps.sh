@@ -15,8 +15,9 @@ packages=(
     # Qt TextToSpeech's CMake files also want QmlIntegration's headers (in qt6-declarative-dev)
     qt6-speech-dev qt6-speech-speechd-plugin speech-dispatcher-espeak-ng espeak-ng-data
     qt6-declarative-dev
-    # a real X server for the end-to-end test, a way to drive it, and screenshots
-    xvfb xauth xdotool x11-apps
+    # a real X server for the end-to-end test, a way to drive it, to read its windows'
+    # properties, and screenshots
+    xvfb xauth xdotool x11-utils x11-apps
     # fonts, so text looks the same on every machine; DejaVu Sans also has the Cyrillic and
     # Greek letters that the card falls back to (and that the tests draw)
     fonts-dejavu-core

@@ -120,14 +120,15 @@ class EndToEndTest : public QObject
         return {};
     }
 
-    // Starts the study program on the X server, with a home of its own.
-    void startOnDisplay(QProcess &program, const QString &binary, const QString &home)
+    // Starts a program on the X server, with a home of its own.
+    void startOnDisplay(QProcess &program, const QString &binary, const QString &home,
+                        const QStringList &arguments = {})
     {
         QProcessEnvironment env = homeEnvironment(home);
         env.remove(u"QT_QPA_PLATFORM"_s);
         env.insert(u"DISPLAY"_s, m_display);
         program.setProcessEnvironment(env);
-        program.start(binary, {});
+        program.start(binary, arguments);
         QVERIFY(program.waitForStarted());
     }
 
@@ -242,6 +243,30 @@ private Q_SLOTS:
             QCOMPARE(chapter, installation.programDir + u"/ex%1.zel"_s.arg(n));
             QVERIFY2(QFileInfo(chapter).isFile(), qPrintable(chapter));
         }
+    }
+
+    // The editor's window carries the program's icon where a task bar reads
+    // it; without one the property is not there at all.
+    void editorWindowCarriesTheIcon()
+    {
+        const Installation build = installations().first();
+        QTemporaryDir home;
+        QProcess editor;
+        editor.setProcessChannelMode(QProcess::ForwardedChannels);
+        startOnDisplay(editor, build.binDir + u"/vxedit"_s, home.path(), {build.programDir + u"/ex1.zel"_s});
+        const QString window = waitForWindow(u"ex1.zel - Vocabrix Editor"_s);
+        QVERIFY2(!window.isEmpty(), "the editor's window did not appear");
+        QProcess xprop;
+        QProcessEnvironment env = QProcessEnvironment::systemEnvironment();
+        env.insert(u"DISPLAY"_s, m_display);
+        xprop.setProcessEnvironment(env);
+        xprop.start(u"xprop"_s, {u"-id"_s, window, u"_NET_WM_ICON"_s});
+        QVERIFY(xprop.waitForFinished(10000));
+        const QString icon = QString::fromLocal8Bit(xprop.readAllStandardOutput());
+        QVERIFY2(icon.startsWith(u"_NET_WM_ICON(CARDINAL) = "_s), qPrintable(icon.left(80)));
+        keys(window, {u"ctrl+q"_s});
+        QVERIFY(editor.waitForFinished(20000));
+        QCOMPARE(editor.exitCode(), 0);
     }
 
     // A start-up abandoned before the event loop runs still ends the process
