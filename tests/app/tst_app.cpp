@@ -90,7 +90,7 @@ private Q_SLOTS:
                 const QSize size = setup->frameGeometry().size(); // centred on the screen
                 QCOMPARE(setup->pos(),
                          QPoint((screen.width() - size.width()) / 2, (screen.height() - size.height()) / 2));
-                QVERIFY(g_SplashUp);
+                QVERIFY(g_SplashUp && modMain::IsTopmost(modMain::SplashWindow())); // on top, below its child
             }();
             return answerSetup(trouble, hover)(window);
         };
