@@ -116,6 +116,7 @@ private Q_SLOTS:
         QTest::newRow("one of several typed is wrong") << u"hello, bye"_s << u"hello"_s << u"hell[o]"_s;
         QTest::newRow("an article alone") << u"der"_s << u"der Hund"_s << u"der [Hund]"_s;
         QTest::newRow("the bracketed part alone") << u"bus"_s << u"stop (bus, tram)"_s << u"[stop] (bus, tram)"_s;
+        QTest::newRow("a closing bracket alone closes nothing") << u"a cat"_s << u"a) cat"_s << u"right"_s;
         QTest::newRow("nothing typed") << u"  "_s << u"Hund"_s << u"Hund"_s;
         QTest::newRow("only punctuation") << u"?!"_s << u"Hund"_s << u"Hund"_s;
         QTest::newRow("nothing expected") << u"Hund"_s << u"..."_s << u"..."_s;
