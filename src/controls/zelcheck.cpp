@@ -60,7 +60,6 @@ void zelCheck::Paint(cMemDC &dc, const QRect &client)
 
     // The box's side follows the control's height.
     const int boxLeft = left + 2, boxTop = top + 2, boxRight = bottom - 2, boxBottom = bottom - 2;
-    m_hoverStyle = m_enabled && m_hover;
 
     quint32 text;
     if (m_enabled) {

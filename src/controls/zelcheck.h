@@ -14,8 +14,6 @@ public:
 
     bool Checked() const { return m_checked; }
     void SetChecked(bool checked);
-    // On while the mouse is over the control.
-    bool HoverStyle() const { return m_hoverStyle; }
 
     void InitProperties() override;
     void ReadProperties(const PropertyBag &bag) override;
@@ -29,5 +27,4 @@ private:
     void DrawCross(cMemDC &dc, int boxLeft, int boxTop, int boxRight, int boxBottom, quint32 color);
 
     bool m_checked = false;
-    bool m_hoverStyle = false;
 };

@@ -74,8 +74,10 @@ private Q_SLOTS:
         const auto controlled = button->relations(QAccessible::Controlled);
         QVERIFY(controlled.size() == 1 && controlled[0].first == check);
         QCOMPARE(check->role(), QAccessible::CheckBox);
+        const QImage unticked = c->surface().image().copy();
         check->actionInterface()->doAction(QAccessibleActionInterface::toggleAction());
         QVERIFY(static_cast<zelCheck *>(c.get())->Checked() && check->state().checked);
+        QVERIFY(c->surface().image() != unticked); // the cross drawn at once
         b->SetEnabled(false);
         QVERIFY(button->state().disabled);
         QVERIFY(button->actionInterface()->actionNames().isEmpty());
@@ -188,8 +190,9 @@ private Q_SLOTS:
                 QCOMPARE(out.count(), !inside && events ? 2 : 0);
                 QCOMPARE(c->Hovering(), inside);
                 QCOMPARE(c->cursor().shape(), inside && enabled ? Qt::PointingHandCursor : Qt::ArrowCursor);
-                if (auto *check = qobject_cast<zelCheck *>(c.get()))
-                    QCOMPARE(check->HoverStyle(), inside && enabled);
+                if (kind == u"zelCheck"_s) // the box's outline turns to the mouse colour
+                    QCOMPARE(pixel(*c, 2, 2) == rgb(cMemDC::BlendColour(c->ForecolorMouse(), 0xFFFFFF, 0.75)),
+                             inside && enabled);
                 // Leaving tells once that the pointer went, and not again
                 // when a move already said so.
                 QCoreApplication::sendEvent(c.get(), &leave);
