@@ -446,6 +446,14 @@ private Q_SLOTS:
         QCOMPARE(QList<FileDialogKind>({save.kind, env.prompter.fileDialogs[1].kind}),
                  QList<FileDialogKind>({FileDialogKind::Save, FileDialogKind::Open}));
 
+        // Asked for a place, the folder chosen is remembered for that place;
+        // asked for none, nothing is.
+        env.prompter.fileAnswers = {u"/tmp/a/list.tsv"_s, u"/tmp/b/other.tsv"_s};
+        QVERIFY(GCommonDialog::AskSave(u"Export"_s, u"*.tsv"_s, u"tsv"_s, {}, u"list"_s));
+        QVERIFY(GCommonDialog::AskSave(u"Export"_s, u"*.tsv"_s, u"tsv"_s, {}, {}));
+        QCOMPARE(g_Extras.String(u"folder.list"_s), u"/tmp/a"_s);
+        QVERIFY(!g_Extras.Contains(u"folder."_s));
+
         env.prompter.colorAnswers = {0x123456u};
         dialog.SetColor(0xFF);
         QVERIFY(dialog.ShowColor());
