@@ -41,7 +41,7 @@ private Q_SLOTS:
         TestEnvironment env;
         r_data metrics;
         QCOMPARE(metrics.Colors().size(), size_t(1)); // the placeholder, from the start
-        metrics.ColorDefaults(); // its log lines are checked with the whole first start in tst_app
+        metrics.ColorDefaults();                      // its log lines are checked with the whole first start in tst_app
         QStringList names;
         for (const auto &c : metrics.Colors())
             names << c.name + u'=' + QString::number(c.color);
@@ -144,12 +144,15 @@ private Q_SLOTS:
         // The text stays, so a later comparison with it still finds it.
         QCOMPARE(metrics.CornerText(Corner::BottomLeft), u"Roll mouse over controls to see descriptions"_s);
 
-        // Setting a text without a time stops a running one.
+        // Setting a text without a time stops a running one, and so does
+        // showing or hiding the corner.
         metrics.SetCornerText(Corner::TopRight, u"a"_s, 1);
         metrics.SetCornerText(Corner::TopRight, u"b"_s);
+        metrics.SetCornerText(Corner::TopLeft, u"c"_s, 1);
+        metrics.SetCornerShown(Corner::TopLeft, true);
         QTest::qWait(1300);
         QCOMPARE(expired.count(), 1);
-        QVERIFY(metrics.CornerShown(Corner::TopRight));
+        QVERIFY(metrics.CornerShown(Corner::TopRight) && metrics.CornerShown(Corner::TopLeft));
     }
 };
 
