@@ -435,6 +435,8 @@ def run(cmd, on_line=None, give_up=None):
         if proc.poll() is None:
             os.killpg(proc.pid, signal.SIGKILL)
             proc.wait()
+        reader.join(timeout=5)
+        proc.stdout.close()
 
 
 # Files the build's own programs write: the example chapters. What a faulty
@@ -444,11 +446,31 @@ def run(cmd, on_line=None, give_up=None):
 PROGRAM_OUTPUTS = "ex[0-9].zel"
 
 
+# A build that says nothing for this long is running a program the fault made
+# hang (the example chapters are made by running vxedit); compiling or linking
+# one file says something well within it.
+BUILD_SILENCE_LIMIT = 300
+HUNG = "mutate: the build was stopped after {}s without a word"
+
+
+def silence_watch(limit):
+    """(on_line, give_up) for run(): give up once no line came for limit seconds."""
+    last = [time.monotonic()]
+
+    def heard(_):
+        last[0] = time.monotonic()
+
+    return heard, lambda: time.monotonic() - last[0] > limit
+
+
 def build():
     for made in BUILD.glob(PROGRAM_OUTPUTS):
         made.unlink()
-    code, lines, _ = run(["cmake", "--build", str(BUILD), "-j2"])
-    return code == 0, lines
+    code, lines, killed = run(["cmake", "--build", str(BUILD), "-j2"],
+                              *silence_watch(BUILD_SILENCE_LIMIT))
+    if killed:
+        lines.append(HUNG.format(BUILD_SILENCE_LIMIT))
+    return code == 0 and not killed, lines
 
 
 COMPILER_ERROR = re.compile(r": (?:fatal )?error: |undefined reference|multiple definition")
@@ -516,7 +538,8 @@ def try_mutant(mutant, tests):
             return "not compilable", ""
         if not built:  # compiled, but a step that runs the programs (example chapters) failed
             steps = [m.group(1) for m in map(BUILD_STEP.match, lines) if m]
-            return "caught", f"by the build ({steps[-1] if steps else 'see its output'})"
+            hung = ", which hung" if lines and lines[-1].startswith(HUNG.format("")[:30]) else ""
+            return "caught", f"by the build ({steps[-1] if steps else 'see its output'}{hung})"
         passed, _, failed = tests.run()
     return ("survived", "") if passed else ("caught", "by " + ", ".join(failed))
 

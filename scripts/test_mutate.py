@@ -9,6 +9,7 @@ import contextlib
 import io
 import sys
 import tempfile
+import time
 import unittest
 from pathlib import Path
 
@@ -181,6 +182,17 @@ class BuildFailures(unittest.TestCase):
         self.assertIsNone(mutate.BUILD_STEP.match("[ 83%] Linking CXX executable ../tst_dialogs"))
 
 
+    def test_a_silent_build_is_stopped(self):
+        began = time.monotonic()
+        code, lines, killed = mutate.run(["sh", "-c", "echo making; sleep 30"], *mutate.silence_watch(1))
+        self.assertTrue(killed)
+        self.assertEqual(lines, ["making"])
+        self.assertLess(time.monotonic() - began, 10)
+        _, _, killed = mutate.run(["sh", "-c", "for i in 1 2 3; do echo $i; sleep 0.6; done"],
+                                  *mutate.silence_watch(2))
+        self.assertFalse(killed)  # lines often enough
+
+
 class Restoring(unittest.TestCase):
     def test_what_a_fault_wrote_is_made_afresh(self):
         with tempfile.TemporaryDirectory() as tmp:
@@ -192,7 +204,7 @@ class Restoring(unittest.TestCase):
                 left.chmod(0o440)
                 (Path(tmp) / "keep.txt").write_text("x")
                 seen = []
-                mutate.run = lambda cmd: (seen.append(left.exists()) or 0, [], False)
+                mutate.run = lambda cmd, *watch: (seen.append(left.exists()) or 0, [], False)
                 self.assertEqual(mutate.build(), (True, []))
                 self.assertEqual(seen, [False])
                 self.assertTrue((Path(tmp) / "keep.txt").exists())
