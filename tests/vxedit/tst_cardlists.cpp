@@ -111,8 +111,10 @@ private Q_SLOTS:
         QCOMPARE(cardtext::Parse(data, csv ? cardtext::Format::Csv : cardtext::Format::Tsv, parsed, &why),
                  error.isEmpty());
         QCOMPARE(why, error);
-        if (!error.isEmpty())
+        if (!error.isEmpty()) {
+            QCOMPARE(parsed.size(), size_t(0)); // not even the rows before the fault
             return;
+        }
         Rows got;
         QList<int> gotLines;
         for (const auto &r : parsed)
