@@ -123,6 +123,32 @@ private Q_SLOTS:
         QCOMPARE(gotLines, lines);
     }
 
+    // A plain .txt is read with the separator its first twenty lines use, a tab
+    // before any other; other names keep their own. Beside a tab, fields may be quoted.
+    void detectLayout_data()
+    {
+        QTest::addColumn<QString>("name");
+        QTest::addColumn<QByteArray>("data");
+        QTest::addColumn<QString>("delimiter");
+        QTest::newRow("one line of semicolons") << u"l.txt"_s << QByteArray("Hund;dog\n") << u";"_s;
+        QTest::newRow("commas") << u"l.txt"_s << QByteArray("a,b\nc,d\n") << u","_s;
+        QTest::newRow("as many semicolons as commas") << u"l.txt"_s << QByteArray("a;b,c\n") << u";"_s;
+        QTest::newRow("a tab first of all") << u"l.txt"_s << QByteArray("a\tb;c;d\n") << u"\t"_s;
+        QTest::newRow("a semicolon after twenty lines") << u"l.txt"_s << QByteArray("x\n").repeated(20) + "a;b\n"
+                                                        << u"\t"_s;
+        QTest::newRow("a .tsv keeps its tab") << u"l.tsv"_s << QByteArray("a;b\n") << u"\t"_s;
+        QTest::newRow("a .csv its comma") << u"l.csv"_s << QByteArray("a;b\n") << u","_s;
+    }
+    void detectLayout()
+    {
+        QFETCH(QString, name);
+        QFETCH(QByteArray, data);
+        QFETCH(QString, delimiter);
+        const cardtext::Layout layout = cardtext::DetectLayout(data, name);
+        QCOMPARE(QString(layout.delimiter), delimiter);
+        QCOMPARE(layout.quoted, delimiter != u"\t"_s);
+    }
+
     void htmlToText_data()
     {
         QTest::addColumn<QString>("html");
