@@ -89,6 +89,8 @@ private Q_SLOTS:
         QCOMPARE(metrics.CornerText(Corner::BottomLeft), u"Press Return to flip the card"_s);
         QVERIFY(metrics.CornerShown(Corner::BottomLeft));
         QCOMPARE(metrics.CornerText(Corner::BottomRight), QString());
+        QCOMPARE(none.ReadColors(), 2); // read again, the defaults it had are gone
+        QCOMPARE(none.Colors().size(), size_t(3));
     }
 
     // On disk: the placeholder takes the group as its note, then any earlier
