@@ -346,6 +346,10 @@ private Q_SLOTS:
         find->Text2->setText(u"haus"_s); // the cards again
         find->Search();
         QCOMPARE(viewer->LV->model(), viewer->Cards());
+        // in the card list's own columns, not those the memory list left
+        QCOMPARE(QList<int>({viewer->LV->columnWidth(0), viewer->LV->columnWidth(1), viewer->LV->columnWidth(2),
+                             viewer->LV->columnWidth(3)}),
+                 QList<int>({80, 220, 220, 100}));
     }
 
     void crashWordAsksFirst()
