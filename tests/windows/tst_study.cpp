@@ -304,6 +304,9 @@ private Q_SLOTS:
         QTest::newRow("trouble-only, the empty slot marked")
                 << u"mark:6 set:skip_empty_slot=true key T,Right,Right"_s
                 << u"card=3 text=q3 check1=on check2=on trouble=2 views=5 tl=showing_card_4_of_6;_2_trouble_cards tr=Times_viewed:_2"_s;
+        QTest::newRow("trouble-only, none left, the empty slot stepped over")
+                << u"jump:3 set:skip_empty_slot=true key T,Space,Right"_s
+                << u"card=1 text=q1 tl=showing_card_2_of_6;_0_trouble_cards tr=Times_viewed:_2 trouble=0 views=5 boxes=Card_Manager"_s;
     }
     void commands()
     {
