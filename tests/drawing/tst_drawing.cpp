@@ -39,13 +39,15 @@ struct CardWindow
     r_data metrics;
     r_renderer renderer;
 
-    CardWindow(int width, int height, int heightTrim, qreal ratio = 1.0, const QString &windowFont = {})
+    CardWindow(int width, int height, int heightTrim, qreal ratio = 1.0, const QString &windowFont = {},
+               bool colourTable = true)
         : surface(QColor::fromRgb(kMarker), ratio)
     {
         surface.Resize(QSize(width, height));
         if (!windowFont.isEmpty())
             surface.font.name = windowFont;
-        metrics.ColorDefaults();
+        if (colourTable)
+            metrics.ColorDefaults();
         renderer.Initialize(&window, &surface, &metrics, 50.0f, 0, heightTrim, 0);
     }
     const QImage &picture() const { return surface.image(); }
@@ -163,6 +165,34 @@ private Q_SLOTS:
                  qPrintable(u"%1,%2"_s.arg(drawn.center().x()).arg(drawn.center().y())));
         if (QTest::currentDataTag() == QByteArray("russian"))
             QVERIFY(SaveScreenshot(img, u"card-russian.png"_s));
+    }
+
+    // A colour missing from the table (a settings file that never had it) is
+    // drawn as its default; only the main text's shadow has another, light
+    // blue, default than a new table's black.
+    void missingColours_data()
+    {
+        QTest::addColumn<int>("marking");
+        QTest::newRow("plain") << int(r_data::Marking::None);
+        QTest::newRow("letters marked") << int(r_data::Marking::Letters);
+    }
+    void missingColours()
+    {
+        QFETCH(int, marking);
+        TestEnvironment env;
+        CardWindow bare(640, 480, 60, 1.0, {}, false), full(640, 480, 60);
+        full.metrics.SetColor(u"main_text_shadow"_s, 0xFF8080);
+        for (CardWindow *card : {&bare, &full}) {
+            card->metrics.SetMainText(u"Schatten"_s);
+            card->metrics.SetMainMarking(r_data::Marking(marking),
+                                         {true, false, false, true, false, false, false, false});
+            card->metrics.SetNoteText(u"Notiz"_s);
+            for (Corner corner : {Corner::TopLeft, Corner::TopRight, Corner::BottomLeft, Corner::BottomRight})
+                card->metrics.SetCornerText(corner, u"Ecke"_s);
+            card->renderer.Draw(true);
+        }
+        QCOMPARE(bare.picture(), full.picture());
+        QVERIFY(boxOf(bare.picture(), [](QRgb p) { return (p & 0xFFFFFF) == 0x8080FF; }).isValid());
     }
 
     void cardFace_data()
