@@ -32,10 +32,10 @@ void writeSources(const QTemporaryDir &dir)
 }
 
 // A chapter of two cards, the first with this question.
-QByteArray chapterOf(const QByteArray &first)
+QByteArray chapterOf(const QByteArray &first, const QByteArray &second = "c")
 {
     return bytes::header(kChapter, 4, 2) + bytes::placeholder() + bytes::entry(first, -1, "b", 0, {})
-            + bytes::entry("c", -1, "d", 0, {});
+            + bytes::entry(second, -1, "d", 0, {});
 }
 
 QStringList withFolder(QStringList args, const QTemporaryDir &dir)
@@ -90,6 +90,10 @@ private Q_SLOTS:
         row("a first card like a header line, to a tab-separated file", u"h.zel"_s, chapterOf("#deck:Spanisch"),
             u"export @h.zel -o @h.tsv"_s,
             u"@h.zel: card 1: '#deck:Spanisch' would read back as a header line (export to .csv instead)"_s);
+        row("a later card with a tab, to a tab-separated file", u"t.zel"_s, chapterOf("a", "c\td"),
+            u"export @t.zel -o @t.tsv"_s,
+            u"@t.zel: card 2: 'c\td' holds a tab or line break, which a tab-separated file cannot carry (export to "
+            ".csv instead)"_s);
         import("too few fields, an existing chapter kept", u"w.tsv"_s, "a\tb\nonly question\n",
                u"line 2: a card needs a question and an answer separated by a tab"_s, "the chapter that was there");
         import("too few fields, comma-separated", u"w.csv"_s, "a,b\nonly question\n",
