@@ -296,6 +296,16 @@ private Q_SLOTS:
         fresh.replace->click();
         QCOMPARE(questions(), QStringList({u"ein Hund"_s, u"eine Katze"_s, u"der Vogel"_s}));
         QCOMPARE(fresh.result->text(), u"Card 1"_s);
+        // Each field has its box: a text in card 2's question, answer or note is found only while it is ticked.
+        for (const auto &[box, text] :
+             {std::pair {dialog.inQuestion, u"eine Katze"_s}, {dialog.inAnswer, u"a2"_s}, {dialog.inNote, u"n2"_s}}) {
+            dialog.findText->setText(text);
+            for (bool ticked : {false, true}) {
+                box->setChecked(ticked);
+                dialog.findNext->click();
+                QCOMPARE(dialog.result->text(), ticked ? u"Card 2"_s : u"Not found"_s);
+            }
+        }
     }
 
     // Delete acts on the selected cards, or on the card in hand when none is.
