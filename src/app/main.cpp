@@ -63,10 +63,11 @@ int main(int argc, char *argv[])
     ResetProgramState();
     modMain::InstallLifecycle();
 
-    modMain::StartProgram();
+    const QStringList arguments = QCoreApplication::arguments().mid(1);
+    modMain::StartProgram(arguments);
     // A start-up abandoned before the event loop runs has already set the status.
     if (g_ProcessReleased)
         return g_ExitStatus;
-    modMain::OpenFileArguments(QCoreApplication::arguments().mid(1));
+    modMain::OpenFileArguments(arguments);
     return app.exec();
 }

@@ -55,6 +55,9 @@ QPointer<frmSplash> g_splash;
 QPointer<frmChapter> g_chapter;
 // The splash made while the updater file went to disk, until it is shown.
 QPointer<frmSplash> g_madeSplash;
+// The command line after the program's name, as the start was given it; each
+// session's loader looks in it for the show_console switch.
+QStringList g_arguments;
 
 QString versionText()
 {
@@ -178,8 +181,9 @@ frmChapter *ChapterWindow()
     return g_chapter;
 }
 
-void StartProgram()
+void StartProgram(const QStringList &arguments)
 {
+    g_arguments = arguments;
     g_RunMode = kRunModeRelease;
     // The common controls need no set-up here.
     g_SplashUp = false;
@@ -212,7 +216,7 @@ void LoadSystem(bool showSplash)
     g_ShuffleRunning = false;
     g_ShuttingDown = false;
 
-    const QString commandLine = QCoreApplication::arguments().mid(1).join(u' ').toLower();
+    const QString commandLine = g_arguments.join(u' ').toLower();
     if (commandLine.contains(u"show_console"_s)) {
         Log(u"ZEL.LOADER is loading the system in "_s + RunModeName() + u" mode/n"_s);
         Log(u"Logging system disabled in "_s + RunModeName() + u" mode - not logging to disk/n"_s);

@@ -5,6 +5,7 @@
 #include "windows/windowplacement.h"
 
 #include <QString>
+#include <QStringList>
 
 class QLocale;
 
@@ -16,7 +17,9 @@ class frmSplash;
 namespace modMain {
 
 // Entry: run mode, banner, home directory, updater file, then the loader.
-void StartProgram();
+// arguments is the command line after the program's name: show_console
+// anywhere in it, in any case, has every session log its run mode.
+void StartProgram(const QStringList &arguments = {});
 // Brings the system up; with showSplash also the splash and the check for
 // another running copy (a new session has neither).
 void LoadSystem(bool showSplash);

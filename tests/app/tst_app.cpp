@@ -65,9 +65,12 @@ private Q_SLOTS:
         QTest::addColumn<QString>("date");
         QTest::addColumn<bool>("trouble");
         QTest::addColumn<bool>("hover");
-        QTest::newRow("no and no, slashes") << QString() << u"02/09/2010"_s << false << false;
-        QTest::newRow("yes and yes, dots") << u"de_DE"_s << u"02.09.2010"_s << true << true;
-        QTest::newRow("no and yes, dashes") << u"nl_NL"_s << u"02-09-2010"_s << false << true;
+        QTest::addColumn<QStringList>("arguments"); // the command line after the program's name
+        QTest::newRow("no and no, slashes") << QString() << u"02/09/2010"_s << false << false << QStringList();
+        QTest::newRow("yes and yes, dots, show_console")
+                << u"de_DE"_s << u"02.09.2010"_s << true << true << QStringList({u"Show_Console"_s, u"x.zel"_s});
+        QTest::newRow("no and yes, dashes, a file")
+                << u"nl_NL"_s << u"02-09-2010"_s << false << true << QStringList({u"x.zel"_s, u"show_consolation"_s});
     }
     void firstAndSecondStart()
     {
@@ -75,6 +78,7 @@ private Q_SLOTS:
         QFETCH(QString, date);
         QFETCH(bool, trouble);
         QFETCH(bool, hover);
+        QFETCH(QStringList, arguments);
         QFile::remove(m_programDir.filePath(u"Vocabrix.upd"_s));
         m_env->prompter.onModal = [&](QObject *window) {
             // While the setup is up, the chapter list and colours are already on disk.
@@ -96,12 +100,12 @@ private Q_SLOTS:
         };
         if (!locale.isEmpty())
             QLocale::setDefault(QLocale(locale));
-        modMain::StartProgram();
+        modMain::StartProgram(arguments);
         QLocale::setDefault(QLocale::c());
         FlushDeletes();
 
         const QString base = m_env->home() + u"/Documents/Vocabrix"_s;
-        const QStringList expected =
+        QStringList expected =
                 (u"/b/cVocabrix v1.0 build 1/n|"
                  u"/b/cCopyright (c) 2026 Quillmere. Free to use for study at home and at school./n|"
                  u"using home directory: '"_s
@@ -126,12 +130,20 @@ private Q_SLOTS:
                    u"Initializing data system for first use/n| .. not flushing empty data set/n|"
                    u"System brought up successfully/n| .. Splash killed/n|ZEL.Loader exited/n"_s)
                         .split(u'|');
+        if (arguments.contains(u"Show_Console"_s)) { // the run mode, told before anything else is loaded
+            const qsizetype alive = expected.indexOf(u"KORVA Alive/n"_s);
+            expected = expected.mid(0, alive)
+                    + QStringList({u"ZEL.LOADER is loading the system in Full Retail mode/n"_s,
+                                   u"Logging system disabled in Full Retail mode - not logging to disk/n"_s,
+                                   u"Showing the message watcher window per command line request/n"_s})
+                    + expected.mid(alive);
+        }
         QCOMPARE(m_env->logLines(), expected);
         for (size_t i = 0; i < m_env->log->lines.size(); ++i)
             QCOMPARE(m_env->log->lines[i].level, i < 2 ? kLogBanner : i == 3 ? kLogContinuation : kLogProgress);
         // 25 ms after each line shown on the splash, plus the two fine pauses.
-        const qsizetype splashLines =
-                expected.indexOf(u"System brought up successfully/n"_s) - expected.indexOf(u"KORVA Alive/n"_s) + 1;
+        const qsizetype splashLines = expected.indexOf(u"System brought up successfully/n"_s)
+                - expected.indexOf(u"updater file generated/n"_s);
         QCOMPARE(m_env->pauser.sleptMs, 150 + 75 + 25 * splashLines);
         QCOMPARE(m_env->prompter.modalWindows, std::vector<QString> {u"frmSetup"_s});
         QVERIFY(m_env->prompter.boxes.empty());

@@ -183,7 +183,11 @@ private Q_SLOTS:
         QTemporaryDir home;
         QProcess program;
         program.setProcessChannelMode(QProcess::ForwardedChannels);
-        startOnDisplay(program, installation.binDir + u"/vocabrix"_s, home.path());
+        // A chapter of the user's own, named on the command line as a file
+        // manager would, joins the examples.
+        const QString mine = home.path() + u"/mine.zel"_s;
+        QVERIFY(QFile::copy(installation.programDir + u"/ex2.zel"_s, mine));
+        startOnDisplay(program, installation.binDir + u"/vocabrix"_s, home.path(), {mine});
 
         // First use: the setup asks; trouble marking off, then Finished.
         const QString setup = waitForWindow(u"Vocabrix 2007 Initial Setup"_s);
@@ -198,7 +202,7 @@ private Q_SLOTS:
         QThread::msleep(800); // the splash goes, the list is painted
         screenshot(prefix + u"chapter-window.png"_s, chapters);
 
-        // The chapter window offers the four examples: study them all.
+        // The chapter window offers the four examples and the user's chapter: study them all.
         const QString study = keysUntil(chapters, {u"ctrl+a"_s, u"Return"_s}, u"Vocabrix"_s);
         QVERIFY2(!study.isEmpty(), "the study window did not appear");
         keys(study, {u"Right"_s, u"Right"_s, u"Return"_s, u"space"_s, u"Return"_s, u"Right"_s});
@@ -237,12 +241,13 @@ private Q_SLOTS:
         }
         QCOMPARE(QStringList(
                          {stored[u"trouble_by_default"_s], stored[u"show_mouse_hover"_s], stored[u"flist_count"_s]}),
-                 QStringList({u"0 options"_s, u"-1 options"_s, u"4 "_s}));
+                 QStringList({u"0 options"_s, u"-1 options"_s, u"5 "_s}));
         for (int n = 1; n <= 4; ++n) {
             const QString chapter = stored.value(u"flist_name_%1"_s.arg(n)).trimmed();
             QCOMPARE(chapter, installation.programDir + u"/ex%1.zel"_s.arg(n));
             QVERIFY2(QFileInfo(chapter).isFile(), qPrintable(chapter));
         }
+        QCOMPARE(stored.value(u"flist_name_5"_s).trimmed(), mine);
     }
 
     // The editor's window carries the program's icon where a task bar reads
