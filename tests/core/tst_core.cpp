@@ -4,6 +4,8 @@
 #include "core/keycodes.h"
 #include "core/modbrowser.h"
 #include "core/modfolders.h"
+#include "core/programstate.h"
+#include "korva/ikorvalite.h"
 #include "korva/korvahooks.h"
 #include "testsupport.h"
 
@@ -40,13 +42,69 @@ QStringList launches(const FakePrompter &prompter)
     return out;
 }
 
+// Every program-wide value, pointers as whether they are set.
+QVariantList programState()
+{
+    return {g_RunMode,
+            g_BaseDirectory,
+            bool(g_MasterDb),
+            bool(g_Watcher),
+            g_SplashOutlet != nullptr,
+            g_SplashUp,
+            g_ShuttingDown,
+            g_ShuffleRunning,
+            g_DeleteMasterOnExit,
+            g_OsAlpha,
+            g_OsGradient,
+            g_OsVersionCode,
+            g_ShowMouseHover,
+            g_TroubleByDefault,
+            g_TroubleDefaultCurrent,
+            g_SuppressRefresh,
+            g_ProcessReleased,
+            g_ExitStatus,
+            modrender::CurrentCard,
+            modrender::AlphaLevel,
+            modrender::AlphaEffects};
+}
+
 } // namespace
 
 class CoreTest : public QObject
 {
     Q_OBJECT
 
+    QVariantList m_freshState;
+
+    struct SilentWatcher final : MessageWatcher
+    {
+        void Connect(const QString &) override {}
+        void showWatchWindow() override {}
+        void AddMsg(QString &, qint16 &, qint32 &) override {}
+        void Disconnect() override {}
+    };
+
 private Q_SLOTS:
+    void initTestCase() { m_freshState = programState(); }
+
+    // A reset leaves every program-wide value as a new process finds it, so
+    // a start after an earlier one in the same process starts afresh.
+    void resetIsAFreshStart()
+    {
+        g_RunMode = kRunModeDebug, g_BaseDirectory = u"/home/x"_s;
+        g_MasterDb = std::make_unique<ikorvalite>(), g_Watcher = std::make_unique<SilentWatcher>();
+        static RecordingSplash splash;
+        g_SplashOutlet = &splash;
+        g_SplashUp = g_ShuttingDown = g_ShuffleRunning = g_DeleteMasterOnExit = g_OsAlpha = g_OsGradient = true;
+        g_OsVersionCode = 0x0501, g_ShowMouseHover = g_TroubleByDefault = g_TroubleDefaultCurrent = true;
+        g_SuppressRefresh = g_ProcessReleased = true, g_ExitStatus = 1;
+        modrender::CurrentCard = 7, modrender::AlphaLevel = 200, modrender::AlphaEffects = true;
+        for (qsizetype i = 0; i < m_freshState.size(); ++i)
+            QVERIFY2(programState()[i] != m_freshState[i], qPrintable(u"value %1 left unchanged"_s.arg(i)));
+        ResetProgramState();
+        QCOMPARE(programState(), m_freshState);
+    }
+
     // With no desktop to ask (no prompter set), every box takes its safest
     // answer, which it writes out; dialogs are cancelled, nothing is started.
     void answersWithoutADesktop_data()
