@@ -36,18 +36,31 @@ private:
     int m_draws = 0;
 };
 
-// The window last brought to the front: raise() sends it a ZOrderChange.
+// The window last brought to the front (raise() sends it a ZOrderChange) and
+// the one last made active, to take the keys.
 class RaiseWatch final : public QObject
 {
 public:
     RaiseWatch() { qApp->installEventFilter(this); }
-    QString last;
+    QString last, active;
     bool eventFilter(QObject *o, QEvent *e) override
     {
         auto *w = qobject_cast<QWidget *>(o);
-        if (e->type() == QEvent::ZOrderChange && w && forms::Open().contains(w))
+        if (!w || !w->isWindow() || !forms::Open().contains(w))
+            return false;
+        if (e->type() == QEvent::ZOrderChange)
             last = forms::Name(w);
+        else if (e->type() == QEvent::WindowActivate)
+            active = forms::Name(w);
         return false;
+    }
+    // The window in front, marked when it did not also take the keys (the
+    // activation comes from the window system a moment later).
+    QString front() const
+    {
+        if (last.isEmpty() || QTest::qWaitFor([this] { return last == active; }, 1000))
+            return last;
+        return last + u"(inactive)"_s;
     }
 };
 
@@ -86,7 +99,7 @@ QStringList observe(const TestEnvironment &env, const RaiseWatch *raised = nullp
             u"views="_s + QString::number(views),
             u"order="_s + order.join(u','),
             u"open="_s + open.join(u','),
-            u"front="_s + (raised ? raised->last : QString()),
+            u"front="_s + (raised ? raised->front() : QString()),
             u"menu="_s + on(main && main->mP->isVisible()),
             u"boxes="_s + env.prompter.boxTitles().join(u','),
             u"dialogs="_s + dialogs.join(u','),
@@ -204,7 +217,9 @@ private Q_SLOTS:
 
     // Every way into the study window's commands, from the third card of six
     // (q3 a trouble card): a key (on the window or on a control), a click, the
-    // menu. "effect" lists what differs afterwards.
+    // menu. "effect" lists what differs afterwards. A route may start with
+    // set-up steps: "set:option=value", "mark:card", "jump:card", and
+    // "behind:key", that key's window opened once and left behind the study window.
     void commands_data()
     {
         QTest::addColumn<QString>("route");
@@ -225,6 +240,11 @@ private Q_SLOTS:
         QTest::newRow("O: options") << u"key O"_s << u"open=frmMain,frmOptions front=frmOptions"_s;
         QTest::newRow("F: find") << u"key F"_s << u"open=frmMain,frmFind front=frmFind"_s;
         QTest::newRow("V: every card") << u"key V"_s << u"open=frmMain,frmViewer front=frmViewer"_s;
+        QTest::newRow("O again: options to the front")
+                << u"behind:O key O"_s << u"open=frmMain,frmOptions front=frmOptions"_s;
+        QTest::newRow("F again: find to the front") << u"behind:F key F"_s << u"open=frmMain,frmFind front=frmFind"_s;
+        QTest::newRow("V again: every card to the front")
+                << u"behind:V key V"_s << u"open=frmMain,frmViewer front=frmViewer"_s;
         QTest::newRow("A: about") << u"key A"_s << u"modal=frmAbout"_s;
         const QString exited = u"text=- tl=- tr=- bl=- br=- trouble=0 views=0 order= open= released=on"_s;
         QTest::newRow("X: exit") << u"key X"_s << exited;
@@ -336,7 +356,11 @@ private Q_SLOTS:
                 g_Extras.SetString(u"study."_s + what.section(u'=', 0, 0), what.section(u'=', 1));
             else if (step.startsWith(u"mark:"_s))
                 g_Deck[what.toInt()].trouble = kCardTrue;
-            else {
+            else if (step.startsWith(u"behind:"_s)) {
+                QTest::keyClick(main, what.at(0).toLatin1());
+                main->activateWindow();
+                QVERIFY(QTest::qWaitForWindowActive(main));
+            } else {
                 modrender::CurrentCard = qint16(what.toInt());
                 modrender::ShowCurrentCard();
             }
