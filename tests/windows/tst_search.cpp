@@ -191,7 +191,8 @@ private Q_SLOTS:
         QFETCH(int, current);
         frmFind *find = frmFind::Instance();
         find->show();
-        find->ts->setCurrentIndex(1);
+        find->ts->setCurrentIndex(1); // each page puts the keys in its own field, Return on its own button
+        QVERIFY(find->focusWidget() == find->Text1 && find->Command3->isDefault());
         const qint16 viewsBefore = g_Deck[current].timesViewed;
         find->Text1->setText(typed);
         QTest::keyClick(find->Text1, Qt::Key_Return); // Return in the field jumps once
@@ -204,6 +205,8 @@ private Q_SLOTS:
         if (current != 0)
             QCOMPARE(modrender::Metrics()->CornerText(r_data::Corner::TopLeft),
                      u"showing card %1 of 6"_s.arg(current + 1));
+        find->ts->setCurrentIndex(0);
+        QVERIFY(find->focusWidget() == find->Text2 && find->Command5->isDefault() && !find->Command3->isDefault());
     }
 
     // A click on a row shows that card as a jump (no trouble count); a click
