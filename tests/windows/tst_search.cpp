@@ -353,6 +353,11 @@ private Q_SLOTS:
         QCOMPARE(QList<int>({viewer->LV->columnWidth(0), viewer->LV->columnWidth(1), viewer->LV->columnWidth(2),
                              viewer->LV->columnWidth(3)}),
                  QList<int>({80, 220, 220, 100}));
+        find->Text2->setText(u"show_mem_usage"_s);
+        find->Search();
+        QTest::mouseClick(find->Command2, Qt::LeftButton); // View All Cards, from the memory list
+        QCOMPARE(viewer->LV->model(), viewer->Cards());
+        QCOMPARE(viewer->Cards()->rowCount(), g_Deck.UBound() - g_Deck.LBound() + 1);
     }
 
     void crashWordAsksFirst()
