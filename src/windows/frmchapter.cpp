@@ -362,9 +362,7 @@ void frmChapter::AddChapterFile(const QString &given)
     }
     AddItem(path, chapter.Title(), chapter.Count());
     LV1->clearSelection();
-    QTreeWidgetItem *added = LV1->topLevelItem(LV1->topLevelItemCount() - 1);
-    added->setSelected(true);
-    LV1->setCurrentItem(added);
+    LV1->setCurrentItem(LV1->topLevelItem(LV1->topLevelItemCount() - 1)); // and selected
 }
 
 void frmChapter::RemoveSelected()
