@@ -95,11 +95,20 @@ private Q_SLOTS:
                           u" .. using r_data class @ "_s + hex(&card.metrics), u" .. set refresh rate to 50 msec/n"_s,
                           u" .. using ZEL DC drawing class @ "_s + hex(card.renderer.Surface()),
                           u"renderer initialized ok/n"_s}));
+        card.metrics.SetMainText(u"Wort"_s);
+        card.renderer.Draw(true);
+        card.renderer.Present();
+        QVERIFY(card.renderer.IsSettled());
         env.log->clear();
         card.renderer.Release(true);
         QCOMPARE(env.logLines(), QStringList({u"renderer going down/n"_s, u" .. renderer released ok/n"_s}));
         QVERIFY(!card.renderer.Surface());
         card.renderer.Present(); // a late tick does nothing
+        // Bound to the same window again: its new, empty frame is not on show yet.
+        card.renderer.Initialize(&card.window, &card.surface, &card.metrics, 50.0f, 0, 60, 0);
+        QVERIFY(!card.renderer.IsSettled());
+        card.renderer.Present();
+        QCOMPARE(card.picture(), card.renderer.Surface()->Image());
 
         r_renderer renderer;
         auto window = std::make_unique<QObject>();
