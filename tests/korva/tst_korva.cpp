@@ -193,6 +193,7 @@ private Q_SLOTS:
         QTest::newRow("count claims more than the file can be")
                 << bytes::header("d", 4, 32767) + QByteArray(4096, '\0') << false;
         QTest::newRow("binary noise") << QByteArray(300, '\xEE') << false;
+        QTest::newRow("a byte larger than the largest file") << QByteArray(korva::kMaxFileSize + 1, '\0') << false;
         QTest::newRow("marked utf-8, an entry that is not")
                 << bytes::header("d", 4, 1, {}, "utf-8") + bytes::placeholder() + bytes::entry("\xFC", -1, "b", 0, {})
                 << true;
