@@ -86,7 +86,8 @@ private Q_SLOTS:
             {1, 2, 30003});
         const QString tooLong = u"line %1: a field of more than 65,535 characters; no card holds that much"_s;
         row("a field of 65,535 characters", longest + ",y\n", true, {{longestText, u"y"_s}}, {1});
-        row("a field of 65,536 characters", "a,b\n" + longest + "x,y\n", true, {}, {}, tooLong.arg(2));
+        row("a field of 65,536 characters, named before a later one", "a,b\n" + longest + "x,y\n" + longest + "xx\n",
+            true, {}, {}, tooLong.arg(2));
         row("the same, last without its line end", "a,b\n" + longest + 'x', true, {}, {}, tooLong.arg(2));
         row("a quoted field of many lines", "a,b\n\"" + QByteArray("x\n").repeated(40000) + "\"\n", true, {}, {},
             tooLong.arg(2));
