@@ -170,6 +170,21 @@ private Q_SLOTS:
         QVERIFY(m_window->MaybeSave()); // saved to the file it came from
         QCOMPARE(ReadFileBytes(path(u"open.zel"_s)), chapterFile({{"changed", "a1", "n1"}, {"zwei", "a2", "n2"}}));
         QVERIFY(!m_window->isWindowModified());
+
+        // Opening another chapter: with nothing to save, straight to the file dialog; with
+        // changes kept by Cancel, not at all.
+        WriteFileBytes(path(u"other.zel"_s), chapterFile({{"drei", "a3", "n3"}}));
+        m_env->prompter.fileAnswers = {path(u"other.zel"_s)};
+        const size_t boxes = m_env->prompter.boxes.size();
+        m_window->OpenChapter();
+        QCOMPARE(m_env->prompter.boxes.size(), boxes);
+        QCOMPARE(m_window->Model()->index(0, 0).data().toString(), u"drei"_s);
+        m_window->Model()->setData(m_window->Model()->index(0, 0), u"vier"_s, Qt::EditRole);
+        m_env->prompter.answers = {MsgResult::Cancel};
+        const size_t dialogs = m_env->prompter.fileDialogs.size();
+        m_window->OpenChapter();
+        QCOMPARE(m_env->prompter.fileDialogs.size(), dialogs);
+        QCOMPARE(m_window->Model()->index(0, 0).data().toString(), u"vier"_s);
     }
 
     // What the import dialog makes of a list (how it reads it, which column
