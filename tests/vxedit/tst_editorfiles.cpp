@@ -179,12 +179,21 @@ private Q_SLOTS:
         m_window->OpenChapter();
         QCOMPARE(m_env->prompter.boxes.size(), boxes);
         QCOMPARE(m_window->Model()->index(0, 0).data().toString(), u"drei"_s);
+        CardPreview shown; // the preview follows the chapter opened
+        shown.SetCard(u"drei"_s, u"a3"_s);
+        QVERIFY(m_window->Preview()->Front() == shown.Front() && m_window->Preview()->Back() == shown.Back());
         m_window->Model()->setData(m_window->Model()->index(0, 0), u"vier"_s, Qt::EditRole);
         m_env->prompter.answers = {MsgResult::Cancel};
         const size_t dialogs = m_env->prompter.fileDialogs.size();
         m_window->OpenChapter();
         QCOMPARE(m_env->prompter.fileDialogs.size(), dialogs);
         QCOMPARE(m_window->Model()->index(0, 0).data().toString(), u"vier"_s);
+        WriteFileBytes(path(u"empty.zel"_s), chapterFile({}));
+        m_env->prompter.answers = {MsgResult::No};
+        m_env->prompter.fileAnswers = {path(u"empty.zel"_s)};
+        m_window->OpenChapter();
+        shown.SetCard({}, {});
+        QVERIFY(m_window->Preview()->Front() == shown.Front() && m_window->Preview()->Back() == shown.Back());
     }
 
     // What the import dialog makes of a list (how it reads it, which column

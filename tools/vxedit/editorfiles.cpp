@@ -39,11 +39,10 @@ void EditorWindow::NewChapter()
 {
     m_document.New();
     m_undo->clear();
-    m_model->Reload();
+    m_model->Reload(); // which redraws the preview
     m_sortColumn = -1;
     UpdateTitleBar();
     UpdateStatus();
-    UpdatePreview();
     UpdateActions();
 }
 
@@ -108,8 +107,7 @@ bool EditorWindow::OpenFile(const QString &path)
     UpdateStatus();
     UpdateActions();
     if (m_model->rowCount() > 0)
-        m_table->setCurrentIndex(m_model->index(0, 0));
-    UpdatePreview();
+        m_table->setCurrentIndex(m_model->index(0, 0)); // the preview follows
     if (!m_document.LanguagesProblem().isEmpty())
         MsgBox(u"Chapter Languages Left Out"_s,
                u"The chapter's languages can't be read (%1); Vocabrix speaks it in the "
