@@ -67,6 +67,11 @@ void SetRandomSource(RandomSource *source)
     g_random = source;
 }
 
+RandomSource &ProgramRandomSource()
+{
+    return g_timeSeeded;
+}
+
 void RunShuffleCommand(ShuffleHost &host)
 {
     const int cards = g_Deck.UBound() - g_Deck.LBound();

@@ -32,6 +32,9 @@ public:
 
 // Installs a random source (not owned); nullptr goes back to the program's own.
 void SetRandomSource(RandomSource *source);
+// The program's own source: a 64-bit Mersenne Twister seeded with the bits of
+// the time of day.
+RandomSource &ProgramRandomSource();
 
 inline constexpr int kMaxShuffleCards = 9999;
 

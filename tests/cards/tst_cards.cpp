@@ -79,6 +79,25 @@ class CardsTest : public QObject
 private Q_SLOTS:
     void cleanup() { SetRandomSource(nullptr); }
 
+    // The program's own numbers: the same seed (the time of day) gives the
+    // same run, another seed another; each in [0, 1).
+    void ownRandomNumbersFollowTheirSeed()
+    {
+        RandomSource &own = ProgramRandomSource();
+        const auto run = [&own](double seed) {
+            own.Seed(seed);
+            QList<double> numbers;
+            for (int i = 0; i < 8; ++i)
+                numbers << own.Next();
+            return numbers;
+        };
+        const QList<double> first = run(36000.5);
+        QCOMPARE(run(36000.5), first);
+        QVERIFY(run(36001.5) != first);
+        for (double x : first)
+            QVERIFY(x >= 0 && x < 1);
+    }
+
     // Typed answers judged right, and wrong with the letters that differ in
     // brackets (in the answer nearest to what was typed).
     void typedAnswers_data()
