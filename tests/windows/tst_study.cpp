@@ -266,6 +266,7 @@ private Q_SLOTS:
         QTest::newRow("click Menu") << u"click zelFlatButton1"_s << u"menu=on"_s;
         QTest::newRow("click the link") << u"click zelHL1"_s << u"launches=testbrowser"_s;
         QTest::newRow("right click on the card") << u"rightclick"_s << u"menu=on"_s;
+        QTest::newRow("right click on a button") << u"rightclick zelFlatButton2"_s << u"menu=on"_s;
         QTest::newRow("right click while shuffling") << u"shuffling rightclick"_s << QString();
         QTest::newRow("menu key") << u"menukey"_s << u"menu=on"_s;
         QTest::newRow("menu Options") << u"menu mP_o"_s << u"open=frmMain,frmOptions front=frmOptions"_s;
@@ -378,7 +379,10 @@ private Q_SLOTS:
         } else if (how[0] == u"click"_s) {
             QTest::mouseClick(main->findChild<QWidget *>(how[1]), Qt::LeftButton, {}, QPoint(3, 3));
         } else if (how[0] == u"rightclick"_s) {
-            QTest::mouseClick(main, Qt::RightButton, {}, QPoint(320, 200));
+            if (how.size() > 1) // on a control
+                QTest::mouseClick(main->findChild<QWidget *>(how[1]), Qt::RightButton, {}, QPoint(3, 3));
+            else
+                QTest::mouseClick(main, Qt::RightButton, {}, QPoint(320, 200));
         } else if (how[0] == u"close"_s) {
             main->close();
         } else if (how[0] == u"menukey"_s) {
