@@ -254,6 +254,8 @@ private Q_SLOTS:
         o.inQuestion = false;
         QVERIFY(!findreplace::FindNext(model, {-1, 0}, o));
         o.inQuestion = true;
+        o.text.clear(); // nothing to look for finds nothing
+        QVERIFY(!findreplace::FindNext(model, {-1, 0}, o));
         o.text = u"DER"_s;
         QCOMPARE(findreplace::ReplaceAll(model, *m_window->UndoStack(), o, u"ein"_s), 2);
         QCOMPARE(questions(), QStringList({u"ein Hund"_s, u"die Katze"_s, u"ein Vogel"_s}));

@@ -194,6 +194,10 @@ private Q_SLOTS:
         m_window->OpenChapter();
         shown.SetCard({}, {});
         QVERIFY(m_window->Preview()->Front() == shown.Front() && m_window->Preview()->Back() == shown.Back());
+        m_window->AddCard(); // a change to undo; a new chapter has none
+        QVERIFY(m_window->UndoStack()->canUndo());
+        m_window->NewChapter();
+        QVERIFY(!m_window->UndoStack()->canUndo());
     }
 
     // What the import dialog makes of a list (how it reads it, which column
