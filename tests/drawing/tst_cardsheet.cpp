@@ -116,6 +116,7 @@ private Q_SLOTS:
         const PdfText pdf = ReadPdfBytes(bytes);
         QVERIFY2(pdf.read, "pdftotext (poppler-utils, see scripts/install-deps.sh) could not read it");
         QCOMPARE(pdf.pages, pages);
+        QCOMPARE(pdf.title, u"Kapitel"_s);
         const QString date = QLocale().toString(sheet.date, QLocale::LongFormat);
         for (int p = 1; p <= pages; ++p) {
             const QString page = pdf.page(p);

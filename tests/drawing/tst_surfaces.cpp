@@ -262,6 +262,7 @@ private Q_SLOTS:
             const QFont back = s.toQFont(); // and the surface draws with all of them
             QCOMPARE(QList<bool>({back.bold(), back.italic(), back.underline(), back.strikeOut()}), QList<bool>(4, on));
         }
+        QCOMPARE(LogicalFont::fromQFont(QFont(u"DejaVu Sans"_s, 1)).size, 1.0); // the smallest size in points
     }
 
     void textMeasures()

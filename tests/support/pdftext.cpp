@@ -29,7 +29,9 @@ PdfText ReadPdf(const QString &path)
         if (xml.readNext() != QXmlStreamReader::StartElement)
             continue;
         const auto a = xml.attributes();
-        if (xml.name() == u"page"_s) {
+        if (xml.name() == u"title"_s) {
+            out.title = xml.readElementText();
+        } else if (xml.name() == u"page"_s) {
             ++out.pages;
             width = a.value(u"width"_s).toDouble();
         } else if (xml.name() == u"word"_s) {

@@ -21,6 +21,7 @@ struct PdfText
 {
     bool read = false; // pdftotext ran and understood the file
     int pages = 0;
+    QString title; // the document's own, from its information
     std::vector<PdfWord> words;
 
     // A page's words, one space between each.
