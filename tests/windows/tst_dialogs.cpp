@@ -212,6 +212,11 @@ private Q_SLOTS:
         modrender::AlphaEffects = true;
         g_OsAlpha = true;
         g_ShowMouseHover = false;
+        g_SuppressRefresh = false; // the card window presents on its own timer, then rests
+        modrender::StartRendering();
+        g_SuppressRefresh = true;
+        r_renderer *card = MainRenderer();
+        QTRY_VERIFY(card->IsResting());
         m_env->log->clear();
         frmOptions *options = frmOptions::Instance();
         options->show();
@@ -223,12 +228,14 @@ private Q_SLOTS:
 
         QTest::mouseClick(options->ts, Qt::LeftButton, {}, options->ts->tabRect(1).center());
         auto click = [](QWidget *box) { QTest::mouseClick(box, Qt::LeftButton, {}, QPoint(8, box->height() / 2)); };
-        click(options->Check1); // alpha off: its controls greyed
-        QVERIFY(!modrender::AlphaEffects);
+        click(options->Check1); // alpha off: its controls greyed, the card window woken
+        QVERIFY(!modrender::AlphaEffects && !card->IsResting());
+        QTRY_VERIFY(card->IsResting());
         checkLayout(options, u"options-alpha-off"_s);
         click(options->Check1);
         QTest::keyClick(options->Slider1, Qt::Key_PageUp);
         QCOMPARE(int(modrender::AlphaLevel), 77 + 16);
+        QVERIFY(!card->IsResting());
         click(options->Check2);
         QVERIFY(g_ShowMouseHover);
         QVERIFY(SaveScreenshot(options->grab().toImage(), u"options-interface.png"_s));

@@ -153,11 +153,13 @@ private Q_SLOTS:
         frmMain *main = frmMain::Existing();
         const QString idle = u"Roll mouse over controls to see descriptions"_s;
         auto help = [] { return modrender::Metrics()->CornerText(r_data::Corner::BottomLeft); };
+        const QImage before = modrender::Renderer()->Surface()->Image().copy();
         // A real move event (QTest::mouseMove goes astray on a scaled screen).
         QMouseEvent move(QEvent::MouseMove, QPointF(3, 3), main->zelFlatButton2->mapToGlobal(QPointF(3, 3)),
                          Qt::NoButton, Qt::NoButton, Qt::NoModifier);
         QCoreApplication::sendEvent(main->zelFlatButton2, &move);
         QCOMPARE(help(), u"Next Card"_s);
+        QVERIFY(modrender::Renderer()->Surface()->Image() != before); // on the card at once
         QVERIFY(!main->Timer1->isActive());
         main->Check1->HandleMouseMove(3, 3);
         QCOMPARE(help(), u"Sets whether you had trouble with this card or not"_s);
