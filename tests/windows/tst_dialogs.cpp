@@ -232,7 +232,9 @@ private Q_SLOTS:
         QVERIFY(!modrender::AlphaEffects && !card->IsResting());
         QTRY_VERIFY(card->IsResting());
         checkLayout(options, u"options-alpha-off"_s);
-        click(options->Check1);
+        QTest::keyClick(options->Check1, Qt::Key_Space); // on again, by the keyboard
+        QVERIFY(modrender::AlphaEffects && !card->IsResting());
+        QTRY_VERIFY(card->IsResting());
         QTest::keyClick(options->Slider1, Qt::Key_PageUp);
         QCOMPARE(int(modrender::AlphaLevel), 77 + 16);
         QVERIFY(!card->IsResting());
