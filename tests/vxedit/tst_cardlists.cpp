@@ -240,6 +240,9 @@ private Q_SLOTS:
         row("both said", u"w.csv"_s, named, u"--header --no-header"_s, QString(),
             u"vxedit: --header and --no-header exclude each other; leave both out to have the first line checked "
             "for column names\nusage: vxedit"_s);
+        row("another program's export: its deck column is not card text", u"w.txt"_s,
+            "#separator:tab\n#html:false\n#deck column:1\nSpanisch\tperro\tdog\nSpanisch\tgato\tcat\n", QString(),
+            u"Windows-1252|perro|gato"_s);
         const QByteArray zhuk = "\xD0\xB6\xD1\x83\xD0\xBA", dom = "\xD0\xB4\xD0\xBE\xD0\xBC";
         row("russian list, utf-8 chapter", u"w.tsv"_s, zhuk + "\tbeetle\n" + dom + "\thouse\n", QString(),
             u"UTF-8|жук|дом"_s, QString(),

@@ -383,6 +383,31 @@ private Q_SLOTS:
         QCOMPARE(observe(), expected.join(u' '));
     }
 
+    // The card found is brought into view, again when it is found again after
+    // the list was scrolled away from it.
+    void foundCardScrolledIntoView()
+    {
+        QStringList qs;
+        for (int i = 0; i < 300; ++i)
+            qs << (i == 280 ? u"Ziel"_s : u"q%1"_s.arg(i));
+        open(qs);
+        m_window->show();
+        QTableView *table = m_window->Table();
+        auto shown = [table] { return table->viewport()->rect().contains(table->visualRect(table->currentIndex())); };
+        for (QAction *a : m_window->findChildren<QAction *>())
+            if (a->text() == u"&Find and Replace..."_s)
+                a->trigger();
+        auto *find = m_window->findChild<FindReplaceDialog *>();
+        find->findText->setText(u"Ziel"_s);
+        for (int round = 0; round < 2; ++round) {
+            find->findNext->click();
+            QCOMPARE(table->currentIndex().row(), 280);
+            QVERIFY(shown());
+            table->scrollToTop();
+            QVERIFY(!shown());
+        }
+    }
+
     void typedChapterSaved()
     {
         m_window->NewChapter();
