@@ -4,6 +4,7 @@
 #include "pdftext.h"
 #include "screens.h"
 
+#include <QBuffer>
 #include <QCryptographicHash>
 #include <QDir>
 #include <QImage>
@@ -219,6 +220,20 @@ private Q_SLOTS:
         QPdfWriter writer(u"/nonexistent/folder/cards.pdf"_s);
         QTest::ignoreMessage(QtWarningMsg, "QPainter::begin(): Returned false");
         QCOMPARE(cardsheet::Paint(writer, cardsheet::Select(cards(2), false)), 0);
+        // Nor one whose second page cannot be begun: half a sheet is no sheet.
+        struct NoSecondPage final : QPdfWriter
+        {
+            using QPdfWriter::QPdfWriter;
+            bool newPage() override { return false; }
+        };
+        for (const PrintLayout layout : {PrintLayout::Sheet, PrintLayout::Fold}) {
+            QBuffer buffer;
+            buffer.open(QIODevice::WriteOnly);
+            NoSecondPage device(&buffer);
+            CardSheet sheet = cardsheet::Select(cards(80), false);
+            sheet.layout = layout;
+            QCOMPARE(cardsheet::Paint(device, sheet), 0);
+        }
     }
 };
 

@@ -99,8 +99,12 @@ private Q_SLOTS:
         card.renderer.Draw(true);
         card.renderer.Present();
         QVERIFY(card.renderer.IsSettled());
+        const bool suppressed = std::exchange(g_SuppressRefresh, false);
+        card.renderer.StartRefresh();
+        g_SuppressRefresh = suppressed;
         env.log->clear();
-        card.renderer.Release(true);
+        card.renderer.Release(true); // its timer stops with it
+        QVERIFY(!card.renderer.IsRefreshing());
         QCOMPARE(env.logLines(), QStringList({u"renderer going down/n"_s, u" .. renderer released ok/n"_s}));
         QVERIFY(!card.renderer.Surface());
         card.renderer.Present(); // a late tick does nothing
