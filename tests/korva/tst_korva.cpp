@@ -176,6 +176,9 @@ private Q_SLOTS:
         QVERIFY(!db.Mount(QString(), false));
         QVERIFY(!db.Mount(path(u"no folder/new.zel"_s), false)); // a new file where none can be made
         QCOMPARE(db.LastError(), u"No such file or directory"_s);
+        QVERIFY(QDir().mkpath(path(u"folder.zel"_s)));
+        QVERIFY(!db.Mount(path(u"folder.zel"_s), false)); // not a file: says so
+        QCOMPARE(db.LastError(), u"it is a folder, not a file"_s);
     }
 
     void damagedFilesRefused_data()
