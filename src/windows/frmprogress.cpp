@@ -15,7 +15,6 @@ frmProgress::frmProgress(QWidget *owner)
     , m_bar(new QProgressBar(this))
 {
     setObjectName(u"frmProgress"_s);
-    setWindowModality(Qt::NonModal);
     programstyle::ApplyDark(this);
     auto *layout = new QVBoxLayout(this);
     layout->setContentsMargins(18, 16, 18, 18);
