@@ -109,10 +109,13 @@ private Q_SLOTS:
         QVERIFY(!card.renderer.Surface());
         card.renderer.Present(); // a late tick does nothing
         // Bound to the same window again: its new, empty frame is not on show yet.
-        card.renderer.Initialize(&card.window, &card.surface, &card.metrics, 50.0f, 0, 60, 0);
+        card.renderer.Initialize(&card.window, &card.surface, &card.metrics, 50.0f, 40, 60, 0);
         QVERIFY(!card.renderer.IsSettled());
         card.renderer.Present();
         QCOMPARE(card.picture(), card.renderer.Surface()->Image());
+        card.renderer.Draw(true); // the card leaves the 40 columns of the width trim alone
+        QVERIFY(card.renderer.Surface()->Image().pixel(595, 100) != qRgb(0, 0, 0));
+        QCOMPARE(card.renderer.Surface()->Image().pixel(605, 100), qRgb(0, 0, 0));
 
         r_renderer renderer;
         auto window = std::make_unique<QObject>();

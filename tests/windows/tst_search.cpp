@@ -103,10 +103,12 @@ private Q_SLOTS:
             QVERIFY(SaveScreenshot(find->grab().toImage(), u"find.png"_s));
             QVERIFY(SaveScreenshot(frmViewer::Instance()->grab().toImage(), u"viewer.png"_s));
         }
-        find->activateWindow(); // searched again from Find, the list comes to the front
+        frmViewer::Instance()->move(300, 200);
+        find->activateWindow(); // searched again from Find, the list comes to the front, where it was moved
         QVERIFY(QTest::qWaitForWindowActive(find));
         find->Search();
         QVERIFY(QTest::qWaitForWindowActive(frmViewer::Instance()));
+        QCOMPARE(frmViewer::Instance()->pos(), QPoint(300, 200));
         QTest::mouseClick(find->Command4, Qt::LeftButton); // Clear: the text and the list
         QCOMPARE(std::pair(find->Text2->text(), frmViewer::Instance()->Cards()->rowCount()), std::pair(QString(), 0));
         QVERIFY(find->close()); // by its title bar: unloaded, not hidden

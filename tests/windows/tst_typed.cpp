@@ -188,18 +188,19 @@ private Q_SLOTS:
                    gold = rgb(r_renderer::MarkColour(false, 14570825));
         auto marked = [](QRgb colour) {
             const QImage &face = modrender::Renderer()->Surface()->Image();
-            int first = face.width(), last = -1, rows = 0;
+            int first = face.width(), last = -1, rows = 0, widest = 0; // widest: the most in one row
             for (int y = 0; y < face.height(); ++y) {
-                bool inRow = false;
+                int inRow = 0;
                 for (int x = 0; x < face.width(); ++x)
                     if (face.pixel(x, y) == colour) {
                         first = qMin(first, x);
                         last = qMax(last, x);
-                        inRow = true;
+                        ++inRow;
                     }
-                rows += inRow;
+                rows += inRow > 0;
+                widest = qMax(widest, inRow);
             }
-            return std::tuple(first, last, rows);
+            return std::tuple(first, last, rows, widest);
         };
         QCOMPARE(std::pair(std::get<1>(marked(green)), std::get<1>(marked(gold))),
                  std::pair(-1, -1)); // nothing before an answer
@@ -215,9 +216,9 @@ private Q_SLOTS:
         // The "a" of "the cat", centred: right of the middle, narrower than a fifth of it.
         const qreal ratio = modrender::Renderer()->Surface()->DevicePixelRatio();
         // The letter itself is in the mark's colour, not only the line under it.
-        const auto [from, to, rows] = marked(gold);
-        QVERIFY2(from > 320 * ratio && to - from < 20 * ratio && rows > 6 * ratio,
-                 qPrintable(u"%1 %2 %3"_s.arg(from).arg(to).arg(rows)));
+        const auto [from, to, rows, widest] = marked(gold);
+        QVERIFY2(from > 320 * ratio && to - from < 20 * ratio && rows > 6 * ratio && widest == to - from + 1,
+                 qPrintable(u"%1 %2 %3 %4"_s.arg(from).arg(to).arg(rows).arg(widest))); // underlined end to end
         QVERIFY(SaveScreenshot(main->grab().toImage(), u"typed-wrong.png"_s));
         checkLayout(main, u"typed-wrong"_s);
         for (const bool right : {true, false}) // darker marks on a light card
