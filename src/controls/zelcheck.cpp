@@ -19,12 +19,8 @@ zelCheck::zelCheck(QWidget *parent) : zelControl(parent)
 
 void zelCheck::InitProperties()
 {
-    m_backcolor = 0xFF0000;
-    m_forecolor = 0;
-    m_forecolorMouse = 0;
+    // Every other property starts at its member's own default.
     m_caption = objectName();
-    m_enabled = true;
-    m_checked = false;
 }
 
 void zelCheck::ReadProperties(const PropertyBag &bag)

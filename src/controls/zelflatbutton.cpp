@@ -17,14 +17,8 @@ zelFlatButton::zelFlatButton(QWidget *parent) : zelControl(parent)
 
 void zelFlatButton::InitProperties()
 {
-    m_backcolor = 0xFF0000;
-    m_forecolor = 0;
-    m_backcolorMouse = 33023;
-    m_forecolorMouse = 0;
-    m_backcolorDisabled = 0;
-    m_forecolorDisabled = 0x808080;
+    // Every other property starts at its member's own default.
     m_caption = objectName();
-    m_enabled = true;
 }
 
 void zelFlatButton::ReadProperties(const PropertyBag &bag)

@@ -21,10 +21,8 @@ zelHL::zelHL(QWidget *parent) : zelControl(parent), m_timer(new QTimer(this))
 
 void zelHL::InitProperties()
 {
-    m_backcolor = 0xFF0000;
+    // Every other property starts at its member's own default.
     m_caption = objectName();
-    m_enabled = true;
-    m_hover = false;
 }
 
 void zelHL::ReadProperties(const PropertyBag &bag)
