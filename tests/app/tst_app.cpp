@@ -224,7 +224,7 @@ private Q_SLOTS:
         QVERIFY(setup.isVisible());
         click(setup.Option1);
         QVERIFY(setup.Command1->isEnabled());
-        click(setup.Command1);
+        QTest::keyClick(&setup, Qt::Key_Return); // Finished is the default button
         QVERIFY(!setup.isVisible());
         QCOMPARE(setup.result(), int(QDialog::Accepted));
         QCOMPARE(QList<qint32>({g_MasterDb->GetNumber(u"trouble_by_default"_s, 5).value,

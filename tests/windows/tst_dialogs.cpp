@@ -2,6 +2,8 @@
 // The program's windows as a person meets them, and the options window's pages.
 #include "core/extrasettings.h"
 #include "dialogfixture.h"
+#include "korva/korvaformat.h"
+#include "settings/settingskeys.h"
 #include "windows/frmabout.h"
 #include "windows/frmchapter.h"
 #include "windows/frmoptions.h"
@@ -204,6 +206,25 @@ private Q_SLOTS:
             chapters.AddChapterFile(m_env->path(name));
         }
         QCOMPARE(chapters.LV1->selectedItems(), QList<QTreeWidgetItem *>({chapters.LV1->topLevelItem(listed + 1)}));
+
+        // The tenth chapter is remembered under a key one letter longer than the ninth's: a path
+        // that would just fit under the ninth's is refused.
+        for (int n = chapters.LV1->topLevelItemCount(); n < 9; ++n) {
+            WriteFileBytes(m_env->path(u"n%1.zel"_s.arg(n)), chapter);
+            chapters.AddChapterFile(m_env->path(u"n%1.zel"_s.arg(n)));
+        }
+        korva::Entry tenth;
+        tenth.key = settings::FileListName(10);
+        tenth.isText = korva::kTrue;
+        tenth.text = m_env->path(u"x.zel"_s);
+        while (korva::entryRecordSize(tenth, korva::Encoding::Utf8) <= korva::kRecordLength)
+            tenth.text.insert(tenth.text.size() - 4, u'x');
+        const QString longest = tenth.text;
+        WriteFileBytes(longest, chapter);
+        m_env->prompter.boxes.clear();
+        chapters.AddChapterFile(longest);
+        QCOMPARE(m_env->prompter.boxTitles(), QStringList(u"Chapter Not Added"_s));
+        QCOMPARE(chapters.LV1->topLevelItemCount(), 9);
     }
 
     void optionsLoad()

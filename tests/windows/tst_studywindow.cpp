@@ -155,8 +155,9 @@ private Q_SLOTS:
         auto help = [] { return modrender::Metrics()->CornerText(r_data::Corner::BottomLeft); };
         const QImage before = modrender::Renderer()->Surface()->Image().copy();
         // A real move event (QTest::mouseMove goes astray on a scaled screen).
-        QMouseEvent move(QEvent::MouseMove, QPointF(3, 3), main->zelFlatButton2->mapToGlobal(QPointF(3, 3)),
-                         Qt::NoButton, Qt::NoButton, Qt::NoModifier);
+        const QPointF nearRight(main->zelFlatButton2->width() - 3, 3); // x and y apart: neither read for the other
+        QMouseEvent move(QEvent::MouseMove, nearRight, main->zelFlatButton2->mapToGlobal(nearRight), Qt::NoButton,
+                         Qt::NoButton, Qt::NoModifier);
         QCoreApplication::sendEvent(main->zelFlatButton2, &move);
         QCOMPARE(help(), u"Next Card"_s);
         QVERIFY(modrender::Renderer()->Surface()->Image() != before); // on the card at once
