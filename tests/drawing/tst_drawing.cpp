@@ -183,34 +183,6 @@ private Q_SLOTS:
             QVERIFY(SaveScreenshot(img, u"card-russian.png"_s));
     }
 
-    // A colour missing from the table (a settings file that never had it) is
-    // drawn as its default; only the main text's shadow has another, light
-    // blue, default than a new table's black.
-    void missingColours_data()
-    {
-        QTest::addColumn<int>("marking");
-        QTest::newRow("plain") << int(r_data::Marking::None);
-        QTest::newRow("letters marked") << int(r_data::Marking::Letters);
-    }
-    void missingColours()
-    {
-        QFETCH(int, marking);
-        TestEnvironment env;
-        CardWindow bare(640, 480, 60, 1.0, {}, false), full(640, 480, 60);
-        full.metrics.SetColor(u"main_text_shadow"_s, 0xFF8080);
-        for (CardWindow *card : {&bare, &full}) {
-            card->metrics.SetMainText(u"Schatten"_s);
-            card->metrics.SetMainMarking(r_data::Marking(marking),
-                                         {true, false, false, true, false, false, false, false});
-            card->metrics.SetNoteText(u"Notiz"_s);
-            for (Corner corner : {Corner::TopLeft, Corner::TopRight, Corner::BottomLeft, Corner::BottomRight})
-                card->metrics.SetCornerText(corner, u"Ecke"_s);
-            card->renderer.Draw(true);
-        }
-        QCOMPARE(bare.picture(), full.picture());
-        QVERIFY(boxOf(bare.picture(), [](QRgb p) { return (p & 0xFFFFFF) == 0x8080FF; }).isValid());
-    }
-
     void cardFace_data()
     {
         QTest::addColumn<int>("versionCode");
@@ -298,92 +270,6 @@ private Q_SLOTS:
             QVERIFY(boxOf(img.copy(QRect(blank.topLeft() * ratio, blank.size() * ratio)), [](QRgb p) {
                         return p != qRgb(255, 255, 255);
                     }).isEmpty());
-    }
-
-    // At 2x the text is painted at 2x, not a 1x picture blown up: its shape is
-    // the same but its edges are finer.
-    void textIsPaintedAtDeviceResolution()
-    {
-        TestEnvironment env;
-        CardWindow one(320, 120, 0, 1.0), two(320, 120, 0, 2.0);
-        for (CardWindow *card : {&one, &two}) {
-            card->metrics.SetMainText(u"Straße"_s);
-            card->renderer.Draw(true);
-        }
-        auto white = [](QRgb p) { return qGreen(p) > 200 && qRed(p) > 200; };
-        const QRect small = boxOf(one.picture(), white), large = boxOf(two.picture(), white);
-        QVERIFY(qAbs(large.width() - 2 * small.width()) <= 4);
-        QVERIFY(qAbs(large.height() - 2 * small.height()) <= 4);
-        const QImage blownUp =
-                one.picture().scaled(two.picture().size(), Qt::IgnoreAspectRatio, Qt::FastTransformation);
-        int differing = 0;
-        for (int y = large.top(); y <= large.bottom(); ++y)
-            for (int x = large.left(); x <= large.right(); ++x)
-                differing += distance(blownUp.pixel(x, y), two.picture().pixel(x, y)) > 40;
-        QVERIFY2(differing > large.width() * large.height() / 50, qPrintable(QString::number(differing)));
-    }
-
-    // The card's note under the main text: smaller, centred, one line cut at
-    // the text margins; without one the card is drawn as it always was.
-    void noteUnderTheMainText_data()
-    {
-        QTest::addColumn<QString>("note");
-        QTest::newRow("a short note") << u"ein Tier, bellt"_s;
-        QTest::newRow("a note too long for the card") << QString(300, u'W');
-        QTest::newRow("no note") << QString();
-    }
-    void noteUnderTheMainText()
-    {
-        QFETCH(QString, note);
-        TestEnvironment env;
-        CardWindow plain(640, 480, 60), noted(640, 480, 60);
-        for (CardWindow *card : {&plain, &noted}) {
-            card->setCard(0); // a black card, white text, no shadow
-            card->metrics.SetMainText(u"der Hund"_s);
-        }
-        noted.metrics.SetNoteText(note);
-        plain.renderer.Draw(true);
-        noted.renderer.Draw(true);
-        const QImage &a = plain.picture(), &b = noted.picture();
-        QRect changed;
-        for (int y = 0; y < a.height(); ++y)
-            for (int x = 0; x < a.width(); ++x)
-                if (a.pixel(x, y) != b.pixel(x, y))
-                    changed |= QRect(x, y, 1, 1);
-        QCOMPARE(changed.isEmpty(), note.isEmpty());
-        if (note.isEmpty())
-            return;
-        const QRect main = boxOf(a, [](QRgb p) { return qGreen(p) > 200; });
-        QVERIFY2(changed.top() > main.bottom(), qPrintable(u"%1 %2"_s.arg(changed.top()).arg(main.bottom())));
-        QVERIFY(changed.bottom() < 420 && changed.height() < main.height()); // above the separator
-        if (note.size() < 100) {
-            QVERIFY(qAbs(changed.center().x() - 320) <= 3 && changed.width() < main.width() * 2);
-            // A short note fits at its limit, two thirds of the main text's size.
-            QVERIFY2(changed.height() * 3 > main.height() * 2,
-                     qPrintable(u"%1 %2"_s.arg(changed.height()).arg(main.height())));
-            QVERIFY(SaveScreenshot(b, u"card-with-note.png"_s));
-        } else {
-            QVERIFY(changed.left() >= 1 && changed.right() <= 638 && changed.width() > 600); // clipped at the margins
-        }
-    }
-
-    void fontSizeFits_data()
-    {
-        QTest::addColumn<QString>("text");
-        QTest::addColumn<int>("size");
-        QTest::newRow("short text at 17") << u"Hund"_s << 17;
-        QTest::newRow("too wide at 8 gives 7") << QString(200, u'W') << 7;
-    }
-    void fontSizeFits()
-    {
-        QFETCH(QString, text);
-        QFETCH(int, size);
-        TestEnvironment env;
-        CardWindow card(640, 480, 60);
-        LogicalFont font;
-        font.bold = true;
-        QCOMPARE(card.renderer.FitFontSize(text, QRect(2, 0, 636, 420), font), size);
-        QCOMPARE(font.size, double(size));
     }
 
     // A white card drawn over a black window: the first present blends once
