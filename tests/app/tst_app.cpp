@@ -2,12 +2,6 @@
 #include "programfixture.h"
 #include "windows/frmprogress.h"
 
-#include <QProxyStyle>
-#include <QStyle>
-#include <QStyleOption>
-
-#include <tuple>
-
 // Start-up, the first run, the chapter window and the ways the program ends.
 class AppTest : public ProgramFixture
 {
@@ -32,28 +26,6 @@ private Q_SLOTS:
         QVERIFY(QFontDatabase::families().contains(u"Tahoma"_s) || !QFont::substitutes(u"Tahoma"_s).isEmpty());
         zelCheck another;
         QCOMPARE(QAccessible::queryAccessibleInterface(&another)->role(), QAccessible::CheckBox);
-
-        // A tool bar's overflow arrows are Qt's own pictures, in each direction, read when first shown.
-        const QString stem = u":/qt-project.org/styles/commonstyle/images/toolbar-ext-"_s;
-        const QList<std::tuple<QStyle::StandardPixmap, Qt::LayoutDirection, QString>>
-                arrows {{QStyle::SP_ToolBarHorizontalExtensionButton, Qt::LeftToRight, u"h-16"_s},
-                        {QStyle::SP_ToolBarHorizontalExtensionButton, Qt::RightToLeft, u"h-rtl-16"_s},
-                        {QStyle::SP_ToolBarVerticalExtensionButton, Qt::LeftToRight, u"v-10"_s}};
-        for (const auto &[which, direction, name] : arrows) {
-            QStyleOption option;
-            option.direction = direction;
-            // Compared as the pixmap holds them: premultiplied.
-            const QImage expected =
-                    QImage(stem + name + u".png"_s).convertToFormat(QImage::Format_ARGB32_Premultiplied);
-            QVERIFY(!expected.isNull());
-            const QIcon icon = QApplication::style()->standardIcon(which, &option);
-            QVERIFY(!icon.isNull());
-            QCOMPARE(icon.pixmap(expected.size()).toImage().convertToFormat(expected.format()), expected);
-        }
-        auto *style = qobject_cast<QProxyStyle *>(QApplication::style()); // every other picture is the base style's
-        QVERIFY(style);
-        QCOMPARE(style->standardIcon(QStyle::SP_ArrowUp).pixmap(16).toImage(),
-                 style->baseStyle()->standardIcon(QStyle::SP_ArrowUp).pixmap(16).toImage());
     }
 
     // The first start, with the setup's answers, in a locale of its own (the
@@ -201,7 +173,7 @@ private Q_SLOTS:
         g_OsAlpha = false;
         SetOsVersionOverride(OsVersion {4, 10, 1998});
         QCOMPARE(detect(), QList<int>({501, 0, 0, 0, 0, 1}));
-        g_OsVersionCode = 0; // a first call on an older system
+        g_OsVersionCode = 0, g_OsAlpha = true; // a first call on an older system turns alpha off
         QCOMPARE(detect(), QList<int>({410, 4, 10, 1998, 0, 1}));
         g_OsVersionCode = 0;
         g_OsAlpha = true; // older still: the flags stay as they were
@@ -331,27 +303,6 @@ private Q_SLOTS:
         QVERIFY(forms::Open().isEmpty());
         QVERIFY(g_ProcessReleased);
         QCOMPARE(g_ExitStatus, 1);
-    }
-
-    // Copies of the program share a key when they share a home folder, and
-    // only then, however alike the paths begin.
-    void instanceKeyCoversTheWholeHomePath_data()
-    {
-        QTest::addColumn<QString>("a");
-        QTest::addColumn<QString>("b");
-        QTest::addColumn<bool>("same");
-        const QString prefix = u"/home/a-rather-long-shared-prefix-of-forty-bytes/"_s;
-        QTest::newRow("same home") << prefix + u"Documents/Vocabrix"_s << prefix + u"Documents/Vocabrix"_s << true;
-        QTest::newRow("alike for 40 bytes") << prefix + u"anna/Vocabrix"_s << prefix + u"otto/Vocabrix"_s << false;
-        QTest::newRow("differ at the end") << u"/srv/x/Vocabrix1"_s << u"/srv/x/Vocabrix2"_s << false;
-    }
-    void instanceKeyCoversTheWholeHomePath()
-    {
-        QFETCH(QString, a);
-        QFETCH(QString, b);
-        QFETCH(bool, same);
-        QCOMPARE(instanceguard::KeyFor(a) == instanceguard::KeyFor(b), same);
-        QVERIFY(instanceguard::KeyFor(a).size() < 100); // fits a socket name
     }
 
     // The key is held as Qt's own local server would hold it, until let go.

@@ -308,33 +308,6 @@ private Q_SLOTS:
                           rgb(modrender::Metrics()->Color(u"main_text_forecolor"_s, 0))));
     }
 
-    // Keeping the session writes no log line and nothing else: the shutdown
-    // and "sys.zel" are the same with it as without it.
-    void keptSessionChangesNothingElse()
-    {
-        QStringList shutdown[2];
-        QByteArray masters[2];
-        for (int keep = 0; keep < 2; ++keep) {
-            if (keep) {
-                cleanup();
-                init();
-            }
-            startProgram();
-            g_Extras.SetBool(u"study.keep_session"_s, keep);
-            study({0});
-            frmMain::Existing()->HandleKey(39, 0);
-            frmMain::Existing()->HandleKey(13, 0);
-            m_env->log->clear();
-            frmMain::Existing()->HandleKey(88, 0);
-            FlushDeletes();
-            shutdown[keep] = m_env->logLines();
-            masters[keep] = ReadFileBytes(master());
-            QCOMPARE(QFileInfo::exists(inHome(u"lastsession.txt"_s)), bool(keep));
-        }
-        QCOMPARE(shutdown[1], shutdown[0]);
-        QCOMPARE(masters[1], masters[0]);
-    }
-
     // A damaged kept session is set aside, said in one line under the list,
     // and not offered; nothing else is asked or lost.
     void damagedSessionSetAside_data()

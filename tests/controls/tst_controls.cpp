@@ -207,19 +207,6 @@ private Q_SLOTS:
         }
     }
 
-    // A picture follows its widget to a screen of another scale, once, and keeps what it shows.
-    void surfaceFollowsTheScreen()
-    {
-        QWidget widget;
-        WidgetSurface surface(&widget);
-        surface.image().fill(Qt::red);
-        surface.SetDevicePixelRatio(widget.devicePixelRatioF() + 1);
-        QVERIFY(surface.FollowScreen());
-        QCOMPARE(surface.devicePixelRatio(), widget.devicePixelRatioF());
-        QCOMPARE(surface.image().pixel(surface.image().width() - 1, surface.image().height() - 1), qRgb(255, 0, 0));
-        QVERIFY(!surface.FollowScreen());
-    }
-
     // Every key reaches the window, as the code core's keycodes give it (their
     // table is checked there), from an enabled control or not.
     void keysPassThrough_data()
@@ -275,38 +262,6 @@ private Q_SLOTS:
             QVERIFY(first->hasFocus());
             QCOMPARE(second->grab().toImage(), plain);
         }
-    }
-
-    // The shadow is the caption one pixel up and left. Each is seen alone when
-    // the other has the fill colour (the shadow is the fore colour at a quarter),
-    // the shadow only where the caption drawn over it does not cover it.
-    void flatButtonShadow()
-    {
-        zelFlatButton b;
-        b.resize(80, 30);
-        b.SetCaption(u"Wi"_s);
-        b.SetForecolor(0xFFFFFF);
-        b.SetBackcolor(0x404040);
-        b.HandleMouseMove(-5, 10);
-        const auto red = [&b](int x, int y) { return qRed(pixel(b, x, y)); };
-        QList<QList<int>> caption(30, QList<int>(80));
-        for (int y = 0; y < 30; ++y)
-            for (int x = 0; x < 80; ++x)
-                caption[y][x] = red(x, y);
-        b.SetBackcolor(0xFFFFFF);
-        b.HandleMouseMove(-6, 10);
-        int compared = 0, worst = 0;
-        for (int y = 2; y < 27; ++y)
-            for (int x = 2; x < 77; ++x) {
-                if (caption[y][x] != 0x40)
-                    continue; // the caption covers the shadow here
-                const int ink = (caption[y + 1][x + 1] - 0x40) * 255 / 0xBF;
-                const int shade = (0xFF - red(x, y)) * 255 / 0xBF;
-                compared += ink > 0;
-                worst = qMax(worst, std::abs(ink - shade));
-            }
-        QVERIFY(compared > 10);
-        QCOMPARE(worst, 0);
     }
 
     void checkBox()

@@ -249,25 +249,6 @@ private Q_SLOTS:
         QCOMPARE(launches(env.prompter), QStringList(debugger + u" | "_s));
     }
 
-    // Every key the windows tell apart, with the code they match it by.
-    void virtualKeys()
-    {
-        const QList<std::pair<int, int>> keys = {
-                {Qt::Key_Backspace, 8}, {Qt::Key_Tab, 9},     {Qt::Key_Backtab, 9},  {Qt::Key_Return, 13},
-                {Qt::Key_Enter, 13},    {Qt::Key_Shift, 16},  {Qt::Key_Control, 17}, {Qt::Key_Alt, 18},
-                {Qt::Key_Pause, 19},    {Qt::Key_Escape, 27}, {Qt::Key_Space, 32},   {Qt::Key_PageUp, 33},
-                {Qt::Key_PageDown, 34}, {Qt::Key_End, 35},    {Qt::Key_Home, 36},    {Qt::Key_Left, 37},
-                {Qt::Key_Up, 38},       {Qt::Key_Right, 39},  {Qt::Key_Down, 40},    {Qt::Key_Insert, 45},
-                {Qt::Key_Delete, 46},   {Qt::Key_0, 48},      {Qt::Key_9, 57},       {Qt::Key_A, 65},
-                {Qt::Key_Z, 90},        {Qt::Key_F1, 112},    {Qt::Key_F5, 116},     {Qt::Key_F24, 135},
-                {Qt::Key_Menu, 0},      {Qt::Key_Exclam, 0},  {Qt::Key_F25, 0},
-        };
-        for (const auto &[key, code] : keys)
-            QVERIFY2(keycodes::ToVirtualKey(key) == code, qPrintable(u"Qt key 0x"_s + QString::number(key, 16)));
-        QCOMPARE(keycodes::ToShiftState(Qt::ShiftModifier | Qt::ControlModifier | Qt::AltModifier), 7);
-        QCOMPARE(keycodes::ToShiftState(Qt::ControlModifier | Qt::KeypadModifier), 2);
-    }
-
     void elapsedText_data()
     {
         QTest::addColumn<qint64>("frequency");
@@ -316,31 +297,6 @@ private Q_SLOTS:
         QCOMPARE(env.logLines(),
                  warned ? QStringList(u" .. warning: strElapsed couldn't find a '%t' in string mask/n"_s)
                         : QStringList());
-    }
-
-    void pauseWithEvents_data()
-    {
-        QTest::addColumn<int>("ms");
-        QTest::addColumn<bool>("fine");
-        QTest::addColumn<int>("sleeps");
-        QTest::addColumn<qint64>("slept");
-        QTest::addColumn<int>("eventRounds");
-        QTest::newRow("fine 150") << 150 << true << 150 << qint64(150) << 152;
-        QTest::newRow("fine 1") << 1 << true << 1 << qint64(1) << 3;
-        QTest::newRow("fine 0") << 0 << true << 0 << qint64(0) << 1;
-        QTest::newRow("coarse 75") << 75 << false << 1 << qint64(75) << 2;
-    }
-    void pauseWithEvents()
-    {
-        QFETCH(int, ms);
-        QFETCH(bool, fine);
-        QFETCH(int, sleeps);
-        QFETCH(qint64, slept);
-        QFETCH(int, eventRounds);
-        TestEnvironment env(false);
-        PauseWithEvents(ms, fine);
-        QCOMPARE(QList<qint64>({env.pauser.sleeps, env.pauser.sleptMs, env.pauser.eventRounds}),
-                 QList<qint64>({sleeps, slept, eventRounds}));
     }
 
     void homeDirectoryCreatedThenFound()
@@ -432,16 +388,6 @@ private Q_SLOTS:
         QCOMPARE(launches(env.prompter), QStringList(u"/usr/bin/mybrowser | --private file:///tmp/doc/index.html"_s));
         qunsetenv("XDG_DATA_DIRS");
         qunsetenv("XDG_CONFIG_DIRS");
-    }
-
-    void browserVariableWins()
-    {
-        TestEnvironment env;
-        qputenv("BROWSER", "/opt/b/browser --new-tab");
-        modBrowser::OpenProductPage();
-        QCOMPARE(launches(env.prompter), QStringList(u"/opt/b/browser | --new-tab "_s + modBrowser::ProductPageUrl()));
-        QVERIFY(modBrowser::ProductPageUrl().startsWith(u"file:///"_s));
-        QVERIFY(modBrowser::ProductPageUrl().endsWith(u"/doc/index.html"_s));
     }
 
     void overLongOrMissingBrowserCommand_data()

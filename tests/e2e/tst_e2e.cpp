@@ -250,30 +250,6 @@ private Q_SLOTS:
         QCOMPARE(stored.value(u"flist_name_5"_s).trimmed(), mine);
     }
 
-    // The editor's window carries the program's icon where a task bar reads
-    // it; without one the property is not there at all.
-    void editorWindowCarriesTheIcon()
-    {
-        const Installation build = installations().first();
-        QTemporaryDir home;
-        QProcess editor;
-        editor.setProcessChannelMode(QProcess::ForwardedChannels);
-        startOnDisplay(editor, build.binDir + u"/vxedit"_s, home.path(), {build.programDir + u"/ex1.zel"_s});
-        const QString window = waitForWindow(u"ex1.zel - Vocabrix Editor"_s);
-        QVERIFY2(!window.isEmpty(), "the editor's window did not appear");
-        QProcess xprop;
-        QProcessEnvironment env = QProcessEnvironment::systemEnvironment();
-        env.insert(u"DISPLAY"_s, m_display);
-        xprop.setProcessEnvironment(env);
-        xprop.start(u"xprop"_s, {u"-id"_s, window, u"_NET_WM_ICON"_s});
-        QVERIFY(xprop.waitForFinished(10000));
-        const QString icon = QString::fromLocal8Bit(xprop.readAllStandardOutput());
-        QVERIFY2(icon.startsWith(u"_NET_WM_ICON(CARDINAL) = "_s), qPrintable(icon.left(80)));
-        keys(window, {u"ctrl+q"_s});
-        QVERIFY(editor.waitForFinished(20000));
-        QCOMPARE(editor.exitCode(), 0);
-    }
-
     // A start-up abandoned before the event loop runs still ends the process
     // with its failure status: here the settings file is damaged, and both of
     // the program's boxes about it are answered.

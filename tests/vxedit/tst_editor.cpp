@@ -80,23 +80,6 @@ private Q_SLOTS:
         }
     }
 
-    void titleTooLongForTheCardIsNoted_data()
-    {
-        QTest::addColumn<QString>("title");
-        QTest::addColumn<QString>("note");
-        QTest::newRow("short") << u"German 1: Greetings"_s << QString();
-        QTest::newRow("runs into the help line") << QString(60, u'W') << u"Long: the card shows it"_s;
-        QTest::newRow("over the byte limit") << QString(200, u'a') << u"bytes"_s;
-    }
-    void titleTooLongForTheCardIsNoted()
-    {
-        QFETCH(QString, title);
-        QFETCH(QString, note);
-        QTest::keyClicks(m_window->TitleEdit(), title);
-        const QString shown = m_window->TitleNote()->text();
-        QVERIFY2(note.isEmpty() ? shown.isEmpty() : shown.contains(note), qPrintable(shown));
-    }
-
     void editsUndoAndRedo()
     {
         ChapterModel &model = open({u"eins"_s, u"zwei"_s, u"drei"_s});
@@ -325,62 +308,6 @@ private Q_SLOTS:
         QVERIFY(remove->isEnabled());
         remove->trigger();
         QCOMPARE(questions(), QStringList(u"eins"_s));
-    }
-
-    // The menu entries and column headers that open something, by mouse:
-    // what each changes of what a person can see.
-    void menusAndHeaders_data()
-    {
-        QTest::addColumn<QString>("step"); // a menu entry's text, or "header:<column>"
-        QTest::addColumn<QString>("effect");
-        QTest::newRow("New") << u"&New"_s << u"cards=- current=-1"_s;
-        QTest::newRow("Find and Replace, the card found selected")
-                << u"&Find and Replace..."_s << u"find=Card_2 current=1"_s;
-        QTest::newRow("Manual") << u"Vocabrix &Manual"_s << u"launches=1"_s;
-        QTest::newRow("About") << u"&About the Vocabrix Editor"_s << u"boxes=About_the_Vocabrix_Editor"_s;
-        QTest::newRow("a click on the questions' header sorts; the card in hand is followed")
-                << u"header:0"_s << u"cards=b,c,d current=2"_s;
-        QTest::newRow("the bytes left are not sorted by") << u"header:3"_s << QString();
-    }
-    void menusAndHeaders()
-    {
-        QFETCH(QString, step);
-        QFETCH(QString, effect);
-        qputenv("BROWSER", "testbrowser");
-        open({u"d"_s, u"b"_s, u"c"_s});
-        m_window->show();
-        auto observe = [&] {
-            auto *find = m_window->findChild<FindReplaceDialog *>();
-            if (find && find->isVisible()) {
-                find->findText->setText(u"b"_s);
-                find->findNext->click();
-            }
-            return QStringList({u"cards="_s + (questions().isEmpty() ? u"-"_s : questions().join(u',')),
-                                u"find="_s + (find && find->isVisible() ? find->result->text() : u"none"_s),
-                                u"current="_s + QString::number(m_window->Table()->currentIndex().row()),
-                                u"launches="_s + QString::number(m_env->prompter.launches.size()),
-                                u"boxes="_s + m_env->prompter.boxTitles().join(u',')})
-                    .join(u' ');
-        };
-        QStringList expected = observe().split(u' ');
-        for (const QString &change : effect.split(u' ', Qt::SkipEmptyParts))
-            for (QString &token : expected)
-                if (token.section(u'=', 0, 0) == change.section(u'=', 0, 0))
-                    token = QString(change).replace(u'_', u' ');
-        if (step.startsWith(u"header:"_s)) {
-            QHeaderView *header = m_window->Table()->horizontalHeader();
-            const int column = step.section(u':', 1).toInt();
-            QTest::mouseClick(header->viewport(), Qt::LeftButton, {},
-                              QPoint(header->sectionViewportPosition(column) + 5, header->height() / 2));
-        } else {
-            QAction *entry = nullptr;
-            for (QAction *a : m_window->findChildren<QAction *>())
-                if (a->text() == step)
-                    entry = a;
-            QVERIFY2(entry, qPrintable(step));
-            entry->trigger();
-        }
-        QCOMPARE(observe(), expected.join(u' '));
     }
 
     // The card found is brought into view, again when it is found again after

@@ -175,28 +175,6 @@ private Q_SLOTS:
         QCOMPARE(ReadFileBytes(dir.filePath(u"out.zel"_s)), existing);
     }
 
-    // A mistyped verb must reach the command line (a window needs a display);
-    // a file, even a missing one, goes to the window, which says what is wrong.
-    void windowOrCommandLine_data()
-    {
-        QTest::addColumn<QStringList>("args");
-        QTest::addColumn<bool>("commandLine");
-        for (const char *row : {"nothing||0", "chapter file|words.zel|0", "path without suffix|cards/words|0",
-                                "existing file without suffix|@notes|0", "verb|export words.zel|1",
-                                "mistyped verb|exprot words.zel|1", "option|--version|1"}) {
-            const QStringList parts = QString::fromLatin1(row).split(u'|');
-            QTest::newRow(qPrintable(parts[0])) << parts[1].split(u' ', Qt::SkipEmptyParts) << (parts[2] == u"1"_s);
-        }
-    }
-    void windowOrCommandLine()
-    {
-        QFETCH(QStringList, args);
-        QFETCH(bool, commandLine);
-        QTemporaryDir dir;
-        WriteFileBytes(dir.filePath(u"notes"_s), "a\tb\n");
-        QCOMPARE(commandline::IsCommandLine(withFolder(args, dir)), commandLine);
-    }
-
     // A settings file: numbers, notes and a text, as dump shows them; what
     // JSON cannot hold as it is, escaped.
     void dumpShowsSettings()

@@ -153,28 +153,6 @@ private Q_SLOTS:
         QCOMPARE(qRound(first.pageWidth), 595); // A4 upright, unless the dialog said otherwise
     }
 
-    // The real print dialog: on a machine without a printer it starts on a PDF file of the suggested name, and
-    // its Layout page carries the layout asked for into the choice.
-    void printDialogAsAsked()
-    {
-        if (!QPrinterInfo::defaultPrinter().isNull())
-            QSKIP("a printer is set up here: the dialog starts on it");
-        TestEnvironment env;
-        const QString suggested = env.path(u"trouble-cards.pdf"_s);
-        QString offered;
-        QTimer::singleShot(0, [&offered] {
-            auto *dialog = qobject_cast<QPrintDialog *>(QApplication::activeModalWidget());
-            QVERIFY(dialog);
-            offered = dialog->windowTitle() + u": "_s + dialog->printer()->outputFileName();
-            dialog->accept();
-        });
-        QtPrompter dialogs;
-        const std::optional<PrintChoice> choice = dialogs.AskPrint({kPrintTitle, suggested, PrintLayout::Fold});
-        QCOMPARE(offered, kPrintTitle + u": "_s + suggested);
-        QVERIFY(choice && choice->target == PrintTarget::PdfFile);
-        QCOMPARE(std::pair(choice->pdfFile, choice->layout), std::pair(suggested, PrintLayout::Fold));
-    }
-
     // "Speak Card" by key and menu: what is said, in which language.
     void speak_data()
     {
@@ -296,59 +274,6 @@ private Q_SLOTS:
                                 "speech.speak_new_cards=false\nspeech.other_language=xx\n"));
     }
 
-    // The machine's own engine says a word to its end, when it has one. Its
-    // speech-dispatcher runs for this test alone (its own folders, the sound
-    // going nowhere) and ends with it.
-    void speaksForReal()
-    {
-        TestEnvironment env;
-        const QString home = env.home();
-        QDir(home).mkpath(u".config/speech-dispatcher"_s);
-        QDir(home).mkpath(u"run"_s);
-        QDir(home).mkpath(u"log"_s);
-        QFile(home + u"/run"_s).setPermissions(QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
-        WriteFileBytes(home + u"/.config/speech-dispatcher/speechd.conf"_s,
-                       "Timeout 1\nAudioOutputMethod \"libao\"\nDefaultModule espeak-ng\nLogLevel 5\nLogDir \""
-                               + home.toUtf8() + "/log\"\n");
-        WriteFileBytes(home + u"/.libao"_s, "default_driver=null\n");
-        const QByteArray runtime = qgetenv("XDG_RUNTIME_DIR");
-        qputenv("XDG_RUNTIME_DIR", (home + u"/run"_s).toUtf8());
-        auto restore = qScopeGuard([&] { qputenv("XDG_RUNTIME_DIR", runtime); });
-        // Nothing outlives the test: the daemon it starts ends, taking its pid
-        // file along, a second after its last client; or it is ended.
-        const QString pidFile = home + u"/run/speech-dispatcher/pid/speech-dispatcher.pid"_s;
-        auto reap = qScopeGuard([&] {
-            for (int i = 0; i < 150 && QFileInfo::exists(pidFile); ++i)
-                QTest::qWait(100);
-            if (const qint64 pid = ReadFileBytes(pidFile).trimmed().toLongLong(); pid > 0)
-                ::kill(pid_t(pid), SIGKILL);
-        });
-        {
-            QtSpeaker speech;
-            if (!speech.Unavailable().isEmpty())
-                QSKIP(qPrintable(speech.Unavailable()));
-            QSignalSpy started(&speech, &QtSpeaker::Started);
-            QSignalSpy spoken(&speech, &QtSpeaker::Spoken);
-            QElapsedTimer clock;
-            clock.start();
-            speech.Say(u"Hallo"_s, u"de"_s);
-            QVERIFY(clock.elapsed() < 500); // the engine starts in its own thread
-            QTRY_VERIFY_WITH_TIMEOUT(started.count() == 1, 30000);
-            QVERIFY2(speech.Unavailable().isEmpty(), qPrintable(speech.Unavailable())); // a plugin found, it starts
-            QTRY_VERIFY_WITH_TIMEOUT(spoken.count() == 1, 30000);
-            // In the card's language: the daemon's log has what it was asked.
-            QVERIFY(ReadFileBytes(home + u"/log/speech-dispatcher.log"_s).contains("SET SELF LANGUAGE de"));
-            // The daemon gone: the next card cannot be said, and the program says why.
-            ::signal(SIGPIPE, SIG_IGN);
-            ::kill(pid_t(ReadFileBytes(pidFile).trimmed().toLongLong()), SIGTERM);
-            QTRY_VERIFY_WITH_TIMEOUT(!QFileInfo::exists(pidFile), 15000);
-            speech.Say(u"Tschüss"_s, u"de"_s);
-            QTRY_VERIFY_WITH_TIMEOUT(speech.Unavailable().startsWith(u"The speech engine failed: "_s), 10000);
-            QCOMPARE(started.count(), 2);
-        }
-        QTRY_VERIFY_WITH_TIMEOUT(!QFileInfo::exists(pidFile), 15000);
-    }
-
     // An engine that is installed but cannot start (its daemon out of reach) is
     // told once, with the engine's reason, and nothing is sent to it after.
     void engineThatDoesNotStart()
@@ -369,30 +294,6 @@ private Q_SLOTS:
         speech.Say(u"Tschüss"_s, u"de"_s);
         QTest::qWait(50);
         QCOMPARE(started.count(), 1);
-    }
-
-    // Without a speech plugin the program says why before anything is spoken, and starts no engine. In a
-    // process of its own, with no plugin folder: Qt keeps the plugins it has once found.
-    void noEngineInstalled()
-    {
-        if (!qEnvironmentVariableIsSet("VOCABRIX_NO_PLUGINS")) {
-            QProcess child;
-            QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
-            environment.insert(u"VOCABRIX_NO_PLUGINS"_s, u"1"_s);
-            child.setProcessEnvironment(environment);
-            child.start(QCoreApplication::applicationFilePath(), {u"noEngineInstalled"_s});
-            QVERIFY(child.waitForFinished(60000));
-            QVERIFY2(child.exitCode() == 0, child.readAllStandardOutput().constData());
-            return;
-        }
-        QTemporaryDir noPlugins;
-        QCoreApplication::setLibraryPaths({noPlugins.path()});
-        QtSpeaker speech;
-        QCOMPARE(speech.Unavailable(), u"No speech engine is installed (Qt has no text-to-speech plugin)"_s);
-        QSignalSpy started(&speech, &QtSpeaker::Started);
-        speech.Say(u"Hallo"_s, u"de"_s);
-        QTest::qWait(50);
-        QCOMPARE(started.count(), 0);
     }
 };
 

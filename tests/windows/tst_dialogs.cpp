@@ -93,65 +93,6 @@ private Q_SLOTS:
         QVERIFY(smallest.width() <= room.width() && smallest.height() <= room.height());
     }
 
-    // The About banner: black at its sides, the card blue in the middle, and the program's name in white over a
-    // black shadow one pixel up and to the left.
-    void aboutBanner()
-    {
-        frmAbout about;
-        about.show();
-        const QImage banner = about.grab(QRect(0, 0, about.width(), 92)).toImage();
-        QCOMPARE(banner.pixelColor(0, 4), QColor(Qt::black));
-        QCOMPARE(banner.pixelColor(about.width() / 2, 4), QColor(0x49, 0x55, 0xDE));
-        int white = 0, overShadow = 0;
-        for (int y = 1; y < banner.height(); ++y) {
-            for (int x = 1; x < banner.width(); ++x) {
-                if (banner.pixel(x, y) != qRgb(255, 255, 255))
-                    continue;
-                ++white;
-                overShadow += banner.pixel(x - 1, y - 1) == qRgb(0, 0, 0);
-            }
-        }
-        QVERIFY2(white > 200 && overShadow > 20, qPrintable(u"%1 %2"_s.arg(white).arg(overShadow)));
-    }
-
-    // A window's place goes into the settings in twips; only "save now" writes the file at once.
-    void windowPositionSaved_data()
-    {
-        QTest::addColumn<bool>("saveNow");
-        QTest::newRow("kept for the next save") << false;
-        QTest::newRow("saved at once") << true;
-    }
-    void windowPositionSaved()
-    {
-        QFETCH(bool, saveNow);
-        frmAbout about;
-        about.move(40, 30);
-        modMain::SaveWindowPosition(&about, saveNow);
-        QCOMPARE(g_MasterDb->GetNumber(u"frmAbout.left"_s, 0).value, 600);
-        QCOMPARE(g_MasterDb->GetNumber(u"frmAbout.top"_s, 0).value, 450);
-        QCOMPARE(ReadFileBytes(m_env->path(u"sys.zel"_s)).contains("frmAbout.top"), saveNow);
-    }
-
-    // A window that goes notes its place for the next save of the settings, without writing them.
-    void closingNotesThePlace_data()
-    {
-        QTest::addColumn<QString>("window");
-        for (const QString &window : {u"frmFind"_s, u"frmViewer"_s, u"frmOptions"_s, u"frmChapter"_s})
-            QTest::newRow(qPrintable(window)) << window;
-    }
-    void closingNotesThePlace()
-    {
-        QFETCH(QString, window);
-        std::unique_ptr<QWidget> owned;
-        QWidget *form = openWindow(window, owned);
-        form->show();
-        form->move(40, 30);
-        const QByteArray saved = ReadFileBytes(m_env->path(u"sys.zel"_s));
-        forms::Unload(form); // as closing it or loading chapters does
-        QCOMPARE(g_MasterDb->GetNumber(window + u".left"_s, 0).value, 600);
-        QCOMPARE(ReadFileBytes(m_env->path(u"sys.zel"_s)), saved);
-    }
-
     // A window that opens where it likes is made to fit the screen's free area with its frame, and moved onto it.
     void fitInto_data()
     {
@@ -463,35 +404,6 @@ private Q_SLOTS:
         options = frmOptions::Instance();
         options->Command4->click();
         QCOMPARE(options->PreviewMetrics()->Color(u"backcolor_b"_s, 0), 14570825u);
-    }
-
-    // Drawn as soon as the window is loaded.
-    void previewDrawsSampleTexts()
-    {
-        frmOptions *options = frmOptions::Instance();
-        r_data *preview = options->PreviewMetrics();
-        using C = r_data::Corner;
-        QCOMPARE(QStringList({preview->MainText(), preview->CornerText(C::TopLeft), preview->CornerText(C::TopRight),
-                              preview->CornerText(C::BottomLeft), preview->CornerText(C::BottomRight)}),
-                 QStringList({u"maintext"_s, u"tltext"_s, u"trtext"_s, u"bltext"_s, u"brtext"_s}));
-        const QImage &img = options->Picture2->Surface()->image();
-        auto textIn = [&](QRect area) {
-            for (int y = area.top(); y <= area.bottom(); ++y)
-                for (int x = area.left(); x <= area.right(); ++x)
-                    if (qGreen(img.pixel(x, y)) > 200 && qRed(img.pixel(x, y)) > 200)
-                        return true;
-            return false;
-        };
-        const int w = img.width(), h = img.height();
-        // The four corners and the middle.
-        for (const QRect area : {QRect(2, 0, 60, 14), QRect(w - 62, 0, 60, 14), QRect(2, h - 14, 60, 14),
-                                 QRect(w - 62, h - 14, 60, 14), QRect(w / 2 - 50, h / 2 - 10, 100, 20)})
-            QVERIFY(textIn(area));
-        // And again at every tick of its timer, over whatever the window showed.
-        options->Picture2->Surface()->image().fill(Qt::black);
-        QSignalSpy tick(options->Timer1, &QTimer::timeout);
-        QVERIFY(tick.wait());
-        QVERIFY(textIn({w / 2 - 50, h / 2 - 10, 100, 20}));
     }
 
     // Last: once the program has ended, a modal window of a later test would close at once.

@@ -115,66 +115,6 @@ private Q_SLOTS:
         QVERIFY(!forms::Open().contains(find));
     }
 
-    // Case is told apart, or not, in any script.
-    void searchInAnyScript_data()
-    {
-        QTest::addColumn<QString>("typed");
-        QTest::addColumn<bool>("matchCase");
-        QTest::addColumn<QList<int>>("found");
-        QTest::newRow("cyrillic, any case") << u"ЖУ"_s << false << QList<int> {1, 2};
-        QTest::newRow("cyrillic, case kept") << u"жу"_s << true << QList<int> {1};
-        QTest::newRow("greek, any case") << u"σοφ"_s << false << QList<int> {3};
-        QTest::newRow("greek final sigma") << u"οδος"_s << false << QList<int> {4};
-        QTest::newRow("japanese") << u"本"_s << false << QList<int> {5};
-    }
-    void searchInAnyScript()
-    {
-        QFETCH(QString, typed);
-        QFETCH(bool, matchCase);
-        QFETCH(QList<int>, found);
-        const std::pair<QString, QString> cards[] = {
-                {u"жук"_s, u"beetle"_s}, {u"ЖУРНАЛ"_s, u"magazine"_s}, {u"Σοφία"_s, u"wisdom"_s},
-                {u"ΟΔΟΣ"_s, u"road"_s},  {u"日本"_s, u"Japan"_s},
-        };
-        g_Deck.Resize(5);
-        for (int i = 0; i < 5; ++i) {
-            g_Deck[i].question = cards[i].first;
-            g_Deck[i].answer = cards[i].second;
-            g_Deck[i].chapter = u"Русский 1"_s;
-        }
-        frmFind *find = frmFind::Instance();
-        find->Text2->setText(typed);
-        find->Check3->setChecked(matchCase);
-        find->Search();
-        QCOMPARE(listedOrdinals(), found);
-        if (QTest::currentDataTag() == QByteArray("cyrillic, any case")) {
-            frmViewer::Instance()->show();
-            QVERIFY(SaveScreenshot(frmViewer::Instance()->grab().toImage(), u"viewer-russian.png"_s));
-        }
-    }
-
-    void everyCardForStarOrNothing_data()
-    {
-        QTest::addColumn<QString>("typed");
-        QTest::newRow("star") << u"*"_s;
-        QTest::newRow("empty") << QString();
-        QTest::newRow("blanks") << u"   "_s;
-    }
-    void everyCardForStarOrNothing()
-    {
-        QFETCH(QString, typed);
-        frmFind *find = frmFind::Instance();
-        find->Text2->setText(typed);
-        find->Search();
-        QCOMPARE(listedOrdinals(), QList<int>({1, 2, 3, 4, 5, 6, 7})); // the empty slot too
-        QCOMPARE(frmViewer::Instance()->windowTitle(), u"Item Viewer"_s);
-        QCOMPARE(frmViewer::Instance()->LoadingText(), u"6 cards"_s); // the empty slot is no card
-        frmMain::Existing()->ViewAllCards();
-        QCOMPARE(listedOrdinals().size(), 7);
-        for (int row = 0; row < 7; ++row) // nothing was searched for, so nothing is bold
-            QVERIFY(!isBold(row, CardListModel::Question) && !isBold(row, CardListModel::Answer));
-    }
-
     void jumpToCard_data()
     {
         QTest::addColumn<QString>("typed");

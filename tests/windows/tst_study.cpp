@@ -395,29 +395,6 @@ private Q_SLOTS:
         QCOMPARE(observe(env, &raised), changed(before, effect));
     }
 
-    // "Either side at random" asks the coin for every new card: a test's coin
-    // that always falls on the answer, then the program's own, which falls
-    // both ways (one side 64 times running: once in 2^63 runs).
-    void randomSideFallsBothWays()
-    {
-        TestEnvironment env;
-        g_Extras.SetString(u"study.first_side"_s, u"random"_s);
-        StudyDeck(2);
-        modrender::ShowFirstCard();
-        auto sides = [] {
-            QSet<bool> answerFirst;
-            for (int i = 0; i < 64; ++i) {
-                frmMain::Existing()->HandleKey(39, 0); // Right
-                answerFirst << (modrender::ShownSide() == modrender::Side::Answer);
-            }
-            return answerFirst;
-        };
-        modrender::SetSideCoin([] { return true; });
-        QCOMPARE(sides(), QSet<bool>({true}));
-        modrender::SetSideCoin(nullptr);
-        QCOMPARE(sides(), QSet<bool>({false, true}));
-    }
-
     // Undo goes back step by step, far enough; only the latest steps are kept.
     void undoGoesBackStepByStep()
     {
@@ -485,25 +462,6 @@ private Q_SLOTS:
         QVERIFY(!main->findChild<frmProgress *>());
         QVERIFY(main->Check1->Enabled() && main->zelFlatButton4->Enabled());
         QVERIFY(!g_ShuffleRunning);
-    }
-
-    // The bar moves each time 50 more cards are placed, to keep its redraws rare.
-    void shuffleProgressSteps()
-    {
-        TestEnvironment env;
-        ReversingRandom reversing(120);
-        SetRandomSource(&reversing);
-        StudyDeck(120);
-        modrender::ShowFirstCard();
-        frmMain *main = frmMain::Existing();
-        QList<int> seen;
-        reversing.onDraw = [&] {
-            const int value = main->findChild<frmProgress *>()->Value();
-            if (seen.isEmpty() || seen.last() != value)
-                seen << value;
-        };
-        main->Shuffle();
-        QCOMPARE(seen, QList<int>({0, 50, 100}));
     }
 
     // A shutdown asked for mid-shuffle: the deck stays as it was and the card
