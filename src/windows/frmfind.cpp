@@ -203,7 +203,6 @@ void frmFind::Search()
     const Qt::CaseSensitivity cs = Check3->isChecked() ? Qt::CaseSensitive : Qt::CaseInsensitive;
     const bool inQuestions = Check1->isChecked(), inAnswers = Check2->isChecked();
     frmViewer *viewer = frmViewer::Instance();
-    viewer->Cards()->Clear();
     clsTimer timer;
     timer.Start();
     std::vector<CardListModel::Row> rows;

@@ -140,7 +140,8 @@ private Q_SLOTS:
               "missing value|import a.tsv -o|-o needs a value",
               "unknown command|frobnicate a.zel|unknown command frobnicate",
               "unknown option first|--frobnicate|unknown option --frobnicate",
-              "header on export|export a.zel --no-header|only import takes --header and --no-header"}) {
+              "header on export|export a.zel --no-header|only import takes --header and --no-header",
+              "languages on dump|dump a.zel --set de,en|dump takes none of --trouble-only, --fold, --set, --clear"}) {
             const QStringList parts = QString::fromLatin1(usage).split(u'|');
             QTest::newRow(qPrintable(parts[0]))
                     << u"f.zel"_s << QByteArray() << parts[1].split(u' ', Qt::SkipEmptyParts)

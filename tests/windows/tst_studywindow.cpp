@@ -236,6 +236,11 @@ private Q_SLOTS:
         QCOMPARE(g_MasterDb->GetNumber(u"alpha_level"_s, 0).value, 17);
         QCOMPARE(g_MasterDb->GetNumber(u"alpha_effects"_s, 5).value, 0);
         QCOMPARE(g_MasterDb->GetNote(u"alpha_effects"_s), u"alpha_transparency"_s);
+        for (const int outOfRange : {-1, 256}) { // a stored level out of range leaves the one in use
+            g_MasterDb->SetValue(u"alpha_level"_s, QString(), outOfRange, QString());
+            modrender::LoadAlphaOptions();
+            QCOMPARE(int(modrender::AlphaLevel), 17);
+        }
     }
 };
 
