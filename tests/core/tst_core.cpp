@@ -299,6 +299,31 @@ private Q_SLOTS:
                         : QStringList());
     }
 
+    void pauseWithEvents_data()
+    {
+        QTest::addColumn<int>("ms");
+        QTest::addColumn<bool>("fine");
+        QTest::addColumn<int>("sleeps");
+        QTest::addColumn<qint64>("slept");
+        QTest::addColumn<int>("eventRounds");
+        QTest::newRow("fine 150") << 150 << true << 150 << qint64(150) << 152;
+        QTest::newRow("fine 1") << 1 << true << 1 << qint64(1) << 3;
+        QTest::newRow("fine 0") << 0 << true << 0 << qint64(0) << 1;
+        QTest::newRow("coarse 75") << 75 << false << 1 << qint64(75) << 2;
+    }
+    void pauseWithEvents()
+    {
+        QFETCH(int, ms);
+        QFETCH(bool, fine);
+        QFETCH(int, sleeps);
+        QFETCH(qint64, slept);
+        QFETCH(int, eventRounds);
+        TestEnvironment env(false);
+        PauseWithEvents(ms, fine);
+        QCOMPARE(QList<qint64>({env.pauser.sleeps, env.pauser.sleptMs, env.pauser.eventRounds}),
+                 QList<qint64>({sleeps, slept, eventRounds}));
+    }
+
     void homeDirectoryCreatedThenFound()
     {
         TestEnvironment env;
