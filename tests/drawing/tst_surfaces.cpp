@@ -12,12 +12,7 @@
 
 #include <QCryptographicHash>
 #include <QDir>
-#include <QGuiApplication>
-#include <QPainter>
-#include <QPalette>
 #include <QRegularExpression>
-
-#include <tuple>
 
 using namespace Qt::Literals::StringLiterals;
 

@@ -17,7 +17,6 @@
 #include <QJsonObject>
 #include <QPixmap>
 #include <QProcess>
-#include <QScreen>
 #include <QStandardPaths>
 #include <QTemporaryDir>
 #include <QTest>

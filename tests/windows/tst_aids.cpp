@@ -9,18 +9,9 @@
 #include "windows/speechpage.h"
 
 #include <QComboBox>
-#include <QElapsedTimer>
 #include <QLabel>
 #include <QMenu>
-#include <QPrintDialog>
-#include <QPrinter>
-#include <QPrinterInfo>
-#include <QProcess>
-#include <QScopeGuard>
 #include <QSignalSpy>
-
-#include <csignal>
-#include <sys/types.h>
 
 using namespace Qt::Literals::StringLiterals;
 

@@ -21,8 +21,6 @@
 #include <QHeaderView>
 #include <QListWidget>
 #include <QRadioButton>
-#include <QSignalSpy>
-#include <QSlider>
 #include <QTabBar>
 
 namespace {

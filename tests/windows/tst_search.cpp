@@ -9,8 +9,6 @@
 #include <QRegularExpression>
 #include <QStyle>
 #include <QStyleOptionViewItem>
-#include <QTabBar>
-#include <QTreeView>
 
 namespace {
 
