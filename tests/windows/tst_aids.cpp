@@ -9,9 +9,15 @@
 #include "windows/speechpage.h"
 
 #include <QComboBox>
+#include <QElapsedTimer>
 #include <QLabel>
 #include <QMenu>
+#include <QProcess>
+#include <QScopeGuard>
 #include <QSignalSpy>
+
+#include <csignal>
+#include <sys/types.h>
 
 using namespace Qt::Literals::StringLiterals;
 
@@ -263,6 +269,59 @@ private Q_SLOTS:
                      QByteArray("# Vocabrix: settings of the study window's additions\n"
                                 "speech.answer_language=fr\nspeech.question_language=es\n"
                                 "speech.speak_new_cards=false\nspeech.other_language=xx\n"));
+    }
+
+    // The machine's own engine says a word to its end, when it has one. Its
+    // speech-dispatcher runs for this test alone (its own folders, the sound
+    // going nowhere) and ends with it.
+    void speaksForReal()
+    {
+        TestEnvironment env;
+        const QString home = env.home();
+        QDir(home).mkpath(u".config/speech-dispatcher"_s);
+        QDir(home).mkpath(u"run"_s);
+        QDir(home).mkpath(u"log"_s);
+        QFile(home + u"/run"_s).setPermissions(QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
+        WriteFileBytes(home + u"/.config/speech-dispatcher/speechd.conf"_s,
+                       "Timeout 1\nAudioOutputMethod \"libao\"\nDefaultModule espeak-ng\nLogLevel 5\nLogDir \""
+                               + home.toUtf8() + "/log\"\n");
+        WriteFileBytes(home + u"/.libao"_s, "default_driver=null\n");
+        const QByteArray runtime = qgetenv("XDG_RUNTIME_DIR");
+        qputenv("XDG_RUNTIME_DIR", (home + u"/run"_s).toUtf8());
+        auto restore = qScopeGuard([&] { qputenv("XDG_RUNTIME_DIR", runtime); });
+        // Nothing outlives the test: the daemon it starts ends, taking its pid
+        // file along, a second after its last client; or it is ended.
+        const QString pidFile = home + u"/run/speech-dispatcher/pid/speech-dispatcher.pid"_s;
+        auto reap = qScopeGuard([&] {
+            for (int i = 0; i < 150 && QFileInfo::exists(pidFile); ++i)
+                QTest::qWait(100);
+            if (const qint64 pid = ReadFileBytes(pidFile).trimmed().toLongLong(); pid > 0)
+                ::kill(pid_t(pid), SIGKILL);
+        });
+        {
+            QtSpeaker speech;
+            if (!speech.Unavailable().isEmpty())
+                QSKIP(qPrintable(speech.Unavailable()));
+            QSignalSpy started(&speech, &QtSpeaker::Started);
+            QSignalSpy spoken(&speech, &QtSpeaker::Spoken);
+            QElapsedTimer clock;
+            clock.start();
+            speech.Say(u"Hallo"_s, u"de"_s);
+            QVERIFY(clock.elapsed() < 500); // the engine starts in its own thread
+            QTRY_VERIFY_WITH_TIMEOUT(started.count() == 1, 30000);
+            QVERIFY2(speech.Unavailable().isEmpty(), qPrintable(speech.Unavailable())); // a plugin found, it starts
+            QTRY_VERIFY_WITH_TIMEOUT(spoken.count() == 1, 30000);
+            // In the card's language: the daemon's log has what it was asked.
+            QVERIFY(ReadFileBytes(home + u"/log/speech-dispatcher.log"_s).contains("SET SELF LANGUAGE de"));
+            // The daemon gone: the next card cannot be said, and the program says why.
+            ::signal(SIGPIPE, SIG_IGN);
+            ::kill(pid_t(ReadFileBytes(pidFile).trimmed().toLongLong()), SIGTERM);
+            QTRY_VERIFY_WITH_TIMEOUT(!QFileInfo::exists(pidFile), 15000);
+            speech.Say(u"Tschüss"_s, u"de"_s);
+            QTRY_VERIFY_WITH_TIMEOUT(speech.Unavailable().startsWith(u"The speech engine failed: "_s), 10000);
+            QCOMPARE(started.count(), 2);
+        }
+        QTRY_VERIFY_WITH_TIMEOUT(!QFileInfo::exists(pidFile), 15000);
     }
 
     // An engine that is installed but cannot start (its daemon out of reach) is
