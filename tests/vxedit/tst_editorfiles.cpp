@@ -125,6 +125,53 @@ private Q_SLOTS:
             QCOMPARE(ReadFileBytes(words + u".lang"_s), before);
     }
 
+    // Languages that cannot be written beside the chapter: the save says so and the change stays unsaved.
+    void languagesNotWritten()
+    {
+        const QString words = path(u"words.zel"_s);
+        WriteFileBytes(words, chapterFile({{"Hund", "dog", ""}, {"Katze", "cat", ""}}));
+        QVERIFY(m_window->OpenFile(words));
+        QVERIFY(QDir().mkpath(words + u".lang"_s)); // a folder in its place
+        m_env->prompter.onModal = [](QObject *window) {
+            auto *dialog = qobject_cast<LanguagesDialog *>(window);
+            dialog->QuestionLanguage->setCurrentIndex(dialog->QuestionLanguage->findData(u"de"_s));
+            return int(QDialog::Accepted);
+        };
+        m_window->EditLanguages();
+        QVERIFY(!m_window->Save());
+        QCOMPARE(m_env->prompter.boxTitles(), QStringList(u"Languages Not Saved"_s));
+        QVERIFY(!m_window->UndoStack()->isClean());
+    }
+
+    void otherKorvaFilesOnlyForALook()
+    {
+        const QByteArray settings = bytes::header("KORVA Database File; KORVA Lite version", 4, 1)
+                + bytes::placeholder() + bytes::entry("backcolor_b", 0, {}, 14570825, "color_metrics");
+        WriteFileBytes(path(u"sys.zel"_s), settings);
+        m_env->prompter.answers = {MsgResult::No};
+        QVERIFY(!m_window->OpenFile(path(u"sys.zel"_s)));
+        QCOMPARE(m_env->prompter.seen(),
+                 QStringList(Box(u"Not a Chapter"_s,
+                                 u"The file '%1' is a Vocabrix data file, but not a chapter (its description is 'KORVA "
+                                 "Database File; KORVA Lite version'), so it can't be edited here.\n\nOpen it "
+                                 "read-only to look inside?"_s.arg(path(u"sys.zel"_s)),
+                                 MsgIcon::Question, MsgButtons::YesNo)));
+        QCOMPARE(m_window->Model()->rowCount(), 0);
+
+        m_env->prompter.answers = {MsgResult::Yes};
+        QVERIFY(m_window->OpenFile(path(u"sys.zel"_s)));
+        QVERIFY(m_window->Document().ReadOnly());
+        QCOMPARE(m_window->Model()->index(0, ChapterModel::Answer).data().toString(), u"(number) 14570825"_s);
+        QVERIFY(!(m_window->Model()->flags(m_window->Model()->index(0, 0)) & Qt::ItemIsEditable));
+        QVERIFY(m_window->windowTitle().contains(u"(read-only)"_s));
+        QVERIFY(!m_window->Save());
+        QCOMPARE(ReadFileBytes(path(u"sys.zel"_s)), settings);
+
+        WriteFileBytes(path(u"junk.zel"_s), "not a KORVA file at all, just text\n");
+        QVERIFY(!m_window->OpenFile(path(u"junk.zel"_s)));
+        QCOMPARE(m_env->prompter.boxTitles().last(), u"Can't Open Chapter"_s);
+    }
+
     void unsavedChangesAreAskedFor()
     {
         ChapterModel &model = open({u"eins"_s, u"zwei"_s});
