@@ -3,12 +3,10 @@
 
 #include "app/instanceguard.h"
 #include "cards/progressfile.h"
-#include "controls/zelcheck.h"
 #include "core/extrasettings.h"
 #include "core/modbrowser.h"
 #include "core/modfolders.h"
 #include "core/osversion.h"
-#include "korvabuilder.h"
 #include "uitestsupport.h"
 #include "windows/frmchapter.h"
 #include "windows/frmsetup.h"
@@ -21,10 +19,6 @@
 #include <QLabel>
 #include <QLocalServer>
 #include <QRadioButton>
-#include <QToolBar>
-#include <QToolButton>
-
-#include <sys/stat.h>
 
 using namespace Qt::Literals::StringLiterals;
 

