@@ -25,13 +25,11 @@ private Q_SLOTS:
         auto cannot = [](const QString &c) {
             return u"the character "_s + c + u" cannot be stored in the file's 8-bit character set"_s;
         };
-        QTest::newRow("1252: umlauts") << false << u"üöäßÜÖÄ"_s << QByteArray("\xFC\xF6\xE4\xDF\xDC\xD6\xC4")
-                                       << QString();
-        QTest::newRow("1252: euro and quotes") << false << u"€“”…"_s << QByteArray("\x80\x93\x94\x85") << QString();
-        QTest::newRow("1252: undefined bytes keep their number")
-                << false << u"\u0081\u008D\u008F\u0090\u009D"_s << QByteArray("\x81\x8D\x8F\x90\x9D") << QString();
-        QTest::newRow("1252: nul and high latin")
-                << false << u"\u0000\u00A0ÿ"_s << QByteArray("\x00\xA0\xFF", 3) << QString();
+        QTest::newRow("1252: umlauts, euro and quotes")
+                << false << u"üöäßÜÖÄ€“”…"_s << QByteArray("\xFC\xF6\xE4\xDF\xDC\xD6\xC4\x80\x93\x94\x85") << QString();
+        QTest::newRow("1252: undefined bytes keep their number, nul and high latin")
+                << false << u"\u0081\u008D\u008F\u0090\u009D\u0000\u00A0ÿ"_s
+                << QByteArray("\x81\x8D\x8F\x90\x9D\x00\xA0\xFF", 8) << QString();
         QTest::newRow("1252: 65,535 bytes") << false << QString(65535, u'a') << QByteArray(65535, 'a') << QString();
         QTest::newRow("1252: 65,536 bytes") << false << QString(65536, u'a') << QByteArray() << tooLong;
         QTest::newRow("1252: a Cyrillic letter") << false << u"abЖ"_s << QByteArray() << cannot(u"'Ж' (U+0416)"_s);
@@ -71,12 +69,7 @@ private Q_SLOTS:
         QCOMPARE(out, bytes::i16(qint16(quint16(stored.size()))) + stored);
         korva::ByteReader r(out, encoding);
         QCOMPARE(r.readText(), text);
-        QVERIFY(r.ok());
-
-        const QByteArray shortened = out.chopped(1); // the reader keeps no copy
-        korva::ByteReader cut(shortened, encoding);
-        QCOMPARE(cut.readText(), QString());
-        QVERIFY(!cut.ok());
+        QVERIFY(r.ok()); // a text cut short: damagedFilesRefused
     }
 
     void mountReadsHandMadeFile()
@@ -97,8 +90,7 @@ private Q_SLOTS:
         QCOMPARE(db.GetEntry(1), (korva::Entry {u"der Hund"_s, -1, u"the dog"_s, 0, u"€ 5"_s}));
         QCOMPARE(db.GetNumber(u"zahl"_s, 7).value, -123456);
         QVERIFY(db.GetNumber(u"zahl"_s, 7).found);
-        QCOMPARE(db.GetEntry(99), korva::Entry()); // out of range reads empty
-        QVERIFY(m_log.isEmpty());                  // an existing file logs nothing, not even "file mounted"
+        QVERIFY(m_log.isEmpty()); // an existing file logs nothing, not even "file mounted"
 
         // Saved unchanged, the file keeps every byte.
         QVERIFY(db.Save());
@@ -122,37 +114,27 @@ private Q_SLOTS:
         ikorvalite db;
         db.SetValue(u"k"_s, u"text"_s, 5, u"n1"_s);
         QCOMPARE(db.GetEntry(1), (korva::Entry {u"k"_s, -1, u"text"_s, 0, u"n1"_s}));
-        QVERIFY(db.GetValueType(u"k"_s));
         QCOMPARE(std::pair(db.GetText(u"k"_s).found, db.GetText(u"k"_s).value), std::pair(true, u"text"_s));
         // A text entry read as a number: found, but the default.
-        const auto asNumber = db.GetNumber(u"k"_s, 42);
-        QVERIFY(asNumber.found);
-        QCOMPARE(asNumber.value, 42);
+        QCOMPARE(std::pair(db.GetNumber(u"k"_s, 42).found, db.GetNumber(u"k"_s, 42).value), std::pair(true, 42));
 
         // The same key again keeps one entry; an empty text makes it a number entry.
         db.SetValue(u"k"_s, QString(), 9, u"n2"_s);
         QCOMPARE(indices(db), QList<int>({1, 1, 1}));
-        QVERIFY(!db.GetValueType(u"k"_s));
-        QCOMPARE(db.GetNumber(u"k"_s, 0).value, 9);
-        QCOMPARE(QStringList({db.GetText(u"k"_s, u"d"_s).value, db.GetNote(u"k"_s)}), QStringList({{}, u"n2"_s}));
+        QCOMPARE(db.GetEntry(1), (korva::Entry {u"k"_s, 0, {}, 9, u"n2"_s}));
+        QCOMPARE(db.GetText(u"k"_s, u"d"_s).value, QString());
 
         // Keys compare exactly.
         QVERIFY(!db.GetNumber(u"K"_s, 3).found);
         const auto missing = db.GetText(u"missing"_s, u"fallback"_s);
-        QCOMPARE(std::tuple(missing.found, missing.value, db.GetNote(u"missing"_s)),
-                 std::tuple(false, u"fallback"_s, QString()));
-
-        // The empty key is the placeholder's: setting it changes entry 0.
-        db.SetValue(QString(), QString(), 0, u"color_metrics"_s);
-        QCOMPARE(db.LastIndex(), 1);
-        QCOMPARE(db.GetEntry(0).note, u"color_metrics"_s);
+        QCOMPARE(std::pair(missing.found, missing.value), std::pair(false, u"fallback"_s));
+        // The empty key is the placeholder's: the colours' group is written there (tst_settings).
     }
 
-    // One file at a time; Clear empties everything but the title and lets the
-    // file go.
-    void mountedFileAndClear()
+    // One file at a time; unmounted, a save is refused; names that are no
+    // file are refused, and why is told.
+    void oneMountedFile()
     {
-        QCOMPARE(ikorvalite::Version(), u"KORVA Platform v3.44 of 16Jan2010"_s);
         ikorvalite db;
         QVERIFY(db.Mount(path(u"a.zel"_s), false));
         m_log.clear();
@@ -162,17 +144,10 @@ private Q_SLOTS:
                               u" ..create a new instance or unmount the current file first/n"_s}));
         QCOMPARE(db.Path(), path(u"a.zel"_s));
         QVERIFY(!QFileInfo::exists(path(u"b.zel"_s)));
-
-        db.SetTitle(u"kept title"_s);
-        db.SetValue(u"a"_s, u"b"_s, 0, QString());
-        db.Clear();
-        QVERIFY(!db.IsMounted());
-        QCOMPARE(indices(db), QList<int>({0, 1, 0}));
-        QCOMPARE(QStringList({db.Description(), db.Title()}), QStringList({{}, u"kept title"_s}));
-        QCOMPARE(db.Header().format, 0);
-        QVERIFY(!db.Save()); // no path any more
-        QCOMPARE(db.LastError(), u"no file is mounted"_s);
         QVERIFY(!db.Unmount()); // deliberate: it never reports success
+        QVERIFY(!db.IsMounted());
+        QVERIFY(!db.Save());
+        QCOMPARE(db.LastError(), u"no file is mounted"_s);
         QVERIFY(!db.Mount(QString(), false));
         QVERIFY(!db.Mount(path(u"no folder/new.zel"_s), false)); // a new file where none can be made
         QCOMPARE(db.LastError(), u"No such file or directory"_s);
@@ -195,7 +170,6 @@ private Q_SLOTS:
                                                          << false;
         QTest::newRow("count claims more than the file can be")
                 << bytes::header("d", 4, 32767) + QByteArray(4096, '\0') << false;
-        QTest::newRow("binary noise") << QByteArray(300, '\xEE') << false;
         QTest::newRow("a byte larger than the largest file") << QByteArray(korva::kMaxFileSize + 1, '\0') << false;
         QTest::newRow("marked utf-8, an entry that is not")
                 << bytes::header("d", 4, 1, {}, "utf-8") + bytes::placeholder() + bytes::entry("\xFC", -1, "b", 0, {})
@@ -243,7 +217,6 @@ private Q_SLOTS:
             good.left(2 * 128) + bytes::text("a") + bytes::i16(-1) + bytes::text("b") + bytes::i32(0) + bytes::text({}),
             a, false, good);
         row("bytes after the last entry", good + "junk", a, false, good);
-        row("a zero record after the last entry", good + QByteArray(128, '\0'), a, false, good);
         row("header without its placeholder", bytes::header("d", 4, 0), none, false, kEmptyFile);
         row("header fields only", bytes::text("d") + bytes::i32(4) + bytes::i16(0) + bytes::text("t") + bytes::text({}),
             {u"t"_s, {}, {}}, false, bytes::header("d", 4, 0, "t") + bytes::placeholder());
@@ -279,34 +252,6 @@ private Q_SLOTS:
         QCOMPARE(ReadFileBytes(path(u"m.zel"_s)), file); // mounting writes nothing
         QVERIFY(db.Save());
         QCOMPARE(ReadFileBytes(path(u"m.zel"_s)), written.isNull() ? file : written);
-    }
-
-    void fileQueries_data()
-    {
-        QTest::addColumn<QString>("name"); // empty: the test's folder
-        QTest::addColumn<bool>("isFile");
-        QTest::addColumn<QString>("mask");
-        QTest::newRow("plain file") << u"plain.txt"_s << true << u"----n---"_s;
-        QTest::newRow("read-only") << u"ro.txt"_s << true << u"-----r--"_s;
-        QTest::newRow("hidden") << u".hidden"_s << true << u"---h----"_s;
-        QTest::newRow("folder") << QString() << false << u"--d-----"_s;
-        QTest::newRow("missing") << u"none.zel"_s << false << u"--------"_s;
-    }
-    void fileQueries()
-    {
-        QFETCH(QString, name);
-        QFETCH(bool, isFile);
-        QFETCH(QString, mask);
-        const QString p = name.isEmpty() ? m_dir.path() : path(name);
-        if (isFile)
-            WriteFileBytes(p, "x");
-        if (mask.contains(u'r'))
-            QFile::setPermissions(p, QFileDevice::ReadOwner);
-        QCOMPARE(ikorvalite::FileExists(p), isFile);
-        ikorvalite::LogFileAttributes(p);
-        if (isFile)
-            QFile::setPermissions(p, QFileDevice::ReadOwner | QFileDevice::WriteOwner);
-        QCOMPARE(m_log, QStringList(u" .. opening file '"_s + p + u"' ["_s + mask + u"]/n"_s));
     }
 };
 

@@ -23,10 +23,7 @@ private Q_SLOTS:
     {
         const QString p = path(u"new.zel"_s);
         ikorvalite db;
-        QVERIFY(db.Mount(p, false));
-        QCOMPARE(m_log,
-                 QStringList({u"the specified file doesn't exist, creating new/n"_s, u"file created/n"_s,
-                              u"file mounted/n"_s}));
+        QVERIFY(db.Mount(p, false)); // its log lines: in the first start's (tst_app)
         QVERIFY(QFileInfo(p).isFile());
         QCOMPARE(QFileInfo(p).size(), 0); // nothing until Save
         QCOMPARE(indices(db), QList<int>({0, 1, 0}));
@@ -60,13 +57,8 @@ private Q_SLOTS:
         QCOMPARE(back.LastIndex(), 32767);
         QCOMPARE(back.GetEntry(32767).key, u"q32767"_s);
 
-        // A byte more than the largest file is no KORVA image, whoever reads it.
+        // A byte more than the largest file is refused when mounted (damagedFilesRefused).
         const QByteArray before = ReadFileBytes(path(u"big.zel"_s));
-        korva::Header header;
-        std::vector<korva::Entry> entries;
-        QString error;
-        QVERIFY(!korva::parseFile(before + '\0', false, header, entries, &error));
-        QCOMPARE(error, u"the file is larger than any KORVA file can be"_s);
         back.AppendEntry({u"one too many"_s, -1, u"a"_s, 0, {}});
         QVERIFY(!back.Save());
         QCOMPARE(back.Count(), 32768); // a refused save leaves the count alone
@@ -115,13 +107,11 @@ private Q_SLOTS:
                     + (utf8 ? u" (its texts in UTF-8)"_s : QString());
         };
         const QString zhe = u"Ж"_s, entry = u"entry 1 ('k')"_s;
-        row("1252: 115 letters fit", false, {}, QString(115, u'x'), QByteArray(115, 'x'));
         row("1252: 115 umlauts fit", false, {}, QString(115, u'ü'), QByteArray(115, '\xFC'));
         row("1252: 116 letters are a byte too many", false, {}, QString(116, u'x'), {}, needs(entry, false));
         row("utf-8: 57 Cyrillic letters and a byte fit", true, {}, zhe.repeated(57) + u'x',
             QByteArray("\xD0\x96").repeated(57) + 'x');
         row("utf-8: 58 Cyrillic letters are a byte too many", true, {}, zhe.repeated(58), {}, needs(entry, true));
-        row("utf-8: an umlaut takes two bytes", true, {}, QString(58, u'ü'), {}, needs(entry, true));
         row("1252 turned utf-8 by a Cyrillic letter", false, {}, QString(57, u'ü') + zhe, {}, needs(entry, true));
         row("utf-8: a title of 110 bytes beside the marker", true, zhe.repeated(55), u"x"_s, "x");
         row("utf-8: a title of 111 bytes", true, zhe.repeated(55) + u'x', u"x"_s, {}, needs(u"the header"_s, true));
