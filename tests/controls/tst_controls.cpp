@@ -295,6 +295,20 @@ private Q_SLOTS:
         PropertyBag bag;
         control->WriteProperties(bag);
         QVERIFY(bag.values().isEmpty());
+        // What a changed control writes, a new one reads back.
+        auto saved = [](zelControl &c) {
+            QVariantList s {c.Backcolor(), c.Caption(), c.Enabled()};
+            if (auto *k = qobject_cast<zelCheck *>(&c))
+                s << k->Checked();
+            return s;
+        };
+        control->SetBackcolor(1), control->SetCaption(u"x"_s), control->SetEnabled(false);
+        if (auto *k = qobject_cast<zelCheck *>(control.get()))
+            k->SetChecked(true);
+        control->WriteProperties(bag);
+        auto back = make(kind);
+        back->ReadProperties(bag);
+        QCOMPARE(saved(*back), saved(*control));
     }
 };
 
