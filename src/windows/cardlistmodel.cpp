@@ -28,19 +28,6 @@ void CardListModel::SetRows(std::vector<Row> rows)
     endResetModel();
 }
 
-void CardListModel::AddRow(const Row &row)
-{
-    const int at = int(m_rows.size());
-    beginInsertRows({}, at, at);
-    m_rows.push_back(row);
-    endInsertRows();
-}
-
-void CardListModel::Clear()
-{
-    SetRows({});
-}
-
 int CardListModel::rowCount(const QModelIndex &parent) const
 {
     return parent.isValid() ? 0 : int(m_rows.size());

@@ -37,8 +37,6 @@ public:
 
     // Replaces every row at once.
     void SetRows(std::vector<Row> rows);
-    void AddRow(const Row &row);
-    void Clear();
     const Row &RowAt(int row) const { return m_rows[size_t(row)]; }
 
     int rowCount(const QModelIndex &parent = {}) const override;

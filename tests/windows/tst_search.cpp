@@ -226,9 +226,8 @@ private Q_SLOTS:
         CardListModel cards(g_Deck);
         QAbstractItemModelTester testCards(&cards, QAbstractItemModelTester::FailureReportingMode::QtTest);
         cards.SetRows({cards.RowFor(0, true, false), cards.RowFor(3, false, true)});
-        cards.AddRow(cards.RowFor(5, true, true));
         cards.setData(cards.index(1, 0), Qt::Checked, Qt::CheckStateRole);
-        cards.Clear();
+        cards.SetRows({});
 
         MemoryListModel memory;
         QAbstractItemModelTester testMemory(&memory, QAbstractItemModelTester::FailureReportingMode::QtTest);
