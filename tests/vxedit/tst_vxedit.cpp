@@ -9,9 +9,8 @@
 
 namespace {
 
-// The files the print and languages verbs read, byte by byte, in a folder:
-// a chapter "Tiere", a progress file (Katze its one trouble card), one with
-// no trouble card, a damaged one and a KORVA file that is no chapter.
+// The files the print verb reads, byte by byte, in a folder: a chapter
+// "Tiere" and a progress file (Katze its one trouble card).
 void writeSources(const QTemporaryDir &dir)
 {
     using namespace bytes;
@@ -19,16 +18,12 @@ void writeSources(const QTemporaryDir &dir)
                    header(kChapter, 4, 3, "Tiere") + placeholder() + entry("Hund", -1, "dog", 0, "")
                            + entry("Katze", -1, "cat, Kasc(228)tzchen", 0, "")
                            + entry("Tasc(252)r", -1, "door", 0, ""));
-    WriteFileBytes(dir.filePath(u"other.zel"_s),
-                   header("x", 4, 2) + placeholder() + entry("a", -1, "b", 0, "") + entry("c", -1, "d", 0, ""));
     auto card = [](const QByteArray &q, const QByteArray &chapter, qint16 trouble) {
         return text(q) + text("a") + text("") + text("") + i16(trouble) + i16(1) + text(chapter);
     };
-    const QByteArray slot = card("", "", 0);
     WriteFileBytes(dir.filePath(u"progress.vxs"_s),
-                   i16(3) + card("Hund", "Tiere", 0) + card("Katze", "Tiere", -1) + card("Rot", "Farben", 0) + slot);
-    WriteFileBytes(dir.filePath(u"none.vxs"_s), i16(2) + card("Hund", "Tiere", 0) + card("Rot", "Farben", 0) + slot);
-    WriteFileBytes(dir.filePath(u"bad.vxs"_s), i16(3) + card("Hund", "Tiere", 0));
+                   i16(3) + card("Hund", "Tiere", 0) + card("Katze", "Tiere", -1) + card("Rot", "Farben", 0)
+                           + card("", "", 0)); // the deck's empty slot last
 }
 
 // A chapter of two cards, the first with this question.
@@ -75,18 +70,10 @@ private Q_SLOTS:
         };
         // The output is the input itself under another name ("@link", "@hard"); the file is
         // known by what it is, not by its name, so its own name needs no row of its own.
-        auto onto = [&](const char *tag, const QString &args) {
-            const QString output = args.section(u' ', -1);
-            if (args.startsWith(u"export"_s))
-                row(tag, u"a.zel"_s, chapterOf("a"), args,
-                    output + u": the output is the chapter being exported; write the cards to another file"_s);
-            else
-                row(tag, u"a.tsv"_s, "a\tb\nc\td\n", args,
-                    output + u": the output is the list being imported; write the chapter to another file"_s);
-        };
-        onto("export onto a link to its chapter", u"export @a.zel -o @link"_s);
-        onto("export onto a hard link of its chapter", u"export @a.zel -o @hard"_s);
-        onto("import onto a link to its list", u"import @a.tsv -o @link"_s);
+        row("export onto a link to its chapter", u"a.zel"_s, chapterOf("a"), u"export @a.zel -o @link"_s,
+            u"@link: the output is the chapter being exported; write the cards to another file"_s);
+        row("import onto a hard link of its list", u"a.tsv"_s, "a\tb\nc\td\n", u"import @a.tsv -o @hard"_s,
+            u"@hard: the output is the list being imported; write the chapter to another file"_s);
         row("a first card like a header line, to a tab-separated file", u"h.zel"_s, chapterOf("#deck:Spanisch"),
             u"export @h.zel -o @h.tsv"_s,
             u"@h.zel: card 1: '#deck:Spanisch' would read back as a header line (export to .csv instead)"_s);
@@ -94,28 +81,25 @@ private Q_SLOTS:
             u"export @t.zel -o @t.tsv"_s,
             u"@t.zel: card 2: 'c\td' holds a tab or line break, which a tab-separated file cannot carry (export to "
             ".csv instead)"_s);
+        row("print: a chapter keeps no trouble marks", u"f.zel"_s, chapterOf("a"),
+            u"print @f.zel -o @out.pdf --trouble-only"_s,
+            u"@f.zel: a chapter file keeps no trouble marks (a progress file does); leave out --trouble-only to print "
+            "every card"_s);
+        row("print: a damaged progress file", u"bad.vxs"_s, bytes::i16(3), u"print @bad.vxs -o @out.pdf"_s,
+            u"@bad.vxs: not a progress file, or a damaged one: it ends inside card 1 of 4"_s);
         import("too few fields, an existing chapter kept", u"w.tsv"_s, "a\tb\nonly question\n",
                u"line 2: a card needs a question and an answer separated by a tab"_s, "the chapter that was there");
-        import("too few fields, comma-separated", u"w.csv"_s, "a,b\nonly question\n",
-               u"line 2: a card needs a question and an answer separated by a comma"_s);
         import("empty answer", u"w.csv"_s, "a,b\nc,\n", u"line 2: the answer is empty"_s);
-        import("record too long", u"w.tsv"_s, "a\tb\n" + QByteArray(60, 'q') + "\t" + QByteArray(57, 'a') + "\n",
-               u"line 2: the card takes 129 bytes, more than the 128 of a chapter record (question, answer and note "
-               "may have 116 bytes together)"_s);
         import("extra field", u"w.tsv"_s, "a\tb\tc\td\n",
                u"line 1: a card has three fields at most (question, answer, note); this line has 4"_s);
-        import("not utf-8", u"w.tsv"_s, "a\tb\n\xFF\xFE\tx\n", u"line 2: the text is not UTF-8"_s);
         import("one card", u"w.tsv"_s, "a\tb\n", u"only one card; a chapter needs two to be studied"_s);
         import("nothing", u"w.csv"_s, "\n\n", u"no cards found"_s);
         import("a later Cyrillic card makes an earlier one too long", u"w.tsv"_s,
                QByteArray("\xC3\xBC").repeated(60) + "\tx\n\xD0\xB6\xD1\x83\xD0\xBA\tbeetle\n",
                u"line 1: the card takes 133 bytes in UTF-8, more than the 128 of a chapter record (question, answer "
                "and note may have 116 bytes together) (line 2 makes the chapter UTF-8)"_s);
-        const QString titleArgs = u"import @w.tsv -o @out.zel --title "_s;
-        row("a title too long", u"w.tsv"_s, "a\tb\nc\td\n", titleArgs + QString(65, u'x'),
-            u"@w.tsv: the title is 65 bytes long; a chapter title may have 64 bytes"_s);
         row("a later Cyrillic card makes the title too long", u"w.tsv"_s, "a\tb\n\xD0\xB6\xD1\x83\xD0\xBA\tbeetle\n",
-            titleArgs + QString(40, u'\u00FC'),
+            u"import @w.tsv -o @out.zel --title "_s + QString(40, u'\u00FC'),
             u"@w.tsv: line 2: the title is 80 bytes long in UTF-8; a chapter title may have 59 bytes (this card makes "
             "the chapter UTF-8)"_s);
         QByteArray many;
@@ -127,8 +111,6 @@ private Q_SLOTS:
                u"line 2: more than 64 fields; a card has a question, an answer and a note"_s);
         read("truncated", u"dump"_s, bytes::header(kChapter, 4, 3),
              u"not a KORVA file, or a damaged one: the file ends after 0 of its 3 entries"_s);
-        read("text file", u"export"_s, "hello\n",
-             u"not a KORVA file, or a damaged one: the header record is damaged"_s);
         read("settings file", u"export"_s,
              bytes::header("KORVA Database File; KORVA Lite version", 4, 0) + bytes::placeholder(),
              u"not a chapter file (its description is 'KORVA Database File; KORVA Lite version')"_s);
@@ -138,10 +120,13 @@ private Q_SLOTS:
              {"nothing||nothing to do", "import without output|import a.tsv|import needs -o OUT.zel",
               "unknown option|dump --frobnicate x|unknown option --frobnicate", "two files|dump x y|one file at a time",
               "missing value|import a.tsv -o|-o needs a value",
-              "unknown command|frobnicate a.zel|unknown command frobnicate",
+              "print without output|print a.zel|print needs -o OUT.pdf",
               "unknown option first|--frobnicate|unknown option --frobnicate",
+              "both header options|import a.tsv -o b.zel --header --no-header|--header and --no-header exclude each "
+              "other; leave both out to have the first line checked for column names",
               "header on export|export a.zel --no-header|only import takes --header and --no-header",
-              "languages on dump|dump a.zel --set de,en|dump takes none of --trouble-only, --fold, --set, --clear"}) {
+              "languages on dump|dump a.zel --set de,en|dump takes none of --trouble-only, --fold, --set, --clear",
+              "not a language|languages a.zel --set xx,en|'xx' is not a language (try a tag such as de or en-GB)"}) {
             const QStringList parts = QString::fromLatin1(usage).split(u'|');
             QTest::newRow(qPrintable(parts[0]))
                     << u"f.zel"_s << QByteArray() << parts[1].split(u' ', Qt::SkipEmptyParts)
@@ -211,42 +196,26 @@ private Q_SLOTS:
 )"));
     }
 
-    // `vxedit print`, run as a user runs it: in a terminal without a display.
+    // `vxedit print`, run as a user runs it: in a terminal without a display
+    // (its refusals are among the others above).
     void printCommand_data()
     {
-        QTest::addColumn<QStringList>("args"); // '@' stands for the folder
-        QTest::addColumn<int>("status");
+        QTest::addColumn<QStringList>("args");    // '@' stands for the folder
         QTest::addColumn<QStringList>("printed"); // the questions, in order
         QTest::addColumn<QString>("chapters");    // as the header names them
-        QTest::addColumn<QString>("err");
-        auto row = [](const char *tag, const QString &args, int status, const QString &printed, const QString &chapters,
-                      const QString &err = {}) {
-            QTest::newRow(tag) << args.split(u' ') << status << printed.split(u' ', Qt::SkipEmptyParts) << chapters
-                               << err;
+        auto row = [](const char *tag, const QString &args, const QString &printed, const QString &chapters) {
+            QTest::newRow(tag) << args.split(u' ') << printed.split(u' ') << chapters;
         };
-        row("a chapter under its title", u"@chapter.zel -o @out.pdf"_s, 0, u"Hund Katze Tür"_s, u"Tiere"_s);
-        row("progress: the trouble cards", u"--trouble-only @progress.vxs -o @out.pdf"_s, 0, u"Katze"_s, u"Tiere"_s);
-        row("progress: every card, every chapter", u"@progress.vxs -o @out.pdf"_s, 0, u"Hund Katze Rot"_s,
+        row("a chapter under its title", u"@chapter.zel -o @out.pdf"_s, u"Hund Katze Tür"_s, u"Tiere"_s);
+        row("progress: the trouble cards", u"--trouble-only @progress.vxs -o @out.pdf"_s, u"Katze"_s, u"Tiere"_s);
+        row("progress: every card, every chapter", u"@progress.vxs -o @out.pdf"_s, u"Hund Katze Rot"_s,
             u"Tiere, Farben"_s);
-        row("a chapter keeps no trouble marks", u"@chapter.zel -o @out.pdf --trouble-only"_s, 1, {}, {},
-            u"vxedit: @chapter.zel: a chapter file keeps no trouble marks (a progress file does); leave out "
-            "--trouble-only to print every card\n"_s);
-        row("no trouble card marked", u"@none.vxs -o @out.pdf --trouble-only"_s, 1, {}, {},
-            u"vxedit: @none.vxs: no card is marked as a trouble card; leave out --trouble-only to print all 2\n"_s);
-        row("no chapter", u"@other.zel -o @out.pdf"_s, 1, {}, {},
-            u"vxedit: @other.zel: not a chapter file (its description is 'x')\n"_s);
-        row("a damaged progress file", u"@bad.vxs -o @out.pdf"_s, 1, {}, {},
-            u"vxedit: @bad.vxs: not a progress file, or a damaged one: "_s);
-        row("a folder as the output", u"@chapter.zel -o @"_s, 1, {}, {}, u"vxedit: @: "_s);
-        row("no output", u"@chapter.zel"_s, 2, {}, {}, u"vxedit: print needs -o OUT.pdf\nusage:"_s);
     }
     void printCommand()
     {
         QFETCH(QStringList, args);
-        QFETCH(int, status);
         QFETCH(QStringList, printed);
         QFETCH(QString, chapters);
-        QFETCH(QString, err);
         QTemporaryDir dir;
         writeSources(dir);
         QProcess p;
@@ -256,13 +225,8 @@ private Q_SLOTS:
         p.setProcessEnvironment(env);
         p.start(QStringLiteral(VXEDIT_BINARY), QStringList {u"print"_s} + withFolder(args, dir));
         QVERIFY(p.waitForFinished(60000));
-        QCOMPARE(p.exitCode(), status);
-        QVERIFY2(QString::fromUtf8(p.readAllStandardError()).startsWith(withFolder({err}, dir)[0]), qPrintable(err));
-        const QString out = dir.filePath(u"out.pdf"_s);
-        QCOMPARE(QFileInfo::exists(out), status == 0);
-        if (status != 0)
-            return;
-        const PdfText pdf = ReadPdf(out);
+        QVERIFY2(p.exitCode() == 0, p.readAllStandardError().constData());
+        const PdfText pdf = ReadPdf(dir.filePath(u"out.pdf"_s));
         QVERIFY(pdf.read);
         QStringList got;
         for (const PdfWord &w : pdf.words)
@@ -272,83 +236,48 @@ private Q_SLOTS:
         if (args.first().endsWith(u"chapter.zel"_s))
             QVERIFY(pdf.page(1).contains(u"Kätzchen"_s)); // answers spelt out as well
         QVERIFY(pdf.page(1).contains(chapters));
-        QVERIFY(pdf.page(1).contains(QLocale().toString(QDate::currentDate(), QLocale::LongFormat)));
     }
 
-    // The languages kept beside a chapter come with its cards; a damaged file
-    // is logged and left out, and the chapter loads as before.
+    // The languages kept beside a chapter: shown, set and cleared by `vxedit
+    // languages`, the chapter itself never written; then the study program
+    // loads them with the chapter's cards. A damaged file is told, and is
+    // logged and left out when the chapter loads.
     void chapterLanguages_data()
-    {
-        QTest::addColumn<QByteArray>("file");   // null: none; "/": a folder in its place
-        QTest::addColumn<QString>("languages"); // "question,answer"
-        QTest::addColumn<QString>("why");
-        QTest::newRow("none") << QByteArray() << u","_s << QString();
-        QTest::newRow("both, with comments, blanks and CRLF")
-                << QByteArray("# x\r\nquestion = de\r\n\r\nanswer=en_gb\r\n") << u"de,en-GB"_s << QString();
-        QTest::newRow("not a language") << QByteArray("question=klingonisch\n") << u","_s
-                                        << u"'klingonisch' is not a language (try a tag such as de or en-GB)"_s;
-        QTest::newRow("not UTF-8") << QByteArray("question=d\xFF\n") << u","_s << u"the text is not UTF-8"_s;
-        QTest::newRow("a folder in its place") << QByteArray("/") << u","_s << u"it is a folder, not a file"_s;
-    }
-    void chapterLanguages()
-    {
-        QFETCH(QByteArray, file);
-        QFETCH(QString, languages);
-        QFETCH(QString, why);
-        TestEnvironment env;
-        FlushData(true);
-        const QByteArray chapter = chapterOf("a");
-        WriteFileBytes(env.path(u"a.zel"_s), chapter);
-        if (file == "/")
-            QDir().mkpath(env.path(u"a.zel.lang"_s));
-        else if (!file.isNull())
-            WriteFileBytes(env.path(u"a.zel.lang"_s), file);
-        g_Deck.SetLanguages(u"A"_s, {u"fr"_s, u"fr"_s}); // what an earlier load left
-        env.log->clear();
-        LoadChapterFile(env.path(u"a.zel"_s), u"A"_s);
-        QCOMPARE(g_Deck.UBound(), 2);
-        QCOMPARE(g_Deck[1].question, u"c"_s);
-        const ChapterLanguages got = g_Deck.Languages(u"A"_s);
-        QCOMPARE(got.question + u',' + got.answer, languages);
-        QStringList log {u"file loaded; using 8 bytes of memory/n"_s};
-        if (!why.isEmpty())
-            log << u" .. languages left out: a.zel.lang: "_s + why + u"/n"_s;
-        QCOMPARE(env.logLines(), log);
-        QVERIFY(env.prompter.boxes.empty());
-        QCOMPARE(ReadFileBytes(env.path(u"a.zel"_s)), chapter);
-    }
-
-    // `vxedit languages`: the file beside a chapter shown, set and cleared;
-    // the chapter itself never written.
-    void languagesCommand_data()
     {
         QTest::addColumn<QByteArray>("before"); // the file beside the chapter; null: none
         QTest::addColumn<QStringList>("args");
         QTest::addColumn<int>("status");
         QTest::addColumn<QString>("out");
         QTest::addColumn<QByteArray>("after");
-        const QByteArray kept = "question=de\nanswer=en\n";
+        QTest::addColumn<QString>("loaded"); // "question,answer"
+        QTest::addColumn<QString>("why");    // logged as the load leaves them out; empty: not
+        const QByteArray crlf = "# x\r\nquestion = de\r\n\r\nanswer=en_gb\r\n", bad = "question=klingonisch\n";
         const QByteArray head = "# Vocabrix: the languages this chapter's cards are spoken in\n";
-        QTest::newRow("shown") << kept << QStringList() << 0 << QString::fromUtf8(kept) << kept;
+        QTest::newRow("none") << QByteArray() << QStringList() << 0 << QString() << QByteArray() << u","_s << QString();
+        QTest::newRow("shown, with comments, blanks and CRLF")
+                << crlf << QStringList() << 0 << u"question=de\nanswer=en-GB\n"_s << crlf << u"de,en-GB"_s << QString();
         QTest::newRow("set, a region written right") << QByteArray() << QStringList {u"--set"_s, u"de,EN_gb"_s} << 0
-                                                     << QString() << head + "question=de\nanswer=en-GB\n";
-        QTest::newRow("cleared") << kept << QStringList {u"--clear"_s} << 0 << QString() << QByteArray();
-        QTest::newRow("no language: nothing written")
-                << kept << QStringList {u"--set"_s, u"xx,en"_s} << 2 << QString() << kept;
-        QTest::newRow("a damaged file is told")
-                << QByteArray("question de\n") << QStringList() << 1 << QString() << QByteArray("question de\n");
+                                                     << QString() << head + "question=de\nanswer=en-GB\n"
+                                                     << u"de,en-GB"_s << QString();
+        QTest::newRow("cleared") << crlf << QStringList {u"--clear"_s} << 0 << QString() << QByteArray() << u","_s
+                                 << QString();
+        QTest::newRow("not a language") << bad << QStringList() << 1 << QString() << bad << u","_s
+                                        << u"'klingonisch' is not a language (try a tag such as de or en-GB)"_s;
     }
-    void languagesCommand()
+    void chapterLanguages()
     {
         QFETCH(QByteArray, before);
         QFETCH(QStringList, args);
         QFETCH(int, status);
         QFETCH(QString, out);
         QFETCH(QByteArray, after);
-        QTemporaryDir dir;
-        writeSources(dir);
-        const QString chapter = dir.filePath(u"chapter.zel"_s), beside = chapter + u".lang"_s;
-        const QByteArray chapterBytes = ReadFileBytes(chapter);
+        QFETCH(QString, loaded);
+        QFETCH(QString, why);
+        TestEnvironment env;
+        FlushData(true);
+        const QString chapter = env.path(u"a.zel"_s), beside = chapter + u".lang"_s;
+        const QByteArray chapterBytes = chapterOf("a");
+        WriteFileBytes(chapter, chapterBytes);
         if (!before.isNull())
             WriteFileBytes(beside, before);
         const RunResult r = run(QStringList {u"languages"_s, chapter} + args);
@@ -357,11 +286,20 @@ private Q_SLOTS:
         QCOMPARE(r.err.isEmpty(), status == 0);
         QCOMPARE(QFileInfo::exists(beside), !after.isNull());
         QCOMPARE(ReadFileBytes(beside), after);
-        QCOMPARE(ReadFileBytes(chapter), chapterBytes);
 
-        const QString other = dir.filePath(u"other.zel"_s);
-        QCOMPARE(run({u"languages"_s, other, u"--set"_s, u"de,en"_s}).status, 1);
-        QVERIFY(!QFileInfo::exists(other + u".lang"_s));
+        g_Deck.SetLanguages(u"A"_s, {u"fr"_s, u"fr"_s}); // what an earlier load left
+        env.log->clear();
+        LoadChapterFile(chapter, u"A"_s);
+        QCOMPARE(g_Deck.UBound(), 2);
+        QCOMPARE(g_Deck[1].question, u"c"_s);
+        const ChapterLanguages got = g_Deck.Languages(u"A"_s);
+        QCOMPARE(got.question + u',' + got.answer, loaded);
+        QStringList log {u"file loaded; using 8 bytes of memory/n"_s};
+        if (!why.isEmpty())
+            log << u" .. languages left out: a.zel.lang: "_s + why + u"/n"_s;
+        QCOMPARE(env.logLines(), log);
+        QVERIFY(env.prompter.boxes.empty());
+        QCOMPARE(ReadFileBytes(chapter), chapterBytes);
     }
 };
 

@@ -75,11 +75,7 @@ class AidsTest : public QObject
 
 private Q_SLOTS:
     void initTestCase() { InstallFontSubstitutes(); }
-    void cleanup()
-    {
-        UnloadAllForms();
-        g_ShuffleRunning = false;
-    }
+    void cleanup() { UnloadAllForms(); }
 
     // "Print Trouble Cards..." by key and menu: what is asked, what the file
     // holds, what the user is told.
@@ -95,14 +91,12 @@ private Q_SLOTS:
         const QString failed = kPrintTitle + u" | The file '%1' couldn't be written: "_s;
         const QList<int> none, some {1, 3};
         QTest::newRow("P: the trouble cards") << some << u"key P"_s << u"- sheet"_s << u"q1 q3"_s << QString();
-        QTest::newRow("Ctrl+P as P") << QList<int> {4} << u"key Ctrl+P"_s << u"- sheet"_s << u"q4"_s << QString();
         QTest::newRow("the menu item, fold-over")
                 << some << u"menu mP_print"_s << u"- fold"_s << u"q1 q3"_s << QString();
         QTest::newRow("none marked: yes, all") << none << u"key P"_s << u"yes sheet"_s << u"q0 q1 q2 q3 q4 q5"_s << ask;
         QTest::newRow("none marked: no") << none << u"key P"_s << u"no -"_s << QString() << ask;
         QTest::newRow("dialog cancelled") << some << u"key P"_s << u"- cancel"_s << QString() << QString();
         QTest::newRow("a folder in the file's place") << some << u"key P"_s << u"- folder"_s << QString() << failed;
-        QTest::newRow("while shuffling") << some << u"shuffling key P"_s << u"- sheet"_s << QString() << QString();
     }
     void print()
     {
@@ -123,11 +117,9 @@ private Q_SLOTS:
         choice.layout = dialog == u"fold"_s ? PrintLayout::Fold : PrintLayout::Sheet;
         if (dialog != u"cancel"_s && dialog != u"-"_s)
             env.prompter.printAnswers = {choice};
-        g_ShuffleRunning = route.startsWith(u"shuffling "_s);
-        press(g_ShuffleRunning ? route.mid(10) : route);
-        g_ShuffleRunning = false;
+        press(route);
 
-        const bool asked = box1 != u"no"_s && !route.startsWith(u"shuffling"_s);
+        const bool asked = box1 != u"no"_s;
         QCOMPARE(env.prompter.printDialogs.size(), size_t(asked ? 1 : 0));
         if (asked) {
             QCOMPARE(env.prompter.printDialogs[0].title, kPrintTitle);
@@ -170,7 +162,6 @@ private Q_SLOTS:
         QTest::newRow("not the empty slot after the last card")
                 << u"auto"_s << u"key Right, Right, Right, Right"_s << u"de: q3|de: q4|de: q5"_s;
         QTest::newRow("not the same card after a shuffle") << u"auto"_s << u"key S"_s << QString();
-        QTest::newRow("while shuffling") << u"shuffling"_s << u"key F5"_s << QString();
     }
     void speak()
     {
@@ -189,8 +180,6 @@ private Q_SLOTS:
                 env.speaker.unavailable = reason;
             else if (step == u"auto"_s)
                 settings.speakNewCards = true;
-            else if (step == u"shuffling"_s)
-                g_ShuffleRunning = true;
             else if (step.startsWith(u"options="_s))
                 std::tie(settings.questionLanguage, settings.answerLanguage) = std::tie(two[0], two[1]);
             else if (step.startsWith(u"chapter="_s))
@@ -233,12 +222,7 @@ private Q_SLOTS:
         options->show();
         QTest::mouseClick(options->ts, Qt::LeftButton, {}, options->ts->tabRect(3).center());
         SpeechPage *page = options->PictureSpeech;
-        const QPoint besideTheTabs(options->ts->width() - 4, options->ts->height() / 2);
-        QCOMPARE(options->ts->tabAt(besideTheTabs), -1);
-        QTest::mouseClick(options->ts, Qt::LeftButton, {}, besideTheTabs); // turns no page
-        QVERIFY(page->isVisible() && !options->Picture1[0]->isVisible());
         checkLayout(options, u"options-speech"_s); // its page alone, the saved options on it
-        QVERIFY(SaveScreenshot(options->grab().toImage(), u"options-speech.png"_s));
         QTest::mouseClick(page->TryButton, Qt::LeftButton);
         QCOMPARE(env.speaker.said.last(), u"fr: français"_s);
         // The engine's state is read again whenever the page comes up.

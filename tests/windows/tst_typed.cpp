@@ -207,7 +207,6 @@ private Q_SLOTS:
         QTest::keyClicks(line, u"dog"_s);
         QTest::keyClick(line, Qt::Key_Return);
         QVERIFY(std::get<1>(marked(green)) > 0 && std::get<1>(marked(gold)) == -1);
-        QVERIFY(SaveScreenshot(main->grab().toImage(), u"typed-right.png"_s));
 
         QTest::keyClick(line, Qt::Key_Return);
         QTest::keyClicks(line, u"the cut"_s);
@@ -226,7 +225,6 @@ private Q_SLOTS:
                 QVERIFY(ContrastRatio(r_renderer::MarkColour(right, card), card) >= 3);
         QCOMPARE(main->Card->Description(),
                  u"the cat (answer side), showing card 2 of 2, from 'Kapitel', typed answer wrong: 'the cut'"_s);
-        QVERIFY(line->styleSheet() != asking);
         QTest::keyClick(line, Qt::Key_Return); // the next card loses the gold edge
         QTRY_COMPARE(line->styleSheet(), asking);
         // The well takes the window's card colours: halfway between its two backs.
