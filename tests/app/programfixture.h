@@ -4,18 +4,15 @@
 #include "app/instanceguard.h"
 #include "cards/progressfile.h"
 #include "core/extrasettings.h"
-#include "core/modbrowser.h"
 #include "core/modfolders.h"
 #include "core/osversion.h"
 #include "uitestsupport.h"
 #include "windows/frmchapter.h"
 #include "windows/frmsetup.h"
 #include "windows/frmsplash.h"
-#include "windows/typedanswer.h"
 
 #include <QAccessible>
 #include <QCryptographicHash>
-#include <QFontDatabase>
 #include <QLabel>
 #include <QLocalServer>
 #include <QRadioButton>
@@ -51,14 +48,6 @@ QStringList stored(const QString &master, const QStringList &keys)
     return out;
 }
 
-// A chapter of two cards, without a title.
-void writeSmallChapter(const QString &path)
-{
-    WriteFileBytes(path,
-                   bytes::header("generated automatically by the Vocabrix Editor v1.21", 4, 2) + bytes::placeholder()
-                           + bytes::entry("a", -1, "b", 0, {}) + bytes::entry("c", -1, "d", 0, {}));
-}
-
 // Selects the chapters at these rows and presses Study.
 void study(const QList<int> &rows)
 {
@@ -85,9 +74,10 @@ protected:
     QString inHome(const QString &name) const { return m_env->home() + u"/Documents/Vocabrix/"_s + name; }
     QString master() const { return inHome(u"sys.zel"_s); }
 
-    void startProgram(bool troubleByDefault = false, bool hoverHelp = true)
+    // Started with the setup answered: trouble marking off, hover help on.
+    void startProgram()
     {
-        m_env->prompter.onModal = answerSetup(troubleByDefault, hoverHelp);
+        m_env->prompter.onModal = answerSetup(false, true);
         modMain::StartProgram();
         FlushDeletes();
     }
@@ -124,7 +114,17 @@ protected:
         QVERIFY(QFile::link(built + u'/' + ExecutableFileName(u"vxedit"_s),
                             m_programDir.filePath(ExecutableFileName(u"vxedit"_s))));
         modFolders::SetProgramDirectory(m_programDir.path());
-        instanceguard::SetKey(u"vocabrix-test-"_s + QString::number(QCoreApplication::applicationPid()));
+        instanceguard::SetKey(instanceKey());
+    }
+
+    // The key of the program the tests start.
+    static QString instanceKey() { return u"vocabrix-test-"_s + QString::number(QCoreApplication::applicationPid()); }
+
+    // Listens on the program's key as another running copy would.
+    static bool listenAsAnotherCopy(QLocalServer &other)
+    {
+        other.setSocketOptions(QLocalServer::AbstractNamespaceOption);
+        return other.listen(instanceKey());
     }
 
     void beginTest()

@@ -4,13 +4,10 @@
 // no files at all.
 #include "app/instanceguard.h"
 #include "cards/progressfile.h"
-#include "commandline.h"
 #include "core/modfolders.h"
 #include "editorwindow.h"
 #include "korva/diskfile.h"
 #include "uitestsupport.h"
-
-#include <QBuffer>
 
 #include <cerrno>
 #include <cstring>
@@ -46,8 +43,8 @@ qsizetype openFiles()
     return QDir(u"/proc/self/fd"_s).entryList(QDir::AllEntries | QDir::System | QDir::NoDotAndDotDot).size();
 }
 
-// One place that saves a file: what is there before, how a failure is told
-// (the title of a box, or "stderr" or "log"), and the save itself.
+// One place that saves a file: what is there before, the title of the box
+// that tells of a failure, and the save itself.
 struct SaveSite
 {
     QString target;
@@ -65,8 +62,6 @@ class FilesTest : public QObject
     std::unique_ptr<TestEnvironment> m_env;
     std::unique_ptr<EditorWindow> m_editor;
     QTemporaryDir m_programDir;
-    int m_status = -1; // of the command line, when it ran
-    QString m_stderr;
 
     SaveSite site(const QString &name)
     {
@@ -81,11 +76,6 @@ class FilesTest : public QObject
             WriteFileBytes(s.target, s.before);
             g_MasterDb = std::make_unique<ikorvalite>();
             [&] { QVERIFY(g_MasterDb->Mount(s.target, false)); }();
-        } else if (name == u"updater file"_s) {
-            // The file is made anew at every start: what was there goes first,
-            // and the mount leaves an empty file.
-            s = {m_programDir.filePath(u"Vocabrix.upd"_s), QByteArray(), u"log"_s, [] { modMain::WriteUpdaterFile(); }};
-            WriteFileBytes(s.target, bytes::header("old", 4, 0) + bytes::placeholder());
         } else if (name == u"progress file"_s) {
             g_Deck.Resize(kCards);
             for (int i = 0; i < kCards; ++i) {
@@ -97,30 +87,13 @@ class FilesTest : public QObject
                      m_env->prompter.fileAnswers = {m_env->home() + u"/p.vxs"_s};
                      SaveProgress();
                  }};
-        } else if (name == u"chapter saved in the editor"_s) {
+            WriteFileBytes(s.target, s.before);
+        } else { // the chapter saved in the editor
             s = {home + u"/chapter.zel"_s, chapterBytes(kCards), u"Can't save file"_s, [this] { m_editor->Save(); }};
             WriteFileBytes(s.target, s.before);
             [&] { QVERIFY(m_editor->OpenFile(s.target)); }();
             m_editor->Document().Cards()[5].text = u"changed"_s;
-        } else if (name == u"chapter imported on the command line"_s) {
-            QByteArray list;
-            for (int i = 0; i < kCards; ++i)
-                list += card("question", i).toLatin1() + '\t' + card("answer", i).toLatin1() + '\n';
-            WriteFileBytes(home + u"/list.tsv"_s, list);
-            s = {home + u"/imported.zel"_s, chapterBytes(2), u"stderr"_s, [this, home] {
-                     QBuffer out, err;
-                     out.open(QIODevice::WriteOnly);
-                     err.open(QIODevice::WriteOnly);
-                     m_status =
-                             commandline::Run({u"import"_s, home + u"/list.tsv"_s, u"-o"_s, home + u"/imported.zel"_s},
-                                              out, err);
-                     m_stderr = QString::fromUtf8(err.data());
-                 }};
-        } else {
-            [&] { QFAIL(qPrintable(u"no such site: "_s + name)); }();
         }
-        if (!s.before.isEmpty() && !QFileInfo::exists(s.target))
-            WriteFileBytes(s.target, s.before);
         return s;
     }
 
@@ -138,7 +111,6 @@ private Q_SLOTS:
     {
         m_env = std::make_unique<TestEnvironment>();
         m_editor = std::make_unique<EditorWindow>();
-        m_status = -1;
         g_SuppressRefresh = true;
     }
 
@@ -165,9 +137,8 @@ private Q_SLOTS:
                  {"the sync", SaveStep::Sync, 1, EIO},
                  {"closing", SaveStep::Close, 1, EIO},
                  {"the rename", SaveStep::Rename, 1, EXDEV}};
-        for (const char *name : {"settings at shutdown", "updater file", "progress file", "chapter saved in the editor",
-                                 "chapter imported on the command line"}) {
-            const bool large = qstrcmp(name, "settings at shutdown") != 0 && qstrcmp(name, "updater file") != 0;
+        for (const char *name : {"settings at shutdown", "progress file", "chapter saved in the editor"}) {
+            const bool large = qstrcmp(name, "settings at shutdown") != 0;
             QTest::addRow("%s: saved", name) << QString::fromLatin1(name) << -1 << 0 << 0;
             for (const auto &[what, step, count, error] : failures) {
                 if (count == 1 || large) // only a file of more than one write has a second
@@ -177,7 +148,7 @@ private Q_SLOTS:
         }
     }
     // The old file stays as it was, byte for byte, no temporary file is left,
-    // and the user hears why (the updater file only goes to the log).
+    // and the user hears why.
     void saveFailures()
     {
         QFETCH(QString, site);
@@ -193,7 +164,6 @@ private Q_SLOTS:
             faults += hit ? 1 : 0;
             return hit ? error : 0;
         });
-        m_env->log->clear();
         const qsizetype openBefore = openFiles();
         s.save();
         korva::setSaveFault({});
@@ -205,42 +175,31 @@ private Q_SLOTS:
             QVERIFY(ReadFileBytes(s.target) != s.before);
             QVERIFY(ReadFileBytes(s.target).size() > 0);
             QVERIFY(m_env->prompter.boxes.empty());
-            QCOMPARE(m_status, s.told == u"stderr"_s ? 0 : -1);
             return;
         }
         QCOMPARE(faults, 1);
         QCOMPARE(ReadFileBytes(s.target), s.before);
-        const QString why = QString::fromLocal8Bit(std::strerror(error));
-        if (s.told == u"log"_s) {
-            QVERIFY(m_env->prompter.boxes.empty());
-            const QStringList lines = m_env->logLines();
-            QCOMPARE(lines.mid(lines.size() - 2),
-                     QStringList({u" .. the updater file '"_s + s.target + u"' couldn't be written: "_s + why + u"/n"_s,
-                                  u"updater file generated/n"_s}));
-        } else if (s.told == u"stderr"_s) {
-            QCOMPARE(m_status, 1);
-            QCOMPARE(m_stderr, u"vxedit: "_s + s.target + u": "_s + why + u"; nothing was written\n"_s);
-        } else {
-            QCOMPARE(m_env->prompter.boxTitles(), QStringList(s.told));
-            QVERIFY2(m_env->prompter.boxes[0].text.contains(s.target), qPrintable(m_env->prompter.boxes[0].text));
-            QVERIFY2(m_env->prompter.boxes[0].text.contains(why), qPrintable(m_env->prompter.boxes[0].text));
-        }
+        QCOMPARE(m_env->prompter.boxTitles(), QStringList(s.told));
+        const QString why = QString::fromLocal8Bit(std::strerror(error)), text = m_env->prompter.boxes[0].text;
+        QVERIFY2(text.contains(s.target) && text.contains(why), qPrintable(text));
     }
 
     void specialFiles_data()
     {
         QTest::addColumn<QString>("kind");
         QTest::addColumn<QString>("role");
+        QTest::addColumn<QString>("file"); // in the program's home folder
         QTest::addColumn<QString>("box");
+        const std::tuple<const char *, const char *, const char *> roles[] =
+                {{"the settings file", "sys.zel", "KORVA File System Critical Error"},
+                 {"a chapter", "chapter.zel", "Can't load file"},
+                 {"a progress file to load", "progress.vxs", "Damaged Progress File"},
+                 {"a progress file to save", "progress.vxs", "Progress Not Saved"}};
         for (const char *kind :
              {"named pipe", "link to /dev/null", "link to /dev/zero", "folder", "socket", "link to nowhere"}) {
-            QTest::addRow("%s as the settings file", kind)
-                    << QString::fromLatin1(kind) << u"settings"_s << u"KORVA File System Critical Error"_s;
-            QTest::addRow("%s as a chapter", kind) << QString::fromLatin1(kind) << u"chapter"_s << u"Can't load file"_s;
-            QTest::addRow("%s as a progress file to load", kind)
-                    << QString::fromLatin1(kind) << u"load progress"_s << u"Damaged Progress File"_s;
-            QTest::addRow("%s as a progress file to save", kind)
-                    << QString::fromLatin1(kind) << u"save progress"_s << u"Progress Not Saved"_s;
+            for (const auto &[role, file, box] : roles)
+                QTest::addRow("%s as %s", kind, role) << QString::fromLatin1(kind) << QString::fromLatin1(role)
+                                                      << QString::fromLatin1(file) << QString::fromLatin1(box);
         }
     }
     // Refused at once with a box, nothing blocks, and neither the special
@@ -249,43 +208,40 @@ private Q_SLOTS:
     {
         QFETCH(QString, kind);
         QFETCH(QString, role);
+        QFETCH(QString, file);
         QFETCH(QString, box);
         const QString folder = m_env->home() + u"/Documents/Vocabrix"_s;
         QVERIFY(QDir().mkpath(folder));
-        const QString path = folder
-                + (role == u"settings"_s          ? u"/sys.zel"_s
-                           : role == u"chapter"_s ? u"/chapter.zel"_s
-                                                  : u"/progress.vxs"_s);
+        const QString path = folder + u'/' + file;
         MakeSpecialFile(kind, path);
         const QString before = DescribePath(path);
         const QStringList devices = DeviceFolderNames();
         g_Deck.Resize(2);
         g_Deck[0].question = u"kept"_s;
+        m_env->prompter.fileAnswers = {path}; // where a progress file is asked for
         {
             PipeWatchdog watchdog({path});
-            if (role == u"settings"_s) {
+            if (role == u"the settings file"_s) {
                 modMain::StartProgram();
                 FlushDeletes();
-            } else if (role == u"chapter"_s) {
+            } else if (role == u"a chapter"_s) {
                 LoadChapterFile(path, u"x"_s);
-            } else if (role == u"load progress"_s) {
-                m_env->prompter.fileAnswers = {path};
+            } else if (role.endsWith(u"load"_s)) {
                 QVERIFY(!modMain::LoadProgress());
             } else {
-                m_env->prompter.fileAnswers = {path};
                 SaveProgress();
             }
             QVERIFY2(!watchdog.fired(), "blocked on the named pipe");
         }
         QCOMPARE(m_env->prompter.boxTitles(), QStringList(box));
-        if (role.endsWith(u"progress"_s))
+        if (file.endsWith(u".vxs"_s))
             QVERIFY2(m_env->prompter.boxes[0].text.contains(u"not a file"_s),
                      qPrintable(m_env->prompter.boxes[0].text));
         QCOMPARE(DescribePath(path), before);
         QCOMPARE(DeviceFolderNames(), devices);
         QCOMPARE(temporaryFiles(folder), QStringList());
         QVERIFY(!QFileInfo::exists(path + u".gone"_s));
-        if (role != u"settings"_s)
+        if (role != u"the settings file"_s)
             QCOMPARE(g_Deck[0].question, u"kept"_s);
     }
 };

@@ -1,5 +1,4 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "core/osversion.h"
 #include "drawing/cmemdc.h"
 #include "drawing/logicalfont.h"
 #include "drawing/r_renderer.h"
@@ -39,15 +38,13 @@ struct CardWindow
     r_data metrics;
     r_renderer renderer;
 
-    CardWindow(int width, int height, int heightTrim, qreal ratio = 1.0, const QString &windowFont = {},
-               bool colourTable = true)
+    CardWindow(int width, int height, int heightTrim, qreal ratio = 1.0, const QString &windowFont = {})
         : surface(QColor::fromRgb(kMarker), ratio)
     {
         surface.Resize(QSize(width, height));
         if (!windowFont.isEmpty())
             surface.font.name = windowFont;
-        if (colourTable)
-            metrics.ColorDefaults();
+        metrics.ColorDefaults();
         renderer.Initialize(&window, &surface, &metrics, 50.0f, 0, heightTrim, 0);
     }
     const QImage &picture() const { return surface.image(); }
@@ -74,11 +71,7 @@ class DrawingTest : public QObject
 private Q_SLOTS:
     void initTestCase() { InstallFontSubstitutes(); }
 
-    void cleanup()
-    {
-        SetOsVersionOverride(std::nullopt);
-        SetMainRenderer(nullptr);
-    }
+    void cleanup() { SetMainRenderer(nullptr); }
 
     // Its setup and release in the log; a renderer that outlives its window
     // (a timer tick after the window was deleted) touches nothing of it.
@@ -139,20 +132,12 @@ private Q_SLOTS:
         outlives.Changed(QRect(0, 0, 4, 4));
     }
 
-    // The main text in any of these scripts: a glyph of its own face or of one
-    // that stands in, never the empty box (glyph 0); centred in the card above
-    // the separator, its shadow one pixel up and left.
-    void mainText_data()
-    {
-        QTest::addColumn<QString>("text");
-        QTest::newRow("german") << u"Schatten"_s;
-        QTest::newRow("russian") << u"Здравствуйте"_s;
-        QTest::newRow("greek") << u"Καλημέρα"_s;
-        QTest::newRow("mixed") << u"Grüße, Привет, Γειά"_s;
-    }
+    // The main text in Latin, Cyrillic and Greek letters at once: a glyph of
+    // its own face or of one that stands in, never the empty box (glyph 0);
+    // centred in the card above the separator, its shadow one pixel up and left.
     void mainText()
     {
-        QFETCH(QString, text);
+        const QString text = u"Grüße, Привет, Γειά"_s;
         LogicalFont font;
         font.bold = true;
         font.size = 17;
@@ -179,46 +164,6 @@ private Q_SLOTS:
         QCOMPARE(shadow.topLeft(), drawn.topLeft() - QPoint(1, 1));
         QVERIFY2(qAbs(drawn.center().x() - 320) <= 4 && qAbs(drawn.center().y() - 210) <= 4,
                  qPrintable(u"%1,%2"_s.arg(drawn.center().x()).arg(drawn.center().y())));
-        if (QTest::currentDataTag() == QByteArray("russian"))
-            QVERIFY(SaveScreenshot(img, u"card-russian.png"_s));
-    }
-
-    void cardFace_data()
-    {
-        QTest::addColumn<int>("versionCode");
-        QTest::addColumn<QList<QPoint>>("blueAt");
-        QTest::addColumn<QList<QPoint>>("blackAt");
-        // Body black at both sides and blue at the centre (M = 320); the separator
-        // 60 rows above the bottom runs the other way. Older systems mirror it all.
-        QTest::newRow("system gradient") << 500 << QList<QPoint> {{320, 5}, {319, 5}, {0, 420}, {639, 420}}
-                                         << QList<QPoint> {{0, 5}, {639, 5}, {320, 420}, {0, 419}};
-        QTest::newRow("hand-painted") << 410 << QList<QPoint> {{0, 5}, {639, 5}, {320, 420}}
-                                      << QList<QPoint> {{320, 5}, {0, 420}, {639, 420}};
-    }
-    void cardFace()
-    {
-        QFETCH(int, versionCode);
-        QFETCH(QList<QPoint>, blueAt);
-        QFETCH(QList<QPoint>, blackAt);
-        TestEnvironment env;
-        SetOsVersionOverride(OsVersion {versionCode / 100, versionCode % 100, 0});
-        CardWindow card(640, 480, 60);
-        card.metrics.SetMainText(u"der Bahnhof"_s);
-        card.metrics.SetCornerText(Corner::TopLeft, u"showing card 3 of 37"_s);
-        card.metrics.SetCornerText(Corner::TopRight, u"Times viewed: 2"_s);
-        card.metrics.SetCornerText(Corner::BottomLeft, u"Right click anywhere for menu"_s);
-        card.metrics.SetCornerText(Corner::BottomRight, u"from 'German 3: Travel and Getting Around'"_s);
-        card.renderer.Draw(true);
-        if (versionCode == 500)
-            QVERIFY(SaveScreenshot(card.picture(), u"card-640x480.png"_s));
-        const auto near = [&card](const QList<QPoint> &at, QRgb colour) {
-            for (const QPoint &p : at)
-                QVERIFY2(distance(card.picture().pixel(p), colour) <= 3, qPrintable(u"%1,%2"_s.arg(p.x()).arg(p.y())));
-        };
-        near(blueAt, rgb(14570825));
-        near(blackAt, qRgb(0, 0, 0));
-        if (versionCode >= 411)
-            QVERIFY(distance(card.picture().pixel(160, 5), qRgb(37, 43, 111)) <= 1);
     }
 
     // The card keeps its geometry in logical pixels at every scale: the
@@ -338,7 +283,7 @@ private Q_SLOTS:
         }
 
         // The timer itself presents, rests once nothing can change, and wakes for a new frame or a change to
-        // the window's picture; it does not start while refreshes are suppressed.
+        // the window's picture.
         card.surface.image().fill(kMarker);
         card.surface.Changed(QRect(0, 0, 120, 60));
         SetMainRenderer(&card.renderer);
@@ -353,15 +298,6 @@ private Q_SLOTS:
         card.surface.Changed(QRect(0, 0, 1, 1));
         QVERIFY(!card.renderer.IsResting());
         QTRY_VERIFY(card.renderer.IsResting());
-        card.renderer.StopRefresh();
-        QVERIFY(!card.renderer.IsRefreshing() && !card.renderer.IsResting());
-        card.surface.Changed(QRect(0, 0, 120, 60));
-        const quint64 stopped = card.surface.Revision();
-        QTest::qWait(150); // three periods: a change does not wake a stopped timer
-        QCOMPARE(card.surface.Revision(), stopped);
-        g_SuppressRefresh = true;
-        card.renderer.StartRefresh();
-        QVERIFY(!card.renderer.IsRefreshing());
     }
 };
 

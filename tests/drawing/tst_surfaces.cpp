@@ -139,24 +139,6 @@ private Q_SLOTS:
         QCOMPARE(ReadableOn(preferred, background), readable);
     }
 
-    // A surface made again starts clean (its clip gone); one never made
-    // measures nothing, and a size below zero is none.
-    void surfaceBasics()
-    {
-        cMemDC dc;
-        QCOMPARE(dc.TextWidth(u"not created"_s), 0);
-        int w = 8, h = 8;
-        dc.Create(w, h);
-        dc.SetClip(QRect(0, 0, 2, 2));
-        dc.Create(w, h);
-        dc.FillRect(0, 0, 8, 8, 0x0000FF);
-        QCOMPARE(dc.Image().pixel(7, 7), qRgb(0xFF, 0, 0));
-        h = -5;
-        dc.Create(w, h);
-        QCOMPARE(QSize(dc.Width(), dc.Height()), QSize(8, 0));
-        QCOMPARE(LogicalFont::fromQFont(QFont(u"DejaVu Sans"_s, 1)).size, 1.0); // the smallest size in points
-    }
-
     // Every window shares the one icon, made once.
     void programIconMadeOnce() { QCOMPARE(ProgramIcon().cacheKey(), ProgramIcon().cacheKey()); }
 };
