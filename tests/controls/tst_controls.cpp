@@ -25,7 +25,7 @@ bool shows(const zelControl &c, quint32 colour)
 
 // A new control of this kind ("zelFlatButton", "zelCheck", "zelHL") as
 // placed on a window.
-std::unique_ptr<zelControl> make(const QString &kind, QSize size = QSize(60, 20))
+std::unique_ptr<zelControl> make(const QString &kind)
 {
     std::unique_ptr<zelControl> c;
     if (kind == u"zelFlatButton"_s)
@@ -36,12 +36,10 @@ std::unique_ptr<zelControl> make(const QString &kind, QSize size = QSize(60, 20)
         c = std::make_unique<zelHL>();
     c->setObjectName(kind + u'1');
     c->InitProperties();
-    c->resize(size);
+    c->resize(60, 20);
     c->Redraw();
     return c;
 }
-
-const QStringList kKinds {u"zelFlatButton"_s, u"zelCheck"_s, u"zelHL"_s};
 
 // Every property of a control: the hover flag, bc, fc, fcm, then bcm, bcd,
 // fcd of the button, the caption, enabled, chk of the box.
@@ -76,10 +74,10 @@ private Q_SLOTS:
         QSignalSpy clicks(b.get(), &zelControl::Click);
         QAccessibleInterface *button = QAccessible::queryAccessibleInterface(b.get());
         QAccessibleInterface *check = QAccessible::queryAccessibleInterface(c.get());
-        QCOMPARE(button->role(), QAccessible::Button);
+        QCOMPARE(button->role(), QAccessible::Button); // the box's: tst_app
         QCOMPARE(button->text(QAccessible::Name), u">>"_s);
         button->actionInterface()->doAction(QAccessibleActionInterface::pressAction());
-        QCOMPARE(clicks.count(), 1); // the box's role: tst_app
+        QCOMPARE(clicks.count(), 1);
         const QImage unticked = c->surface().image().copy();
         check->actionInterface()->doAction(QAccessibleActionInterface::toggleAction());
         QVERIFY(static_cast<zelCheck *>(c.get())->Checked() && check->state().checked);
@@ -114,8 +112,9 @@ private Q_SLOTS:
         b.SetBackcolorDisabled(0x202020);
         b.SetForecolorDisabled(0x606060);
         b.SetEnabled(state != 2);
-        b.HandleMouseMove(state == 1 ? 10 : -5, 10); // every move repaints
-        QCOMPARE(pixel(b, 0, 0), rgb(fore));         // the border
+        // Every move repaints; the far corner itself is still over the button.
+        b.HandleMouseMove(state == 1 ? 80 : 81, 30);
+        QCOMPARE(pixel(b, 0, 0), rgb(fore)); // the border
         QCOMPARE(pixel(b, 3, 3), rgb(fill));
         QCOMPARE(shows(b, shadow), state != 2);
     }
@@ -127,7 +126,7 @@ private Q_SLOTS:
     {
         QTest::addColumn<QString>("kind");
         QTest::addColumn<bool>("enabled");
-        for (const QString &kind : kKinds) {
+        for (const QString &kind : {u"zelFlatButton"_s, u"zelCheck"_s, u"zelHL"_s}) {
             QTest::addRow("%s", qPrintable(kind)) << kind << true;
             QTest::addRow("%s disabled", qPrintable(kind)) << kind << false;
         }

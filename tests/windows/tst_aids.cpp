@@ -307,28 +307,6 @@ private Q_SLOTS:
         }
         QTRY_VERIFY_WITH_TIMEOUT(!QFileInfo::exists(pidFile), 15000);
     }
-
-    // An engine that is installed but cannot start (its daemon out of reach) is
-    // told once, with the engine's reason, and nothing is sent to it after.
-    void engineThatDoesNotStart()
-    {
-        TestEnvironment env;
-        const QByteArray address = qgetenv("SPEECHD_ADDRESS");
-        qputenv("SPEECHD_ADDRESS", "unix_socket:" + env.home().toUtf8() + "/nowhere/speechd.sock");
-        auto restore = qScopeGuard([&] { qputenv("SPEECHD_ADDRESS", address); });
-        QtSpeaker speech;
-        if (!speech.Unavailable().isEmpty())
-            QSKIP(qPrintable(speech.Unavailable()));
-        QSignalSpy started(&speech, &QtSpeaker::Started);
-        speech.Say(u"Hallo"_s, u"de"_s);
-        QTRY_COMPARE_WITH_TIMEOUT(started.count(), 1, 30000);
-        const QString prefix = u"The speech engine did not start: "_s;
-        QVERIFY2(speech.Unavailable().startsWith(prefix) && speech.Unavailable().size() > prefix.size(),
-                 qPrintable(speech.Unavailable()));
-        speech.Say(u"Tschüss"_s, u"de"_s);
-        QTest::qWait(50);
-        QCOMPARE(started.count(), 1);
-    }
 };
 
 QTEST_MAIN(AidsTest)

@@ -215,42 +215,6 @@ private Q_SLOTS:
         QCOMPARE(model->index(0, CardListModel::Ordinal).data(Qt::CheckStateRole), QVariant(Qt::Unchecked));
     }
 
-    // The memory list, asked for by its word: the deck's records and every text; then the cards again, in their
-    // own columns.
-    void memoryList()
-    {
-        QLocale::setDefault(QLocale(QLocale::English, QLocale::UnitedStates));
-        QCOMPARE(MemoryTotalText(12345), u"Total hunk memory usage: 00,012,345 bytes"_s);
-        QCOMPARE(MemoryTotalText(123456789), u"Total hunk memory usage: 123,456,789 bytes"_s);
-        frmFind *find = frmFind::Instance();
-        find->Text2->setText(u"show_mem_usage"_s);
-        find->Search();
-        frmViewer *viewer = frmViewer::Instance();
-        MemoryListModel *memory = viewer->Memory();
-        QAbstractItemModelTester tester(memory, QAbstractItemModelTester::FailureReportingMode::QtTest);
-        QVERIFY(viewer->isVisible());
-        QCOMPARE(viewer->LV->model(), memory);
-        QCOMPARE(memory->Blocks()[0].address, reinterpret_cast<quintptr>(&g_Deck[0]));
-        QCOMPARE(std::pair(memory->index(1, 1).data().toLongLong(), memory->index(1, 2).data()),
-                 std::pair(qint64(g_Deck[0].question.size() * 2), QVariant(u"card 1 question"_s)));
-        qint64 total = 0;
-        for (const MemoryListModel::Block &b : memory->Blocks())
-            total += b.width;
-        QCOMPARE(viewer->LoadingText(), MemoryTotalText(total));
-        QLocale::setDefault(QLocale::c());
-        find->Text2->setText(u"haus"_s);
-        find->Search();
-        QCOMPARE(viewer->LV->model(), viewer->Cards());
-        QCOMPARE(QList<int>({viewer->LV->columnWidth(0), viewer->LV->columnWidth(1), viewer->LV->columnWidth(2),
-                             viewer->LV->columnWidth(3)}),
-                 QList<int>({80, 220, 220, 100}));
-        find->Text2->setText(u"show_mem_usage"_s);
-        find->Search();
-        QTest::mouseClick(find->Command2, Qt::LeftButton); // View All Cards, from the memory list
-        QCOMPARE(viewer->LV->model(), viewer->Cards());
-        QCOMPARE(viewer->Cards()->rowCount(), g_Deck.UBound() - g_Deck.LBound() + 1);
-    }
-
     void crashWordAsksFirst()
     {
         int crashes = 0;

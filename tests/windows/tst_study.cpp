@@ -191,11 +191,7 @@ private Q_SLOTS:
         QTest::newRow("O: options") << u"key O"_s << u"open=frmMain,frmOptions front=frmOptions"_s;
         QTest::newRow("F: find") << u"key F"_s << u"open=frmMain,frmFind front=frmFind"_s;
         QTest::newRow("V: every card") << u"key V"_s << u"open=frmMain,frmViewer front=frmViewer"_s;
-        QTest::newRow("O again: options to the front")
-                << u"behind:O key O"_s << u"open=frmMain,frmOptions front=frmOptions"_s;
         QTest::newRow("F again: find to the front") << u"behind:F key F"_s << u"open=frmMain,frmFind front=frmFind"_s;
-        QTest::newRow("V again: every card to the front")
-                << u"behind:V key V"_s << u"open=frmMain,frmViewer front=frmViewer"_s;
         QTest::newRow("A: about") << u"key A"_s << u"modal=frmAbout"_s;
         const QString exited = u"text=- tl=- tr=- bl=- br=- trouble=0 views=0 order= open= released=on"_s;
         QTest::newRow("X: exit") << u"key X"_s << exited;

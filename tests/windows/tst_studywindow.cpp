@@ -5,7 +5,6 @@
 #include "uitestsupport.h"
 #include "windows/cardarea.h"
 
-#include <QAccessible>
 #include <QMouseEvent>
 
 using namespace Qt::Literals::StringLiterals;
@@ -41,29 +40,6 @@ class StudyWindowTest : public QObject
 private Q_SLOTS:
     void initTestCase() { InstallFontSubstitutes(); }
     void cleanup() { ResetStudyWindow(); }
-
-    // Screen readers read the card face: its main text, the side on show and
-    // where the card stands.
-    void cardIsReadableByAssistiveTools()
-    {
-        TestEnvironment env;
-        StudyDeck({{u"der Hund"_s, u"the dog"_s}, {u"die Katze"_s, u"the cat"_s}});
-        QAccessibleInterface *face = QAccessible::queryAccessibleInterface(frmMain::Existing()->Card);
-        QVERIFY(face);
-        QCOMPARE(face->text(QAccessible::Name), u"Card"_s);
-        modrender::ShowFirstCard();
-        QCOMPARE(face->text(QAccessible::Value), u"der Hund (question side), showing card 1 of 2, from 'Kapitel'"_s);
-        modrender::NextCard();
-        // Answers first, with notes: the side on show, and the note under it.
-        g_Extras.SetString(u"study.first_side"_s, u"answer"_s);
-        g_Extras.SetString(u"study.show_notes"_s, u"true"_s);
-        g_Deck[0].note = u"m."_s;
-        modrender::PreviousCard();
-        QCOMPARE(face->text(QAccessible::Value),
-                 u"the dog (answer side), showing card 1 of 2, from 'Kapitel', note: m."_s);
-        // Clicks go through it to the window.
-        QVERIFY(frmMain::Existing()->Card->testAttribute(Qt::WA_TransparentForMouseEvents));
-    }
 
     void hoverHelp()
     {
@@ -101,13 +77,7 @@ private Q_SLOTS:
         QVERIFY(main->Timer1->isActive());
         main->Timer1->setInterval(1);
         QTRY_COMPARE(help(), idle);
-
-        g_ShowMouseHover = false; // no help, and the ticks leave the line alone
-        main->zelFlatButton4->HandleMouseMove(3, 3);
-        QCOMPARE(help(), idle);
-        modrender::Metrics()->SetCornerText(r_data::Corner::BottomLeft, u"x"_s);
-        QTest::qWait(20);
-        QCOMPARE(help(), u"x"_s);
+        g_ShowMouseHover = false; // the other tests' default
     }
 
     // The study window as a person sees it: the card, its separator row, and
