@@ -219,6 +219,8 @@ private Q_SLOTS:
         QCOMPARE(QFileInfo(deck).isFile(), keep && !blocked);
         if (!keep || blocked)
             return;
+        if (!exit) // the manual's picture of a kept session on offer
+            QVERIFY(SaveScreenshot(chapters->grab().toImage(), u"chapter-window-session.png"_s));
         QVERIFY(QTest::qWaitForWindowActive(chapters));
         QTest::keyClick(chapters->LV1, Qt::Key_L, Qt::ControlModifier);
         FlushDeletes();

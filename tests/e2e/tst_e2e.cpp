@@ -1,7 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // Starts the real programs. In a real X server (Xvfb), driven with xdotool:
 // first use, chapter choice, a few study keys and exit, then the settings file
-// it left. Without any display: the command lines that must not need one.
+// it left, with screenshots of the chapter and study windows. Without any
+// display: the command lines that must not need one.
 //
 // The programs are those of the build and, when VOCABRIX_PACKAGE_ROOT names a
 // folder the Debian package was unpacked into, the unpacked ones as well,
@@ -9,9 +10,11 @@
 #include <QDir>
 #include <QElapsedTimer>
 #include <QFile>
+#include <QGuiApplication>
 #include <QJsonArray>
 #include <QJsonDocument>
 #include <QJsonObject>
+#include <QPixmap>
 #include <QProcess>
 #include <QStandardPaths>
 #include <QTemporaryDir>
@@ -130,6 +133,18 @@ class EndToEndTest : public QObject
         QVERIFY(program.waitForStarted());
     }
 
+    // A picture of one window (given by its X id) as the user sees it.
+    void screenshot(const QString &path, const QString &window)
+    {
+        QProcess grab;
+        QProcessEnvironment env = onDisplay(QProcessEnvironment::systemEnvironment());
+        env.insert(u"QT_QPA_PLATFORM"_s, u"xcb"_s);
+        grab.setProcessEnvironment(env);
+        grab.start(QCoreApplication::applicationFilePath(), {u"--grab"_s, path, window});
+        QVERIFY(grab.waitForFinished(30000));
+        QCOMPARE(grab.exitCode(), 0);
+    }
+
 private Q_SLOTS:
     void initTestCase()
     {
@@ -180,13 +195,21 @@ private Q_SLOTS:
         const QString chapters =
                 keysUntil(setup, {u"space"_s, u"Down"_s, u"Return"_s}, u"Vocabrix - Choose Chapters"_s);
         QVERIFY2(!chapters.isEmpty(), "the chapter window did not appear");
-        QThread::msleep(800); // the splash goes, the list is filled
+
+        const QString shots = QStringLiteral(SCREENS_DIR);
+        const QString prefix = shots + u'/' + installation.name + u'-';
+        QDir().mkpath(shots);
+        QThread::msleep(800); // the splash goes, the list is painted
+        screenshot(prefix + u"chapter-window.png"_s, chapters);
 
         // The chapter window offers the four examples and the user's chapter: study them all.
         const QString study = keysUntil(chapters, {u"ctrl+a"_s, u"Return"_s}, u"Vocabrix"_s);
         QVERIFY2(!study.isEmpty(), "the study window did not appear");
         keys(study, {u"Right"_s, u"Right"_s, u"Return"_s, u"space"_s, u"Return"_s, u"Right"_s});
         QThread::msleep(800); // the card fades in
+
+        screenshot(prefix + u"study-window.png"_s, study);
+
         keys(study, {u"x"_s});
         QVERIFY(program.waitForFinished(20000));
         QCOMPARE(program.exitStatus(), QProcess::NormalExit);
@@ -297,6 +320,17 @@ private Q_SLOTS:
     }
 };
 
-QTEST_GUILESS_MAIN(EndToEndTest)
+int main(int argc, char *argv[])
+{
+    if (argc == 4 && qstrcmp(argv[1], "--grab") == 0) {
+        QGuiApplication app(argc, argv);
+        const WId window = QByteArray(argv[3]).toULongLong();
+        const QPixmap shot = QGuiApplication::primaryScreen()->grabWindow(window);
+        return !shot.isNull() && shot.save(QString::fromLocal8Bit(argv[2])) ? 0 : 1;
+    }
+    QCoreApplication app(argc, argv);
+    EndToEndTest test;
+    return QTest::qExec(&test, argc, argv);
+}
 
 #include "tst_e2e.moc"

@@ -83,6 +83,7 @@ private Q_SLOTS:
                 return;
             const QString name = u"window-"_s + window + (tabs ? u"-%1"_s.arg(page + 1) : QString());
             checkLayout(w, name);
+            QVERIFY(SaveScreenshot(w->grab().toImage(), name + u".png"_s)); // for the manual
         }
         if (tabs)
             tabs->setCurrentIndex(0); // the page it opens at
