@@ -139,6 +139,16 @@ private Q_SLOTS:
         QCOMPARE(ReadableOn(preferred, background), readable);
     }
 
+    // A surface never made measures nothing; a size below zero counts as none.
+    void negativeSizeIsNone()
+    {
+        cMemDC dc;
+        QCOMPARE(dc.TextWidth(u"not created"_s), 0);
+        int w = -3, h = -5;
+        dc.Create(w, h);
+        QCOMPARE(QSize(dc.Width(), dc.Height()), QSize(0, 0));
+    }
+
     // Every window shares the one icon, made once.
     void programIconMadeOnce() { QCOMPARE(ProgramIcon().cacheKey(), ProgramIcon().cacheKey()); }
 };
