@@ -148,10 +148,6 @@ private Q_SLOTS:
         row("names read as a card", u"w.csv"_s, named, u"--no-header"_s, u"Windows-1252|Question|Hund|Katze"_s);
         row("a card said to be names", u"w.tsv"_s, "Hund\tdog\nKatze\tcat\nMaus\tmouse\n", u"--header"_s,
             u"Windows-1252|Katze|Maus"_s);
-        row("names under header lines", u"w.tsv"_s,
-            "#html:true\n<b>Vorderseite</b>\tR&uuml;ckseite\nHund\tdog\nKatze\tcat\n", QString(),
-            u"Windows-1252|Hund|Katze"_s,
-            u"vxedit: w.tsv: line 2 is taken as column names, not a card (--no-header reads it as a card)\n"_s);
         row("another program's export: its deck column is not card text", u"w.txt"_s,
             "#separator:tab\n#html:false\n#deck column:1\nSpanisch\tperro\tdog\nSpanisch\tgato\tcat\n", QString(),
             u"Windows-1252|perro|gato"_s);

@@ -246,29 +246,27 @@ private Q_SLOTS:
     {
         QTest::addColumn<QByteArray>("before"); // the file beside the chapter; null: none
         QTest::addColumn<QStringList>("args");
-        QTest::addColumn<int>("status");
         QTest::addColumn<QString>("out");
         QTest::addColumn<QByteArray>("after");
         QTest::addColumn<QString>("loaded"); // "question,answer"
-        QTest::addColumn<QString>("why");    // logged as the load leaves them out; empty: not
+        QTest::addColumn<QString>("why");    // told (status 1) and logged as the load leaves them out; empty: not
         const QByteArray crlf = "# x\r\nquestion = de\r\n\r\nanswer=en_gb\r\n", bad = "question=klingonisch\n";
         const QByteArray head = "# Vocabrix: the languages this chapter's cards are spoken in\n";
-        QTest::newRow("none") << QByteArray() << QStringList() << 0 << QString() << QByteArray() << u","_s << QString();
+        QTest::newRow("none") << QByteArray() << QStringList() << QString() << QByteArray() << u","_s << QString();
         QTest::newRow("shown, with comments, blanks and CRLF")
-                << crlf << QStringList() << 0 << u"question=de\nanswer=en-GB\n"_s << crlf << u"de,en-GB"_s << QString();
-        QTest::newRow("set, a region written right") << QByteArray() << QStringList {u"--set"_s, u"de,EN_gb"_s} << 0
+                << crlf << QStringList() << u"question=de\nanswer=en-GB\n"_s << crlf << u"de,en-GB"_s << QString();
+        QTest::newRow("set, a region written right") << QByteArray() << QStringList {u"--set"_s, u"de,EN_gb"_s}
                                                      << QString() << head + "question=de\nanswer=en-GB\n"
                                                      << u"de,en-GB"_s << QString();
-        QTest::newRow("cleared") << crlf << QStringList {u"--clear"_s} << 0 << QString() << QByteArray() << u","_s
+        QTest::newRow("cleared") << crlf << QStringList {u"--clear"_s} << QString() << QByteArray() << u","_s
                                  << QString();
-        QTest::newRow("not a language") << bad << QStringList() << 1 << QString() << bad << u","_s
+        QTest::newRow("not a language") << bad << QStringList() << QString() << bad << u","_s
                                         << u"'klingonisch' is not a language (try a tag such as de or en-GB)"_s;
     }
     void chapterLanguages()
     {
         QFETCH(QByteArray, before);
         QFETCH(QStringList, args);
-        QFETCH(int, status);
         QFETCH(QString, out);
         QFETCH(QByteArray, after);
         QFETCH(QString, loaded);
@@ -281,9 +279,9 @@ private Q_SLOTS:
         if (!before.isNull())
             WriteFileBytes(beside, before);
         const RunResult r = run(QStringList {u"languages"_s, chapter} + args);
-        QCOMPARE(r.status, status);
+        QCOMPARE(r.status, why.isEmpty() ? 0 : 1);
         QCOMPARE(QString::fromUtf8(r.out), out);
-        QCOMPARE(r.err.isEmpty(), status == 0);
+        QCOMPARE(r.err, why.isEmpty() ? QString() : u"vxedit: "_s + chapter + u": a.zel.lang: "_s + why + u'\n');
         QCOMPARE(QFileInfo::exists(beside), !after.isNull());
         QCOMPARE(ReadFileBytes(beside), after);
 
@@ -291,7 +289,6 @@ private Q_SLOTS:
         env.log->clear();
         LoadChapterFile(chapter, u"A"_s);
         QCOMPARE(g_Deck.UBound(), 2);
-        QCOMPARE(g_Deck[1].question, u"c"_s);
         const ChapterLanguages got = g_Deck.Languages(u"A"_s);
         QCOMPARE(got.question + u',' + got.answer, loaded);
         QStringList log {u"file loaded; using 8 bytes of memory/n"_s};
