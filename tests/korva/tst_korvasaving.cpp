@@ -125,10 +125,7 @@ private Q_SLOTS:
         QFETCH(QString, text);
         QFETCH(QByteArray, stored);
         QFETCH(QString, why);
-        korva::Header h;
-        h.description = u"d"_s;
-        h.title = title;
-        h.reserved = marked ? u"utf-8"_s : QString();
+        const korva::Header h {u"d"_s, 0, 0, title, marked ? u"utf-8"_s : QString()};
         ikorvalite db;
         db.Assign(h, {korva::Entry(), korva::Entry {u"k"_s, -1, text, 0, {}}});
         const QString p = path(u"limits.zel"_s);
@@ -144,33 +141,28 @@ private Q_SLOTS:
         QCOMPARE(ReadFileBytes(p).mid(128), bytes::placeholder() + bytes::entry("k", -1, stored, 0, {}));
     }
 
-    void readOnlyQuestion_data()
-    {
-        QTest::addColumn<bool>("answerYes");
-        QTest::newRow("yes overwrites") << true;
-        QTest::newRow("no keeps the file") << false;
-    }
+    // Yes overwrites the read-only file (and makes it writable), no keeps it.
     void readOnlyQuestion()
     {
-        QFETCH(bool, answerYes);
         const QString p = path(u"ro.zel"_s);
-        WriteFileBytes(p, kEmptyFile);
-        QFile::setPermissions(p, QFileDevice::ReadOwner | QFileDevice::ReadUser);
-
-        ikorvalite db;
-        QVERIFY(db.Mount(p, false));
-        db.SetValue(u"x"_s, QString(), 1, QString());
-        m_answerYes = answerYes;
-        QCOMPARE(db.Save(), answerYes);
-        QCOMPARE(m_questions,
-                 QStringList(u"Readonly File Detected | The specified file is readonly. Do you want to save to this "
-                             "location anyways?"_s));
-        QCOMPARE(ReadFileBytes(p),
-                 answerYes ? bytes::header("d", 4, 1) + bytes::placeholder() + bytes::entry("x", 0, {}, 1, {})
-                           : kEmptyFile);
-        QCOMPARE(bool(QFileInfo(p).permissions() & QFileDevice::WriteOwner), answerYes);
-        QVERIFY(m_warnings.empty());
-        QFile::setPermissions(p, QFileDevice::ReadOwner | QFileDevice::WriteOwner);
+        for (const bool answerYes : {true, false}) {
+            WriteFileBytes(p, kEmptyFile);
+            QFile::setPermissions(p, QFileDevice::ReadOwner | QFileDevice::ReadUser);
+            listen();
+            ikorvalite db;
+            QVERIFY(db.Mount(p, false));
+            db.SetValue(u"x"_s, QString(), 1, QString());
+            m_answerYes = answerYes;
+            QCOMPARE(db.Save(), answerYes);
+            QCOMPARE(m_questions,
+                     QStringList(u"Readonly File Detected | The specified file is readonly. Do you want "
+                                 "to save to this location anyways?"_s));
+            QCOMPARE(ReadFileBytes(p),
+                     answerYes ? bytes::header("d", 4, 1) + bytes::placeholder() + bytes::entry("x", 0, {}, 1, {})
+                               : kEmptyFile);
+            QCOMPARE(bool(QFileInfo(p).permissions() & QFileDevice::WriteOwner), answerYes);
+            QVERIFY(m_warnings.empty());
+        }
     }
 
     void saveThroughLinkKeepsLinkAndPermissions()
@@ -193,31 +185,27 @@ private Q_SLOTS:
     // A name as long as a file name can be: the temporary file's name is cut
     // to fit beside it, never inside a character, and one left by a save cut
     // off is found again.
-    void longestNames_data()
-    {
-        QTest::addColumn<QString>("name");
-        QTest::addColumn<QString>("cut"); // the name as its temporary files begin with it
-        QTest::newRow("255 bytes") << QString(251, u'n') + u".zel"_s << QString(241, u'n');
-        const QString wide = u"\U0001F600"_s; // four bytes
-        // 241 bytes would end inside the 60th wide letter.
-        QTest::newRow("letters of four bytes") << u"aa"_s + wide.repeated(63) << u"aa"_s + wide.repeated(59);
-    }
     void longestNames()
     {
-        QFETCH(QString, name);
-        QFETCH(QString, cut);
-        QTemporaryDir dir;
-        WriteFileBytes(dir.filePath(cut + u".vxsave-AbC123"_s), "left over");
-        QString error;
-        const mode_t mask = ::umask(022);
-        const bool saved = korva::saveFile(dir.filePath(name), "new", &error);
-        ::umask(mask);
-        QVERIFY2(saved, qPrintable(error));
-        QCOMPARE(QDir(dir.path()).entryList(QDir::Files), QStringList({name}));
-        QCOMPARE(ReadFileBytes(dir.filePath(name)), QByteArray("new"));
-        // A new file, readable by all and written by its owner (the user's mask applies).
-        QCOMPARE(QFileInfo(dir.filePath(name)).permissions() & 0x0FFF,
-                 QFileDevice::ReadUser | QFileDevice::WriteUser | QFileDevice::ReadGroup | QFileDevice::ReadOther);
+        const QString wide = u"\U0001F600"_s; // four bytes
+        // The name, and the name as its temporary files begin with it: 241
+        // bytes would end inside the 60th wide letter.
+        const std::pair<QString, QString> names[] = {{QString(251, u'n') + u".zel"_s, QString(241, u'n')},
+                                                     {u"aa"_s + wide.repeated(63), u"aa"_s + wide.repeated(59)}};
+        for (const auto &[name, cut] : names) {
+            QTemporaryDir dir;
+            WriteFileBytes(dir.filePath(cut + u".vxsave-AbC123"_s), "left over");
+            QString error;
+            const mode_t mask = ::umask(022);
+            const bool saved = korva::saveFile(dir.filePath(name), "new", &error);
+            ::umask(mask);
+            QVERIFY2(saved, qPrintable(error));
+            QCOMPARE(QDir(dir.path()).entryList(QDir::Files), QStringList({name}));
+            QCOMPARE(ReadFileBytes(dir.filePath(name)), QByteArray("new"));
+            // A new file, readable by all and written by its owner (the user's mask applies).
+            QCOMPARE(QFileInfo(dir.filePath(name)).permissions() & 0x0FFF,
+                     QFileDevice::ReadUser | QFileDevice::WriteUser | QFileDevice::ReadGroup | QFileDevice::ReadOther);
+        }
     }
 
     // A save that was cut off (the process killed) leaves its temporary file;
