@@ -95,6 +95,31 @@ private Q_SLOTS:
         QVERIFY(smallest.width() <= room.width() && smallest.height() <= room.height());
     }
 
+    // A window that opens where it likes is made to fit the screen's free area with its frame, and moved onto it.
+    void fitInto_data()
+    {
+        QTest::addColumn<QRect>("window"); // where it is, and its size
+        QTest::addColumn<QSize>("minimum");
+        QTest::addColumn<QRect>("fitted"); // on a screen whose free area is 1024x600 at (100, 50)
+        QTest::newRow("past the right and the bottom")
+                << QRect(1000, 600, 400, 300) << QSize(0, 0) << QRect(716, 342, 400, 300);
+        QTest::newRow("past the left and the top") << QRect(0, 0, 400, 300) << QSize(0, 0) << QRect(108, 82, 400, 300);
+        QTest::newRow("larger than the screen") << QRect(0, 0, 2000, 1000) << QSize(0, 0) << QRect(108, 82, 1008, 560);
+        QTest::newRow("a minimum larger than the screen")
+                << QRect(500, 400, 1200, 700) << QSize(1200, 700) << QRect(108, 82, 1200, 700);
+    }
+    void fitInto()
+    {
+        QFETCH(QRect, window);
+        QFETCH(QSize, minimum);
+        QFETCH(QRect, fitted);
+        QWidget w;
+        w.setMinimumSize(minimum);
+        w.setGeometry(window);
+        FitInto(&w, QRect(100, 50, 1024, 600));
+        QCOMPARE(QRect(w.pos(), w.size()), fitted);
+    }
+
     // A chapter whose path the settings file cannot hold is refused and not listed.
     void chapterList()
     {
