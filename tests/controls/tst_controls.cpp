@@ -140,6 +140,7 @@ private Q_SLOTS:
         c->SetEnabled(enabled);
         QSignalSpy clicks(c.get(), &zelControl::Click);
         c->HandleMouseMove(2, 2);
+        QCOMPARE(c->cursor().shape(), enabled ? Qt::PointingHandCursor : Qt::ArrowCursor); // a hand where a click works
         QTest::mouseClick(c.get(), Qt::LeftButton, {}, QPoint(2, 2));
         QCOMPARE(clicks.count(), enabled ? 1 : 0);
         QCOMPARE(c->Hovering(), !enabled); // a click clears the hover flag

@@ -297,6 +297,10 @@ private Q_SLOTS:
         QCOMPARE(env.logLines(),
                  QStringList({u"file: \"/usr/bin/mybrowser\""_s, u"args: --private \"file:///tmp/doc/index.html\""_s}));
         QCOMPARE(launches(env.prompter), QStringList(u"/usr/bin/mybrowser | --private file:///tmp/doc/index.html"_s));
+        // The older list kept among the applications counts as well.
+        QFile::remove(env.home() + u"/.config/mimeapps.list"_s);
+        WriteFileBytes(apps + u"/defaults.list"_s, "[Default Applications]\nx-scheme-handler/http=other.desktop\n");
+        QCOMPARE(modBrowser::DefaultBrowserExecLine(), u"/usr/bin/other %u"_s);
 
         const QByteArray browser = QByteArray("/") + QByteArray(120, 'b');
         qputenv("BROWSER", browser);
@@ -396,6 +400,8 @@ private Q_SLOTS:
         QVERIFY(!g_Extras.IsDirty());
         g_Extras.SetInt(u"n"_s, 7);
         QVERIFY(g_Extras.IsDirty() && g_Extras.String(u"n"_s) == u"7"_s);
+        g_Extras.Load(); // read again: the change is gone, and nothing is left to save
+        QVERIFY(!g_Extras.IsDirty() && g_Extras.Int(u"n"_s, 5) == -12);
         ResetProgramState(); // a program that read no file
         QVERIFY(!g_Extras.Contains(u"n"_s) && !g_Extras.IsDirty());
     }
