@@ -137,7 +137,7 @@ private Q_SLOTS:
         QCOMPARE(db.Path(), path(u"a.zel"_s));
         QVERIFY(!QFileInfo::exists(path(u"b.zel"_s)));
         QVERIFY(!db.Unmount()); // deliberate: it never reports success
-        QVERIFY(!db.IsMounted());
+        QVERIFY(!db.IsMounted() && db.Path().isEmpty());
         QVERIFY(!db.Save());
         QCOMPARE(db.LastError(), u"no file is mounted"_s);
         QVERIFY(!db.Mount(QString(), false));
