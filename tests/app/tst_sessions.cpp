@@ -118,6 +118,8 @@ private Q_SLOTS:
         QVERIFY(QDir().mkpath(m_env->path(u"saves"_s)));
         m_env->prompter.fileAnswers = {saved};
         main->mP_sp->trigger();
+        // The dialog opens in the home folder, the next time where the last progress file went.
+        QCOMPARE(m_env->prompter.fileDialogs.back().fileName, g_BaseDirectory);
 
         main->Check2->SetChecked(true);
         m_env->log->clear();
@@ -149,6 +151,7 @@ private Q_SLOTS:
         m_env->prompter.fileAnswers = {saved};
         chapters->ToolbarCommand(u"lsaved"_s);
         FlushDeletes();
+        QCOMPARE(m_env->prompter.fileDialogs.back().fileName, m_env->path(u"saves"_s));
         QCOMPARE(stored(master(), {settings::kFileListCount}).constFirst().section(u' ', 0, 0),
                  u"flist_count="_s + QString::number(listed - 1));
         QVERIFY(main->isVisible() && !modMain::ChapterWindow());
@@ -234,7 +237,7 @@ private Q_SLOTS:
     // and not offered; nothing else is asked or lost.
     void damagedSessionSetAside_data()
     {
-        QTest::addColumn<QByteArray>("deck"); // "folder", "named pipe", or null for none
+        QTest::addColumn<QByteArray>("deck"); // "folder", "named pipe", "huge", or null for none
         QTest::addColumn<QByteArray>("state");
         QTest::addColumn<QString>("why"); // empty: intact
         const QByteArray deck = keptDeck(), cut = deck.chopped(3);
@@ -242,7 +245,9 @@ private Q_SLOTS:
         auto row = [](const char *name, const QByteArray &file, const QByteArray &state, const QString &why) {
             QTest::newRow(name) << file << state << why;
         };
-        row("intact", deck, keptState(deck, fine), QString());
+        QByteArray largest = keptState(deck, fine) + '#';
+        largest += QByteArray(64 * 1024 - largest.size(), '#');
+        row("intact, as large as a state may be", deck, largest, QString());
         row("the deck cut short", cut, keptState(cut, fine), u"lastsession.vxs: it ends inside card 2 of 2"_s);
         row("the state of another deck", deck, keptState(deck + "x", fine),
             u"lastsession.vxs is not the deck that lastsession.txt belongs to"_s);
@@ -251,6 +256,8 @@ private Q_SLOTS:
         row("an unknown side", deck, keptState(deck, "card=0\nside=back\nfirst_side=question\ntrouble_only=true\n"),
             u"lastsession.txt is damaged"_s);
         row("no deck", QByteArray(), keptState(deck, fine), u"lastsession.vxs: no such file"_s);
+        row("a deck far too large", "huge", keptState(deck, fine),
+            u"lastsession.vxs: it is far larger than a kept session can be"_s);
         row("not a session", deck, "\x01\x02junk", u"lastsession.txt is not a session this version keeps"_s);
         row("a folder for the deck", "folder", keptState(deck, fine), u"lastsession.vxs: it is a folder, not a file"_s);
         row("a FIFO for the deck", "named pipe", keptState(deck, fine),
@@ -265,6 +272,8 @@ private Q_SLOTS:
         QVERIFY(QDir().mkpath(home));
         if (deck == "folder" || deck == "named pipe")
             MakeSpecialFile(QString::fromLatin1(deck), home + u"lastsession.vxs"_s);
+        else if (QFile huge(home + u"lastsession.vxs"_s); deck == "huge") // just over 64 MiB, sparse
+            QVERIFY(huge.open(QIODevice::WriteOnly) && huge.resize(64 * 1024 * 1024 + 1));
         else if (!deck.isNull())
             WriteFileBytes(home + u"lastsession.vxs"_s, deck);
         if (!state.isNull())
