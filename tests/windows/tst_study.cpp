@@ -36,36 +36,8 @@ private:
     int m_draws = 0;
 };
 
-// The window last brought to the front (raise() sends it a ZOrderChange) and
-// the one last made active, to take the keys.
-class RaiseWatch final : public QObject
-{
-public:
-    RaiseWatch() { qApp->installEventFilter(this); }
-    QString last, active;
-    bool eventFilter(QObject *o, QEvent *e) override
-    {
-        auto *w = qobject_cast<QWidget *>(o);
-        if (!w || !w->isWindow() || !forms::Open().contains(w))
-            return false;
-        if (e->type() == QEvent::ZOrderChange)
-            last = forms::Name(w);
-        else if (e->type() == QEvent::WindowActivate)
-            active = forms::Name(w);
-        return false;
-    }
-    // The window in front, marked when it did not also take the keys (the
-    // activation comes from the window system a moment later).
-    QString front() const
-    {
-        if (last.isEmpty() || QTest::qWaitFor([this] { return last == active; }, 1000))
-            return last;
-        return last + u"(inactive)"_s;
-    }
-};
-
 // What a person can tell of the session, as "name=value" tokens.
-QStringList observe(const TestEnvironment &env, const RaiseWatch *raised = nullptr)
+QStringList observe(const TestEnvironment &env)
 {
     frmMain *main = frmMain::Existing();
     int views = 0, trouble = 0;
@@ -99,7 +71,6 @@ QStringList observe(const TestEnvironment &env, const RaiseWatch *raised = nullp
             u"views="_s + QString::number(views),
             u"order="_s + order.join(u','),
             u"open="_s + open.join(u','),
-            u"front="_s + (raised ? raised->front() : QString()),
             u"menu="_s + on(main && main->mP->isVisible()),
             u"boxes="_s + env.prompter.boxTitles().join(u','),
             u"dialogs="_s + dialogs.join(u','),
@@ -156,15 +127,6 @@ private Q_SLOTS:
         // The view count is 16 bits: it stops at its largest value.
         modrender::ShowFirstCard();
         QCOMPARE(g_Deck[0].timesViewed, qint16(32767));
-        // Trouble-only mode with no trouble card left is left, with a box.
-        for (Card &card : g_Deck.cards())
-            card.trouble = kCardFalse;
-        frmMain::Existing()->Check2->SetChecked(true);
-        modrender::NextCard();
-        QCOMPARE(env.prompter.seen(),
-                 QStringList(Box(u"Card Manager"_s,
-                                 u"No trouble cards have been located. The first card will now be displayed"_s,
-                                 MsgIcon::Information)));
     }
 
     // Every way into the study window's commands, from the third card of six
@@ -229,6 +191,7 @@ private Q_SLOTS:
         QTest::newRow("Z: the last move taken back") << u"key Z"_s << undone;
         QTest::newRow("menu Undo") << u"menu mP_u"_s << undone;
         QTest::newRow("Left, Ctrl+Z: as before") << u"key Left,Ctrl+Z"_s << QString();
+        QTest::newRow("Return, Space, Z, Z: mark and flip taken back") << u"key Return,Space,Z,Z"_s << QString();
         QTest::newRow("a jump, Z: as before") << u"jump:5 key Z"_s << QString();
         QTest::newRow("Z three times: no further than the first card")
                 << u"key Z,Z,Z"_s << u"card=0 text=q0 views=1 tl=showing_card_1_of_6;_1_trouble_cards"_s;
@@ -287,8 +250,7 @@ private Q_SLOTS:
         modrender::ShowFirstCard();
         modrender::NextCard();
         modrender::NextCard();
-        const RaiseWatch raised;
-        const QStringList before = observe(env, &raised);
+        const QStringList before = observe(env);
 
         QStringList how = route.split(u' ');
         // Set-up of the additions: an option, a mark, a jump.
@@ -317,13 +279,12 @@ private Q_SLOTS:
             QVERIFY(target);
             for (int k = 0; k < keys.count(); ++k)
                 QTest::keyClick(target, keys[k].key(), keys[k].keyboardModifiers());
-        } else if (how[0] == u"click"_s) {
-            QTest::mouseClick(main->findChild<QWidget *>(how[1]), Qt::LeftButton, {}, QPoint(3, 3));
-        } else if (how[0] == u"rightclick"_s) {
-            if (how.size() > 1) // on a control
-                QTest::mouseClick(main->findChild<QWidget *>(how[1]), Qt::RightButton, {}, QPoint(3, 3));
+        } else if (how[0].endsWith(u"click"_s)) { // on a control, or on the card
+            const Qt::MouseButton button = how[0] == u"click"_s ? Qt::LeftButton : Qt::RightButton;
+            if (how.size() > 1)
+                QTest::mouseClick(main->findChild<QWidget *>(how[1]), button, {}, QPoint(3, 3));
             else
-                QTest::mouseClick(main, Qt::RightButton, {}, QPoint(320, 200));
+                QTest::mouseClick(main, button, {}, QPoint(320, 200));
         } else if (how[0] == u"close"_s) {
             main->close();
         } else if (how[0] == u"menukey"_s) {
@@ -333,31 +294,10 @@ private Q_SLOTS:
             main->findChild<QAction *>(how[1])->trigger();
         }
         g_ShuffleRunning = false;
-        QCOMPARE(observe(env, &raised), changed(before, effect));
-    }
-
-    // Undo goes back step by step, far enough; only the latest steps are kept.
-    void undoGoesBackStepByStep()
-    {
-        TestEnvironment env;
-        StudyDeck(6, {1});
-        modrender::ShowFirstCard();
-        const QStringList start = observe(env);
-        for (int i = 0; i < 60; ++i) {
-            if (i % 3 == 0)
-                modrender::ToggleAnswer();
-            else if (i % 3 == 1)
-                frmMain::Existing()->ToggleTrouble();
-            else
-                modrender::NextCard();
-        }
-        for (int i = 0; i < 60; ++i)
-            frmMain::Existing()->Undo();
-        QCOMPARE(observe(env), start);
-        QVERIFY(!modrender::CanUndo());
-        for (int i = 0; i < modrender::kUndoSteps + 20; ++i)
-            modrender::NextCard();
-        QCOMPARE(modrender::UndoCount(), modrender::kUndoSteps);
+        const qsizetype front = effect.indexOf(u"front="_s);
+        if (front >= 0) // the window opened or brought forward takes the keys
+            QTRY_COMPARE(forms::Name(QApplication::activeWindow()), effect.mid(front + 6).section(u' ', 0, 0));
+        QCOMPARE(observe(env), changed(before, effect));
     }
 
     // While the deck is shuffled: the progress form over the study window,
@@ -386,10 +326,6 @@ private Q_SLOTS:
             const QImage &face = modrender::Renderer()->Surface()->Image(); // and drawn, mid-card
             QVERIFY(HasColour(face.copy(0, face.height() * 2 / 5, face.width(), face.height() / 5),
                               rgb(modrender::Metrics()->Color(u"main_text_forecolor"_s, 0))));
-            QImage window(face.size(), QImage::Format_RGB32); // on the window too, under its controls
-            window.setDevicePixelRatio(face.devicePixelRatio());
-            main->render(&window, {}, {}, QWidget::DrawWindowBackground);
-            QCOMPARE(window, face.convertToFormat(QImage::Format_RGB32));
             QCOMPARE(corner(r_data::Corner::TopLeft), u"Pass 1 of 2"_s);
             QVERIFY(g_ShuffleRunning);
             checkLayout(main, u"study-shuffling"_s); // the controls and the typing line off
