@@ -24,43 +24,43 @@
 
 using namespace Qt::Literals::StringLiterals;
 
+namespace {
+
+// The next scripted answer, or none once the script has run out.
+template<typename T> T next(std::deque<T> &answers, T none = {})
+{
+    if (answers.empty())
+        return none;
+    T answer = std::move(answers.front());
+    answers.pop_front();
+    return answer;
+}
+
+// What a user who closes the box answers: OK, else No, else Cancel.
+MsgResult safest(MsgButtons buttons)
+{
+    return buttons == MsgButtons::OK ? MsgResult::OK : buttons == MsgButtons::YesNo ? MsgResult::No : MsgResult::Cancel;
+}
+
+} // namespace
+
 MsgResult FakePrompter::ShowMessage(const MessageBoxRequest &request)
 {
     boxes.push_back(request);
     if (onBox)
         onBox(request);
-    if (!answers.empty()) {
-        const MsgResult answer = answers.front();
-        answers.pop_front();
-        return answer;
-    }
-    switch (request.buttons) {
-    case MsgButtons::OK:
-        return MsgResult::OK;
-    case MsgButtons::YesNo:
-        return MsgResult::No;
-    default:
-        return MsgResult::Cancel;
-    }
+    return next(answers, safest(request.buttons));
 }
 
 std::optional<QString> FakePrompter::AskFileName(const FileDialogRequest &request)
 {
     fileDialogs.push_back(request);
-    if (fileAnswers.empty())
-        return std::nullopt;
-    auto answer = fileAnswers.front();
-    fileAnswers.pop_front();
-    return answer;
+    return next(fileAnswers);
 }
 
 std::optional<quint32> FakePrompter::AskColor(quint32)
 {
-    if (colorAnswers.empty())
-        return std::nullopt;
-    auto answer = colorAnswers.front();
-    colorAnswers.pop_front();
-    return answer;
+    return next(colorAnswers);
 }
 
 bool FakePrompter::StartProgram(const QString &program, const QStringList &arguments, const QString &workingDirectory)
@@ -84,11 +84,7 @@ int FakePrompter::ShowModal(QObject *window)
 std::optional<PrintChoice> FakePrompter::AskPrint(const PrintRequest &request)
 {
     printDialogs.push_back(request);
-    if (printAnswers.empty())
-        return std::nullopt;
-    auto answer = printAnswers.front();
-    printAnswers.pop_front();
-    return answer;
+    return next(printAnswers);
 }
 
 QStringList FakePrompter::boxTitles() const

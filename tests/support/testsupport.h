@@ -106,7 +106,6 @@ public:
         : log(std::move(record))
     {}
     std::shared_ptr<LogRecord> log;
-    bool *disconnected = nullptr; // set when told to disconnect (it is released right after)
 
     void Connect(const QString &) override {}
     void showWatchWindow() override {}
@@ -114,11 +113,7 @@ public:
     {
         log->lines.push_back({message, level, channel});
     }
-    void Disconnect() override
-    {
-        if (disconnected)
-            *disconnected = true;
-    }
+    void Disconnect() override {}
 };
 
 // Pauses that take no time but are counted.

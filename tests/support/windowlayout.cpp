@@ -54,6 +54,19 @@ QString quoted(QString text)
     return u'"' + text + u'"';
 }
 
+// The name of an enum's value, as Qt spells it.
+template<typename E> QString key(E value)
+{
+    return QString::fromLatin1(QMetaEnum::fromType<E>().valueToKey(int(value)));
+}
+
+// Appends word to parts when on.
+void add(QStringList &parts, bool on, const QString &word)
+{
+    if (on)
+        parts << word;
+}
+
 QString colour(const QColor &c)
 {
     return c.alpha() == 255 ? c.name() : c.name(QColor::HexArgb);
@@ -85,44 +98,34 @@ public:
     void widget(QWidget *w, int depth)
     {
         QStringList parts {QString::fromLatin1(w->metaObject()->className())};
-        if (!w->objectName().isEmpty())
-            parts << u'#' + w->objectName();
+        add(parts, !w->objectName().isEmpty(), u'#' + w->objectName());
         // What is hidden has no place yet: it is written out where it shows.
         if (w != m_window && w->isHidden())
             return line(depth, parts.join(u' ') + u" hidden"_s);
         const QPoint at = w == m_window ? QPoint() : w->mapTo(m_window, QPoint());
         parts << u"@%1,%2 %3x%4"_s.arg(at.x()).arg(at.y()).arg(w->width()).arg(w->height());
         QWidget *parent = w == m_window ? nullptr : w->parentWidget();
-        if (parent ? !w->isEnabledTo(parent) : !w->isEnabled())
-            parts << u"disabled"_s;
-        if (w->focusPolicy() != Qt::NoFocus)
-            parts << u"focus="_s
-                            + QString::fromLatin1(QMetaEnum::fromType<Qt::FocusPolicy>().valueToKey(w->focusPolicy()));
+        add(parts, parent ? !w->isEnabledTo(parent) : !w->isEnabled(), u"disabled"_s);
+        add(parts, w->focusPolicy() != Qt::NoFocus, u"focus="_s + key(w->focusPolicy()));
         if (!parent) {
             parts << u"title="_s + quoted(w->windowTitle()) << u"modality=%1"_s.arg(int(w->windowModality()));
             parts << u"font="_s + fontText(w->font());
         } else if (w->font() != parent->font()) {
             parts << u"font="_s + fontText(w->font());
         }
-        if (w->minimumSize() != QSize(0, 0))
-            parts << u"min=%1x%2"_s.arg(w->minimumWidth()).arg(w->minimumHeight());
-        if (w->maximumSize() != QSize(QWIDGETSIZE_MAX, QWIDGETSIZE_MAX))
-            parts << u"max=%1x%2"_s.arg(w->maximumWidth()).arg(w->maximumHeight());
-        if (w->testAttribute(Qt::WA_SetCursor))
-            parts << u"cursor=%1"_s.arg(int(w->cursor().shape()));
-        if (w->autoFillBackground())
-            parts << u"filled"_s;
-        if (!w->styleSheet().isEmpty())
-            parts << u"styleSheet="_s + quoted(w->styleSheet());
+        add(parts, w->minimumSize() != QSize(0, 0), u"min=%1x%2"_s.arg(w->minimumWidth()).arg(w->minimumHeight()));
+        add(parts, w->maximumSize() != QSize(QWIDGETSIZE_MAX, QWIDGETSIZE_MAX),
+            u"max=%1x%2"_s.arg(w->maximumWidth()).arg(w->maximumHeight()));
+        add(parts, w->testAttribute(Qt::WA_SetCursor), u"cursor=%1"_s.arg(int(w->cursor().shape())));
+        add(parts, w->autoFillBackground(), u"filled"_s);
+        add(parts, !w->styleSheet().isEmpty(), u"styleSheet="_s + quoted(w->styleSheet()));
         palette(w, parent, parts);
         if (const QPalette::ColorRole fore = w->foregroundRole();
             fore != QPalette::WindowText && fore != defaultForeground(w->backgroundRole()))
-            parts << u"foreground="_s
-                            + QString::fromLatin1(QMetaEnum::fromType<QPalette::ColorRole>().valueToKey(fore));
+            parts << u"foreground="_s + key(fore);
         for (const char *name : {"toolTip", "statusTip", "whatsThis", "accessibleName", "accessibleDescription"}) {
             const QString value = w->property(name).toString();
-            if (!value.isEmpty())
-                parts << QString::fromLatin1(name) + u'=' + quoted(value);
+            add(parts, !value.isEmpty(), QString::fromLatin1(name) + u'=' + quoted(value));
         }
         kind(w, parts);
         ownProperties(w, parts);
@@ -156,16 +159,14 @@ private:
     static void palette(QWidget *w, QWidget *parent, QStringList &parts)
     {
         const QPalette base = parent ? parent->palette() : QApplication::palette();
-        const QMetaEnum roles = QMetaEnum::fromType<QPalette::ColorRole>();
         for (int i = 0; i < QPalette::NColorRoles; ++i) {
             const auto role = QPalette::ColorRole(i);
-            const QString name = QString::fromLatin1(roles.valueToKey(i));
+            const QString name = key(role);
             const QColor active = w->palette().color(QPalette::Active, role);
             const QColor disabled = w->palette().color(QPalette::Disabled, role);
-            if (active != base.color(QPalette::Active, role))
-                parts << name + u'=' + colour(active);
-            if (disabled != base.color(QPalette::Disabled, role) && disabled != active)
-                parts << name + u"(disabled)="_s + colour(disabled);
+            add(parts, active != base.color(QPalette::Active, role), name + u'=' + colour(active));
+            add(parts, disabled != base.color(QPalette::Disabled, role) && disabled != active,
+                name + u"(disabled)="_s + colour(disabled));
         }
     }
 
@@ -195,47 +196,36 @@ private:
     {
         if (auto *button = qobject_cast<QAbstractButton *>(w)) {
             parts << u"text="_s + quoted(button->text());
-            if (button->isCheckable())
-                parts << (button->isChecked() ? u"checked"_s : u"unchecked"_s);
-            if (!button->shortcut().isEmpty())
-                parts << u"key="_s + button->shortcut().toString();
-            if (!button->icon().isNull())
-                parts << u"icon=%1x%2"_s.arg(button->iconSize().width()).arg(button->iconSize().height());
+            add(parts, button->isCheckable(), button->isChecked() ? u"checked"_s : u"unchecked"_s);
+            add(parts, !button->shortcut().isEmpty(), u"key="_s + button->shortcut().toString());
+            add(parts, !button->icon().isNull(),
+                u"icon=%1x%2"_s.arg(button->iconSize().width()).arg(button->iconSize().height()));
             if (auto *push = qobject_cast<QPushButton *>(w)) {
-                if (push->isDefault())
-                    parts << u"default"_s;
-                if (push->autoDefault())
-                    parts << u"autoDefault"_s;
+                add(parts, push->isDefault(), u"default"_s);
+                add(parts, push->autoDefault(), u"autoDefault"_s);
             }
             if (auto *tool = qobject_cast<QToolButton *>(w))
                 parts << u"style=%1"_s.arg(int(tool->toolButtonStyle()));
         } else if (auto *label = qobject_cast<QLabel *>(w)) {
             parts << u"text="_s + quoted(label->text());
-            if (label->alignment() != (Qt::AlignLeft | Qt::AlignVCenter))
-                parts << u"align=0x%1"_s.arg(int(label->alignment()), 0, 16);
-            if (label->wordWrap())
-                parts << u"wrap"_s;
+            add(parts, label->alignment() != (Qt::AlignLeft | Qt::AlignVCenter),
+                u"align=0x%1"_s.arg(int(label->alignment()), 0, 16));
+            add(parts, label->wordWrap(), u"wrap"_s);
             if (label->buddy())
                 parts << u"buddy="_s + QString::fromLatin1(label->buddy()->metaObject()->className()) + u'#'
                                 + label->buddy()->objectName();
-            if (label->openExternalLinks())
-                parts << u"opensLinks"_s;
-            if (!label->pixmap().isNull())
-                parts << u"picture=%1x%2"_s.arg(label->pixmap().width()).arg(label->pixmap().height());
+            add(parts, label->openExternalLinks(), u"opensLinks"_s);
+            add(parts, !label->pixmap().isNull(),
+                u"picture=%1x%2"_s.arg(label->pixmap().width()).arg(label->pixmap().height()));
         } else if (auto *edit = qobject_cast<QLineEdit *>(w)) {
             parts << u"text="_s + quoted(edit->text());
-            if (!edit->placeholderText().isEmpty())
-                parts << u"placeholder="_s + quoted(edit->placeholderText());
-            if (edit->maxLength() != 32767)
-                parts << u"maxLength=%1"_s.arg(edit->maxLength());
-            if (edit->isReadOnly())
-                parts << u"readOnly"_s;
-            if (edit->alignment() != (Qt::AlignLeft | Qt::AlignVCenter))
-                parts << u"align=0x%1"_s.arg(int(edit->alignment()), 0, 16);
-            if (edit->validator())
-                parts << u"validated"_s;
-            if (edit->isClearButtonEnabled())
-                parts << u"clearButton"_s;
+            add(parts, !edit->placeholderText().isEmpty(), u"placeholder="_s + quoted(edit->placeholderText()));
+            add(parts, edit->maxLength() != 32767, u"maxLength=%1"_s.arg(edit->maxLength()));
+            add(parts, edit->isReadOnly(), u"readOnly"_s);
+            add(parts, edit->alignment() != (Qt::AlignLeft | Qt::AlignVCenter),
+                u"align=0x%1"_s.arg(int(edit->alignment()), 0, 16));
+            add(parts, edit->validator(), u"validated"_s);
+            add(parts, edit->isClearButtonEnabled(), u"clearButton"_s);
         } else if (auto *combo = qobject_cast<QComboBox *>(w)) {
             QStringList texts;
             for (int i = 0; i < combo->count(); ++i)
@@ -245,8 +235,7 @@ private:
             if (texts.size() > 8)
                 items = texts.mid(0, 4).join(u", "_s) + u", ...(%1 items, %2)"_s.arg(texts.size()).arg(digest(items));
             parts << u"items=["_s + items + u"] current="_s + quoted(combo->currentText());
-            if (combo->isEditable())
-                parts << u"editable"_s;
+            add(parts, combo->isEditable(), u"editable"_s);
         } else if (auto *spin = qobject_cast<QSpinBox *>(w)) {
             parts << u"value=%1 range=%2..%3 step=%4"_s.arg(spin->value())
                              .arg(spin->minimum())
@@ -261,8 +250,7 @@ private:
                              .arg(slider->singleStep())
                              .arg(slider->pageStep())
                              .arg(int(slider->orientation()));
-            if (slider->invertedAppearance())
-                parts << u"inverted"_s;
+            add(parts, slider->invertedAppearance(), u"inverted"_s);
         } else if (auto *bar = qobject_cast<QProgressBar *>(w)) {
             parts << u"value=%1 range=%2..%3 textVisible=%4"_s.arg(bar->value())
                              .arg(bar->minimum())
@@ -279,8 +267,7 @@ private:
             parts << u"current=%1"_s.arg(stack->currentIndex());
         } else if (auto *text = qobject_cast<QTextEdit *>(w)) {
             parts << u"text="_s + quoted(text->toPlainText());
-            if (text->isReadOnly())
-                parts << u"readOnly"_s;
+            add(parts, text->isReadOnly(), u"readOnly"_s);
         }
     }
 
@@ -318,25 +305,16 @@ private:
         QStringList keys;
         for (const QKeySequence &key : a->shortcuts())
             keys << key.toString();
-        if (!keys.isEmpty())
-            parts << u"keys="_s + keys.join(u',');
-        if (a->shortcutContext() != Qt::WindowShortcut)
-            parts << u"context=%1"_s.arg(int(a->shortcutContext()));
-        if (a->isCheckable())
-            parts << (a->isChecked() ? u"checked"_s : u"unchecked"_s);
-        if (!a->isEnabled())
-            parts << u"disabled"_s;
-        if (!a->isVisible())
-            parts << u"hidden"_s;
-        if (!a->icon().isNull())
-            parts << u"icon"_s;
+        add(parts, !keys.isEmpty(), u"keys="_s + keys.join(u','));
+        add(parts, a->shortcutContext() != Qt::WindowShortcut, u"context=%1"_s.arg(int(a->shortcutContext())));
+        add(parts, a->isCheckable(), a->isChecked() ? u"checked"_s : u"unchecked"_s);
+        add(parts, !a->isEnabled(), u"disabled"_s);
+        add(parts, !a->isVisible(), u"hidden"_s);
+        add(parts, !a->icon().isNull(), u"icon"_s);
         const QString stripped = QString(a->text()).remove(u'&').remove(u"..."_s); // Qt's own tip
-        if (!a->toolTip().isEmpty() && a->toolTip() != stripped)
-            parts << u"toolTip="_s + quoted(a->toolTip());
-        if (!a->statusTip().isEmpty())
-            parts << u"statusTip="_s + quoted(a->statusTip());
-        if (!a->whatsThis().isEmpty())
-            parts << u"whatsThis="_s + quoted(a->whatsThis());
+        add(parts, !a->toolTip().isEmpty() && a->toolTip() != stripped, u"toolTip="_s + quoted(a->toolTip()));
+        add(parts, !a->statusTip().isEmpty(), u"statusTip="_s + quoted(a->statusTip()));
+        add(parts, !a->whatsThis().isEmpty(), u"whatsThis="_s + quoted(a->whatsThis()));
         line(depth, parts.join(u' '));
         if (QMenu *menu = a->menu())
             for (QAction *entry : menu->actions())
@@ -360,11 +338,7 @@ private:
             columns << column;
         }
         // How a click selects, and how the rows look apart.
-        QString look = QString::fromLatin1(QMetaEnum::fromType<QAbstractItemView::SelectionMode>().valueToKey(
-                               view->selectionMode()))
-                + u'/'
-                + QString::fromLatin1(QMetaEnum::fromType<QAbstractItemView::SelectionBehavior>().valueToKey(
-                        view->selectionBehavior()));
+        QString look = key(view->selectionMode()) + u'/' + key(view->selectionBehavior());
         if (view->alternatingRowColors())
             look += u" alternating"_s;
         if (tree && !tree->rootIsDecorated())
@@ -385,20 +359,17 @@ private:
             QStringList cells;
             for (int c = 0; c < model->columnCount(parent); ++c) {
                 const QModelIndex at = model->index(r, c, parent);
-                QString cell = quoted(at.data().toString());
-                if (const QVariant font = at.data(Qt::FontRole); font.isValid())
-                    cell += u" font="_s + fontText(font.value<QFont>());
-                if (const QVariant fore = at.data(Qt::ForegroundRole); fore.isValid())
-                    cell += u" colour="_s + colour(fore.value<QBrush>().color());
-                if (const QVariant align = at.data(Qt::TextAlignmentRole); align.isValid())
-                    cell += u" align=%1"_s.arg(align.toInt(), 0, 16);
-                if (const QVariant check = at.data(Qt::CheckStateRole); check.isValid())
-                    cell += u" check=%1"_s.arg(check.toInt());
-                if (const QVariant tip = at.data(Qt::ToolTipRole); tip.isValid())
-                    cell += u" tip="_s + quoted(tip.toString());
-                if (at.data(Qt::DecorationRole).isValid())
-                    cell += u" icon"_s;
-                cells << cell;
+                const QVariant font = at.data(Qt::FontRole), fore = at.data(Qt::ForegroundRole),
+                               align = at.data(Qt::TextAlignmentRole), check = at.data(Qt::CheckStateRole),
+                               tip = at.data(Qt::ToolTipRole);
+                QStringList cell {quoted(at.data().toString())};
+                add(cell, font.isValid(), u"font="_s + fontText(font.value<QFont>()));
+                add(cell, fore.isValid(), u"colour="_s + colour(fore.value<QBrush>().color()));
+                add(cell, align.isValid(), u"align=%1"_s.arg(align.toInt(), 0, 16));
+                add(cell, check.isValid(), u"check=%1"_s.arg(check.toInt()));
+                add(cell, tip.isValid(), u"tip="_s + quoted(tip.toString()));
+                add(cell, at.data(Qt::DecorationRole).isValid(), u"icon"_s);
+                cells << cell.join(u' ');
             }
             line(depth, u"row "_s + cells.join(u" | "_s));
             if (level < 2 && model->hasChildren(model->index(r, 0, parent)))
