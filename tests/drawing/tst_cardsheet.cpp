@@ -4,14 +4,11 @@
 #include "pdftext.h"
 #include "screens.h"
 
-#include <QBuffer>
 #include <QCryptographicHash>
 #include <QDir>
 #include <QImage>
 #include <QLocale>
-#include <QPdfWriter>
 #include <QProcess>
-#include <QRegularExpression>
 #include <QTemporaryDir>
 #include <QTest>
 

@@ -1,10 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "settings/r_data.h"
-#include "settings/settingskeys.h"
 #include "testsupport.h"
-
-#include <QSignalSpy>
-#include <QTimer>
 
 using namespace Qt::Literals::StringLiterals;
 
@@ -26,34 +22,26 @@ class SettingsTest : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
-    void defaults()
-    {
-        TestEnvironment env;
-        r_data metrics;
-        QCOMPARE(metrics.Colors().size(), size_t(1)); // the placeholder, from the start
-        // Defaults start from an empty list, dropping colours set before.
-        metrics.SetColor(u"extra"_s, 5);
-        metrics.SetColor(u"backcolor_a"_s, 0x0000FF);
-        metrics.ColorDefaults(); // its log lines are checked with the whole first start in tst_app
-        QStringList names;
-        for (const auto &c : metrics.Colors())
-            names << c.name + u'=' + QString::number(c.color);
-        // Every default colour in the order they are defined, after the placeholder.
-        QStringList expected {u"=0"_s, u"backcolor_a=0"_s, u"backcolor_b=14570825"_s};
-        for (const QString &part : {u"main"_s, u"tr"_s, u"tl"_s, u"br"_s, u"bl"_s})
-            expected << part + u"_text_shadow=0"_s << part + u"_text_forecolor=16777215"_s;
-        QCOMPARE(names, expected);
-    }
-
     // Only number entries of the colour group are read; none read means the
-    // defaults, and the bottom-left corner's own text.
+    // defaults (every one in the order they are defined, after the
+    // placeholder, the colours set before gone), and the bottom-left
+    // corner's own text.
     void readColors()
     {
         TestEnvironment env;
         mountMaster(env);
         r_data none;
-        none.LoadColors();
-        QCOMPARE(none.Colors().size(), size_t(13));
+        QCOMPARE(none.Colors().size(), size_t(1)); // the placeholder, from the start
+        none.SetColor(u"extra"_s, 5);
+        none.SetColor(u"backcolor_a"_s, 0x0000FF);
+        none.LoadColors(); // the defaults' log lines are checked with the whole first start in tst_app
+        QStringList names;
+        for (const auto &c : none.Colors())
+            names << c.name + u'=' + QString::number(c.color);
+        QStringList expected {u"=0"_s, u"backcolor_a=0"_s, u"backcolor_b=14570825"_s};
+        for (const QString &part : {u"main"_s, u"tr"_s, u"tl"_s, u"br"_s, u"bl"_s})
+            expected << part + u"_text_shadow=0"_s << part + u"_text_forecolor=16777215"_s;
+        QCOMPARE(names, expected);
         QCOMPARE(none.CornerText(Corner::BottomLeft), u"Right click anywhere for menu"_s);
 
         g_MasterDb->SetValue(u"backcolor_a"_s, QString(), 0x112233, u"color_metrics"_s);
@@ -104,34 +92,7 @@ private Q_SLOTS:
         QCOMPARE(file.mid(128, 128), bytes::entry({}, 0, {}, 0, "color_metrics"));
         QCOMPARE(file.mid(first * 128, 128), bytes::entry("backcolor_a", 0, {}, 0, "color_metrics"));
         QCOMPARE(file.mid((first + 1) * 128, 128), bytes::entry("backcolor_b", 0, {}, 0xFF, "color_metrics"));
-        r_data back;
-        QCOMPARE(back.ReadColors(), 12);
-        QCOMPARE(back.Color(u"backcolor_b"_s, 0), 0xFFu);
         QCOMPARE(bool(g_MasterDb), master);
-    }
-
-    void cornerDisplayTime()
-    {
-        TestEnvironment env;
-        r_data metrics;
-        QSignalSpy expired(&metrics, &r_data::cornerExpired);
-        // Setting a text without a time stops a running one, and so does
-        // showing or hiding the corner: their timers, started first, would
-        // expire first.
-        metrics.SetCornerText(Corner::TopRight, u"a"_s, 1);
-        metrics.SetCornerText(Corner::TopRight, u"b"_s);
-        metrics.SetCornerText(Corner::TopLeft, u"c"_s, 1);
-        metrics.SetCornerShown(Corner::TopLeft, true);
-        metrics.SetCornerText(Corner::BottomLeft, u"Roll mouse over controls to see descriptions"_s, 1);
-        QVERIFY(metrics.CornerShown(Corner::BottomLeft));
-        const QTimer *timer = metrics.findChild<QTimer *>();
-        QVERIFY(timer->interval() == 1000 && timer->isSingleShot()); // seconds; once
-        QTRY_COMPARE_WITH_TIMEOUT(expired.count(), 1, 3000);
-        QCOMPARE(expired.at(0).at(0).value<Corner>(), Corner::BottomLeft);
-        QVERIFY(!metrics.CornerShown(Corner::BottomLeft));
-        QVERIFY(metrics.CornerShown(Corner::TopRight) && metrics.CornerShown(Corner::TopLeft));
-        // The text stays, so a later comparison with it still finds it.
-        QCOMPARE(metrics.CornerText(Corner::BottomLeft), u"Roll mouse over controls to see descriptions"_s);
     }
 };
 
