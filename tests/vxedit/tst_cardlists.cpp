@@ -1,6 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "cardtext.h"
-#include "headerrow.h"
 #include "vxeditrun.h"
 
 #include <QJsonArray>
@@ -28,7 +27,6 @@ private Q_SLOTS:
             {{u"der Hund"_s, u"the dog"_s, u"pl. die Hunde"_s}, {u"die Katze"_s, u"the cat"_s}}, {1, 2});
         row("bom, windows line ends, blank lines", "\xEF\xBB\xBFgr\xC3\xBCn\tgreen\r\n\r\nrot\tred\r\n", false,
             {{u"grün"_s, u"green"_s}, {u"rot"_s, u"red"_s}}, {1, 3});
-        row("a carriage return last of all", "rot\tred\r", false, {{u"rot"_s, u"red\r"_s}}, {1});
         row("header lines of an export", "#separator:tab\n#html:false\nja\tyes\n#not a header\tx\n", false,
             {{u"ja"_s, u"yes"_s}, {u"#not a header"_s, u"x"_s}}, {3, 4});
         row("csv quoting", "\"Hallo, Welt\",\"hello, \"\"world\"\"\",note\n\"zwei\nZeilen\",two lines,\r\nplain,text\n",
@@ -45,7 +43,6 @@ private Q_SLOTS:
             {QStringList(15, longestText) << QString(40000, u'x'), {QString::fromLatin1(across), u"z"_s}, {u"w"_s}},
             {1, 2, 30003});
         const QString tooLong = u"line %1: a field of more than 65,535 characters; no card holds that much"_s;
-        row("a field of 65,535 characters", longest + ",y\n", true, {{longestText, u"y"_s}}, {1});
         row("a field of 65,536 characters, named before a later one", "a,b\n" + longest + "x,y\n" + longest + "xx\n",
             true, {}, {}, tooLong.arg(2));
         row("the same, last without its line end", "a,b\n" + longest + 'x', true, {}, {}, tooLong.arg(2));
@@ -53,7 +50,6 @@ private Q_SLOTS:
             tooLong.arg(2));
         row("csv quoted line break after stray returns", "\"x\r\r\ny\",z\r\nw\r\r\n", true,
             {{u"x\ny"_s, u"z"_s}, {u"w\r"_s}}, {1, 3});
-        row("not utf-8", "a\tb\nGr\xFCn\tgreen\n", false, {}, {}, u"line 2: the text is not UTF-8"_s);
         row("not utf-8 after the first megabyte", QByteArray("a\tb\n").repeated(300000) + "c\t\xC3\n", false, {}, {},
             u"line 300001: the text is not UTF-8"_s);
         row("open quote", "a,b\n\"never closed,x\n", true, {}, {}, u"line 2: a quoted field is never closed"_s);
@@ -97,29 +93,6 @@ private Q_SLOTS:
         };
         for (const auto &[html, text] : cases)
             QCOMPARE(cardtext::HtmlToText(html), text);
-    }
-
-    // Column names in a list's first line, and the real cards that must stay
-    // cards. Each case: its name, the fields ('|' between), whether they are
-    // column names, and "meta 0" (column 0 is bookkeeping) or "named" (the
-    // file's "#columns:" line names them); '#' between.
-    void headerRow()
-    {
-        for (const char16_t *row :
-             {u"case and blanks# FRONT |Back\t#1", u"spelt apart#Side_1|side-2#1",
-              u"french, accent left off#Question|Reponse#1", u"russian#Слово|Перевод#1",
-              u"with a note column#front|back|Notes#1", u"empty third field#front|back|#1",
-              u"after a bookkeeping column#Deck|Front|Back#1#meta 0", u"card#der Hund|the dog#0",
-              u"card of two languages#Frage|question#0", u"sides swapped#answer|question#0",
-              u"names inside a text#the question|answer#0", u"third field a card's note#front|back|Hund#0",
-              u"one field#question#0", u"columns named by the file#front|back#0#named"}) {
-            const QStringList parts = QString::fromUtf16(row).split(u'#');
-            const QStringList fields = parts[1].split(u'|');
-            cardtext::Layout given;
-            given.columnNames = parts.value(3) == u"named"_s ? fields : QStringList();
-            given.metaColumns = parts.value(3) == u"meta 0"_s ? QList<int> {0} : QList<int>();
-            QVERIFY2(headerrow::Detect(fields, given) == (parts[2] == u"1"_s), qPrintable(parts[0]));
-        }
     }
 
     // Lists imported (run in their folder): the first line is column names
