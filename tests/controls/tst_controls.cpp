@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "controls/propertybag.h"
+#include "drawing/cmemdc.h"
 #include "uitestsupport.h"
 
 #include <QSignalSpy>
@@ -124,20 +125,27 @@ private Q_SLOTS:
             QCOMPARE(check->Checked(), enabled); // keys do not tick it
     }
 
-    // The box's outline: the back colour lightened by a quarter of white.
-    // The cross and the caption take the fore colour.
+    // The box's outline: the back colour lightened by a quarter of white,
+    // of the mouse colour under the mouse, none when disabled. The cross and
+    // the caption take the fore colour, the mouse colour or grey.
     void checkBox()
     {
         zelCheck c;
         c.resize(200, 24);
         c.SetBackcolor(0x000000);
         c.SetForecolor(0xFFFFFF);
+        c.SetForecolorMouse(0x00FFFF); // yellow
         c.SetCaption(u"I had trouble with this card"_s);
         const auto outlineAndCentre = [&c] { return QList<QRgb>({pixel(c, 2, 2), pixel(c, 11, 11)}); };
         QCOMPARE(outlineAndCentre(), QList<QRgb>({rgb(0x404040), rgb(0)}));
         QVERIFY(shows(c, 0xFFFFFF));
         c.SetChecked(true); // the diagonals cross in the centre
         QCOMPARE(outlineAndCentre(), QList<QRgb>({rgb(0x404040), rgb(0xFFFFFF)}));
+        c.HandleMouseMove(5, 5);
+        QCOMPARE(outlineAndCentre(), QList<QRgb>({rgb(cMemDC::BlendColour(0x00FFFF, 0xFFFFFF, 0.75)), rgb(0x00FFFF)}));
+        c.SetEnabled(false);
+        c.HandleMouseMove(-1, -1);
+        QCOMPARE(outlineAndCentre(), QList<QRgb>({rgb(0), rgb(0xB3B3B3)})); // the caption's grey too
     }
 
     // The link repaints at every change of a property, and raises no hover
@@ -195,6 +203,16 @@ private Q_SLOTS:
         PropertyBag bag;
         control->WriteProperties(bag);
         QVERIFY(bag.values().isEmpty());
+        // What a changed control writes, a new one reads back.
+        control->SetBackcolor(1);
+        control->SetCaption(u"x"_s);
+        control->SetEnabled(false);
+        if (auto *k = qobject_cast<zelCheck *>(control.get()))
+            k->SetChecked(true);
+        control->WriteProperties(bag);
+        auto back = make(kind);
+        back->ReadProperties(bag);
+        QCOMPARE(properties(*back), properties(*control));
     }
 };
 
