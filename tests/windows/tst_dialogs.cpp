@@ -11,13 +11,11 @@
 #include "windows/frmsetup.h"
 #include "windows/frmsplash.h"
 #include "windows/frmviewer.h"
-#include "windows/qtplatform.h"
 #include "windows/screenfit.h"
 #include "windows/typedanswer.h"
 #include "windows/windowplacement.h"
 
 #include <QAbstractButton>
-#include <QColorDialog>
 #include <QListWidget>
 #include <QRadioButton>
 #include <QTabBar>
@@ -39,12 +37,6 @@ QWidget *openWindow(const QString &window, std::unique_ptr<QWidget> &owned)
                   {u"frmProgress"_s, [&] { return (owned = std::make_unique<frmProgress>()).get(); }},
                   {u"frmSplash"_s, [&] { return (owned = std::make_unique<frmSplash>()).get(); }}};
     return open.at(window)();
-}
-
-// The Study page's switches: Check5, the three Option1, Check6, Check7, Check8.
-QList<QAbstractButton *> studyControls(frmOptions *o)
-{
-    return {o->Check5, o->Option1[0], o->Option1[1], o->Option1[2], o->Check6, o->Check7, o->Check8};
 }
 
 } // namespace
@@ -120,25 +112,6 @@ private Q_SLOTS:
         QCOMPARE(QRect(w.pos(), w.size()), fitted);
     }
 
-    // A chapter whose path the settings file cannot hold is refused and not listed.
-    void chapterList()
-    {
-        frmChapter chapters;
-        const QString path = m_env->path(QString(120, u'd') + u"/c.zel"_s);
-        WriteFileBytes(path,
-                       bytes::header("generated automatically by the Vocabrix Editor v1.21", 4, 1)
-                               + bytes::placeholder() + bytes::entry("a", -1, "b", 0, {}));
-        const int listed = chapters.LV1->topLevelItemCount();
-        chapters.AddChapterFile(path);
-        QCOMPARE(m_env->prompter.seen(),
-                 QStringList(Box(u"Chapter Not Added"_s,
-                                 u"The chapter '"_s + path
-                                         + u"' can't be remembered: its path is too long for the settings file. Move "
-                                           "it to a folder with a shorter name and add it again."_s,
-                                 MsgIcon::Exclamation)));
-        QCOMPARE(chapters.LV1->topLevelItemCount(), listed);
-    }
-
     // The options come with their own renderer (told in the log); alpha off
     // greys its controls; Escape closes like Close, keeping the switches as
     // changed and the window's place.
@@ -169,28 +142,12 @@ private Q_SLOTS:
         QVERIFY(!modrender::AlphaEffects && g_ShowMouseHover);
     }
 
-    // The Study page: every control by its key, saved at once in the
-    // additions' own file ("sys.zel" stays as it was), and shown so when the page opens again.
-    void studyPage_data()
-    {
-        QTest::addColumn<int>("control");   // of studyControls()
-        QTest::addColumn<QString>("saved"); // none: the file cannot be written
-        QTest::newRow("keep no sessions") << 0 << u"study.keep_session=false"_s;
-        QTest::newRow("answer first") << 2 << u"study.first_side=answer"_s;
-        QTest::newRow("either side at random") << 3 << u"study.first_side=random"_s;
-        QTest::newRow("notes, at once") << 4 << u"study.show_notes=true"_s;
-        QTest::newRow("step over the empty slot") << 5 << u"study.skip_empty_slot=true"_s;
-        QTest::newRow("type the answer, at once") << 6 << u"study.type_answer=true"_s;
-        QTest::newRow("the file cannot be written") << 4 << QString();
-    }
+    // The Study page: each switch by its key, saved at once in the additions'
+    // own file ("sys.zel" stays as it was), in force at once, and shown so when
+    // the page opens again. A file that can't be written is told.
     void studyPage()
     {
-        QFETCH(int, control);
-        QFETCH(QString, saved);
-        const bool writable = !saved.isEmpty();
         const QByteArray master = ReadFileBytes(m_env->path(u"sys.zel"_s));
-        if (!writable)
-            QVERIFY(QDir(m_env->home()).mkdir(u"extras.conf"_s));
         g_Deck[0].note = u"a note"_s;
         modrender::ToggleAnswer(); // the answer on show
         frmOptions *options = frmOptions::Instance();
@@ -198,21 +155,31 @@ private Q_SLOTS:
         QVERIFY(QTest::qWaitForWindowActive(options));
         QTest::mouseClick(options->ts, Qt::LeftButton, {}, options->ts->tabRect(2).center());
         const QImage card = modrender::Renderer()->Surface()->Image();
-        QAbstractButton *target = studyControls(options)[control];
-        const QChar key = target->text().at(target->text().indexOf(u'&') + 1).toUpper();
-        QTest::keyClick(options, char(key.unicode()), Qt::AltModifier);
-        QTRY_VERIFY(target->isChecked() != (control == 0)); // a key clicks a moment later
-        const QByteArray file = ReadFileBytes(ExtraSettings::Path());
-        QCOMPARE(file.contains(saved.toUtf8() + '\n'), writable);
-        QCOMPARE(m_env->prompter.boxTitles(), writable ? QStringList() : QStringList(u"Options Not Saved"_s));
-        QCOMPARE(modrender::Metrics()->NoteText(), control == 4 ? u"a note"_s : QString());
-        if (control == 4) // the card drawn again, with the note
-            QTRY_VERIFY(modrender::Renderer()->Surface()->Image() != card);
-        QCOMPARE(frmMain::Existing()->Typing->isVisible(), control == 6);
+        const std::pair<QAbstractButton *, const char *> switches[] {{options->Check5, "keep_session=false"},
+                                                                     {options->Option1[1], "first_side=answer"},
+                                                                     {options->Option1[2], "first_side=random"},
+                                                                     {options->Check6, "show_notes=true"},
+                                                                     {options->Check7, "skip_empty_slot=true"},
+                                                                     {options->Check8, "type_answer=true"}};
+        for (const auto &[button, saved] : switches) {
+            const QChar key = button->text().at(button->text().indexOf(u'&') + 1).toUpper();
+            QTest::keyClick(options, char(key.unicode()), Qt::AltModifier);
+            QTRY_VERIFY(button->isChecked() != (button == options->Check5)); // a key clicks a moment later
+            QVERIFY2(ReadFileBytes(ExtraSettings::Path()).contains(QByteArray("study.") + saved + '\n'), saved);
+        }
+        QCOMPARE(modrender::Metrics()->NoteText(), u"a note"_s);
+        QTRY_VERIFY(modrender::Renderer()->Surface()->Image() != card); // the card drawn again, with the note
+        QVERIFY(frmMain::Existing()->Typing->isVisible());
         QCOMPARE(ReadFileBytes(m_env->path(u"sys.zel"_s)), master);
         forms::Unload(options);
         FlushDeletes();
-        QCOMPARE(studyControls(frmOptions::Instance())[control]->isChecked(), control != 0);
+        options = frmOptions::Instance();
+        QVERIFY(!options->Check5->isChecked() && options->Option1[2]->isChecked() && options->Check6->isChecked());
+        QVERIFY(options->Check7->isChecked() && options->Check8->isChecked());
+        QVERIFY(m_env->prompter.boxes.empty());
+        QVERIFY(QFile::remove(ExtraSettings::Path()) && QDir().mkdir(ExtraSettings::Path()));
+        options->Check7->click();
+        QCOMPARE(m_env->prompter.boxTitles(), QStringList(u"Options Not Saved"_s));
     }
 
     // "Make cards trouble by default": now (every card reset), at the next run (latched: it stays so when the
@@ -278,53 +245,30 @@ private Q_SLOTS:
         QCOMPARE(options->Check3->text(), plain);
     }
 
+    // A colour picked on the Colors page shows on the preview at once; Close
+    // forgets it, OK saves it and the study window and its controls take it.
     void colorsCloseVersusApply()
     {
-        const QByteArray before = ReadFileBytes(m_env->path(u"sys.zel"_s));
-        frmOptions *options = frmOptions::Instance();
-        options->LV->setCurrentRow(1); // backcolor b
-        QCOMPARE(options->SwatchColor(), 14570825u);
-        QVERIFY(options->Command3->isEnabled());
-        QtPrompter dialogs; // the real colour dialog: it offers the swatch's colour, its choice is taken
-        SetPrompter(&dialogs);
-        QColor offered;
-        QTimer::singleShot(0, [&offered] {
-            auto *dialog = qobject_cast<QColorDialog *>(QApplication::activeModalWidget());
-            QVERIFY(dialog);
-            offered = dialog->currentColor();
-            dialog->setCurrentColor(QColor(0x12, 0xFF, 0x57));
-            dialog->accept();
-        });
-        options->Command3->click();
-        SetPrompter(&m_env->prompter);
-        QCOMPARE(offered, QColor(0x49, 0x55, 0xDE));
-        QCOMPARE(options->SwatchColor(), 0x57FF12u);
-        const QImage &preview = options->Picture2->Surface()->image(); // shown at once
-        QCOMPARE(preview.pixel(preview.width() / 2, 10), qRgb(0x12, 0xFF, 0x57));
-        options->Command2->click();
-        FlushDeletes();
-        QCOMPARE(ReadFileBytes(m_env->path(u"sys.zel"_s)), before);
-        QCOMPARE(modrender::Metrics()->Color(u"backcolor_b"_s, 0), 14570825u);
-
-        options = frmOptions::Instance();
-        options->LV->setCurrentRow(1);
-        m_env->prompter.colorAnswers = {0x00FF00u};
-        options->Command3->click();
-        options->Command1->click();
-        FlushDeletes();
-        QVERIFY(!frmOptions::Existing()); // OK closes it
+        const QString master = m_env->path(u"sys.zel"_s);
+        const QByteArray before = ReadFileBytes(master);
+        for (const bool ok : {false, true}) {
+            frmOptions *options = frmOptions::Instance();
+            options->LV->setCurrentRow(1); // backcolor b
+            m_env->prompter.colorAnswers = {0x57FF12u};
+            options->Command3->click();
+            const QImage &preview = options->Picture2->Surface()->image();
+            QCOMPARE(preview.pixel(preview.width() / 2, 10), qRgb(0x12, 0xFF, 0x57));
+            (ok ? options->Command1 : options->Command2)->click();
+            FlushDeletes();
+            QVERIFY(!frmOptions::Existing());
+            QCOMPARE(ReadFileBytes(master) == before, !ok);
+            QCOMPARE(modrender::Metrics()->Color(u"backcolor_b"_s, 0), ok ? 0x57FF12u : 14570825u);
+        }
         ikorvalite db;
-        QVERIFY(db.Mount(m_env->path(u"sys.zel"_s), false));
-        QCOMPARE(db.GetNumber(u"backcolor_b"_s, 0).value, 0x00FF00);
-        // The card window and its controls take the scheme at once.
-        const QImage &card = frmMain::Existing()->CardSurface()->image();
-        QCOMPARE(card.pixel(320, 10), qRgb(0, 255, 0));
-        QCOMPARE(frmMain::Existing()->zelFlatButton2->BackcolorMouse(), 0x00FF00u);
-
-        // Defaults on the preview.
-        options = frmOptions::Instance();
-        options->Command4->click();
-        QCOMPARE(options->PreviewMetrics()->Color(u"backcolor_b"_s, 0), 14570825u);
+        QVERIFY(db.Mount(master, false));
+        QCOMPARE(db.GetNumber(u"backcolor_b"_s, 0).value, 0x57FF12);
+        QCOMPARE(frmMain::Existing()->CardSurface()->image().pixel(320, 10), qRgb(0x12, 0xFF, 0x57));
+        QCOMPARE(frmMain::Existing()->zelFlatButton2->BackcolorMouse(), 0x57FF12u);
     }
 
     // Last: once the program has ended, a modal window of a later test would close at once.
