@@ -78,33 +78,26 @@ private Q_SLOTS:
         QTest::addColumn<QString>("typed");
         QTest::addColumn<QString>("expected");
         QTest::addColumn<QString>("verdict"); // "right", or the expected side with its marks
-        QTest::newRow("case and spaces") << u"  hUND  "_s << u"Hund"_s << u"right"_s;
-        QTest::newRow("dots and a run of spaces") << u"I  would like!"_s << u"I would like ..."_s << u"right"_s;
+        QTest::newRow("case, dots and runs of spaces")
+                << u"  I  WOULD like!  "_s << u"I would like ..."_s << u"right"_s;
         QTest::newRow("article typed, none expected") << u"the dog"_s << u"dog"_s << u"right"_s;
         QTest::newRow("English infinitive") << u"go"_s << u"to go"_s << u"right"_s;
-        QTest::newRow("another article") << u"das Hund"_s << u"der Hund"_s << u"right"_s;
         QTest::newRow("an article alone is a word") << u"die"_s << u"to die"_s << u"right"_s;
-        QTest::newRow("ue, oe, ae, ss") << u"Tschuess, schoene Strasse, Maedchen"_s
-                                        << u"Tschüss, schöne Straße, Mädchen"_s << u"right"_s;
-        QTest::newRow("capital umlaut") << u"AEPFEL"_s << u"die Äpfel"_s << u"right"_s;
+        QTest::newRow("ue, oe, ss, a capital AE")
+                << u"Tschuess, schoene Strasse, AEPFEL"_s << u"Tschüss, schöne Straße, Äpfel"_s << u"right"_s;
         QTest::newRow("combining mark") << u"Tschu\u0308ss"_s << u"Tschüss"_s << u"right"_s;
         QTest::newRow("curly apostrophe") << u"I\u2019m sorry"_s << u"I'm sorry"_s << u"right"_s;
         QTest::newRow("comma separated") << u"noodles"_s << u"pasta, noodles"_s << u"right"_s;
-        QTest::newRow("several typed") << u"thank you; thanks"_s << u"thanks; thank you"_s << u"right"_s;
         QTest::newRow("bracketed part left out") << u"stop"_s << u"stop (bus, tram)"_s << u"right"_s;
         QTest::newRow("bracketed part typed") << u"(sich) freuen"_s << u"freuen"_s << u"right"_s;
         QTest::newRow("a letter wrong") << u"Hunt"_s << u"der Hund"_s << u"der Hun[d]"_s;
         QTest::newRow("a letter left out") << u"Hnd"_s << u"der Hund"_s << u"der H[u]nd"_s;
         QTest::newRow("a letter too many") << u"Hundx"_s << u"Hund"_s << u"Hun[d]"_s;
-        QTest::newRow("only the first letter") << u"H"_s << u"der Hund"_s << u"der H[und]"_s;
         QTest::newRow("u for ü") << u"Tschuss"_s << u"Tschüss"_s << u"Tsch[ü]ss"_s;
         QTest::newRow("nearest answer marked") << u"hallo"_s << u"good day; hello"_s << u"good day; h[e]llo"_s;
         QTest::newRow("one of several typed is wrong") << u"hello, bye"_s << u"hello"_s << u"hell[o]"_s;
         QTest::newRow("an article alone") << u"der"_s << u"der Hund"_s << u"der [Hund]"_s;
         QTest::newRow("the bracketed part alone") << u"bus"_s << u"stop (bus, tram)"_s << u"[stop] (bus, tram)"_s;
-        QTest::newRow("a closing bracket alone closes nothing") << u"a cat"_s << u"a) cat"_s << u"right"_s;
-        QTest::newRow("only punctuation") << u"?!"_s << u"Hund"_s << u"Hund"_s;
-        QTest::newRow("nothing expected") << u"Hund"_s << u"..."_s << u"..."_s;
         QTest::newRow("beyond the first plane, wrong")
                 << u"\U0001F431"_s << u"\U0001F436"_s << u"["_s + u"\U0001F436"_s + u"]"_s;
         QTest::newRow("too long to compare letter by letter: all marked")

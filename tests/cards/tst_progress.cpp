@@ -173,7 +173,7 @@ private Q_SLOTS:
         TestEnvironment env;
         QLocale::setDefault(QLocale(QLocale::English, QLocale::UnitedStates));
         const QStringList deck {u"a question left out of the widths|x|-1|9|Z"_s, u"die Katze|cat|-1|2|Tiere"_s,
-                                u"das Nilpferd|hippo|0|0|Tiere"_s, u"der Elefant mit Rüssel|elephant|0|305|Zoo"_s};
+                                u"der Elefant mit Rüssel|elephant|0|305|Zoo"_s};
         g_Deck.Resize(int(deck.size()));
         for (int i = 0; i < deck.size(); ++i) {
             const QStringList f = deck[i].split(u'|');
@@ -186,7 +186,6 @@ private Q_SLOTS:
                               u" == QUESTION ==            == ANSWER ==  == TROUBLE? ==  == TIMES VIEWED ==  == "
                               "CHAPTER == "_s,
                               u"die Katze                 cat                  YES                2          Tiere"_s,
-                              u"das Nilpferd              hippo                NO                 0          Tiere"_s,
                               u"der Elefant mit Rüssel    elephant             NO                 305          Zoo"_s,
                               // The empty slot ends the table.
                               QString(26 + 14, u' ') + u"       NO                 0          "_s, QString()}));

@@ -3,11 +3,8 @@
 
 #include <QFile>
 
-#include <cerrno>
-
 #include <fcntl.h>
 #include <sys/file.h>
-#include <sys/mount.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -182,32 +179,6 @@ private Q_SLOTS:
                  QFileDevice::ReadUser | QFileDevice::WriteUser | QFileDevice::ReadGroup);
     }
 
-    // A name as long as a file name can be: the temporary file's name is cut
-    // to fit beside it, never inside a character, and one left by a save cut
-    // off is found again.
-    void longestNames()
-    {
-        const QString wide = u"\U0001F600"_s; // four bytes
-        // The name, and the name as its temporary files begin with it: 241
-        // bytes would end inside the 60th wide letter.
-        const std::pair<QString, QString> names[] = {{QString(251, u'n') + u".zel"_s, QString(241, u'n')},
-                                                     {u"aa"_s + wide.repeated(63), u"aa"_s + wide.repeated(59)}};
-        for (const auto &[name, cut] : names) {
-            QTemporaryDir dir;
-            WriteFileBytes(dir.filePath(cut + u".vxsave-AbC123"_s), "left over");
-            QString error;
-            const mode_t mask = ::umask(022);
-            const bool saved = korva::saveFile(dir.filePath(name), "new", &error);
-            ::umask(mask);
-            QVERIFY2(saved, qPrintable(error));
-            QCOMPARE(QDir(dir.path()).entryList(QDir::Files), QStringList({name}));
-            QCOMPARE(ReadFileBytes(dir.filePath(name)), QByteArray("new"));
-            // A new file, readable by all and written by its owner (the user's mask applies).
-            QCOMPARE(QFileInfo(dir.filePath(name)).permissions() & 0x0FFF,
-                     QFileDevice::ReadUser | QFileDevice::WriteUser | QFileDevice::ReadGroup | QFileDevice::ReadOther);
-        }
-    }
-
     // A save that was cut off (the process killed) leaves its temporary file;
     // the next save of the same file removes it, and nothing that may be
     // someone else's.
@@ -227,37 +198,18 @@ private Q_SLOTS:
         QVERIFY(inUse >= 0 && ::flock(inUse, LOCK_EX) == 0);
 
         QString error;
+        const mode_t mask = ::umask(022);
         QVERIFY2(korva::saveFile(at(u"t.zel"_s), "new", &error), qPrintable(error));
+        ::umask(mask);
         ::close(inUse);
         QCOMPARE(ReadFileBytes(at(u"t.zel"_s)), QByteArray("new"));
+        // A new file, readable by all and written by its owner (the user's mask applies).
+        QCOMPARE(QFileInfo(at(u"t.zel"_s)).permissions() & 0x0FFF,
+                 QFileDevice::ReadUser | QFileDevice::WriteUser | QFileDevice::ReadGroup | QFileDevice::ReadOther);
         QStringList expected = kept + QStringList {u"t.zel"_s, u"t.zel.vxsave-Folder"_s, u"t.zel.vxsave-Link00"_s};
         expected.sort();
         QCOMPARE(QDir(dir.path()).entryList(QDir::AllEntries | QDir::NoDotAndDotDot | QDir::System, QDir::Name),
                  expected);
-    }
-
-    // A real disk that fills up, where the machine lets the test make one
-    // (a 64 KiB memory file system; mounting needs the administrator).
-    void fullDiskKeepsTheOldFile()
-    {
-        QTemporaryDir dir;
-        if (::mount("vocabrix-test", QFile::encodeName(dir.path()).constData(), "tmpfs", 0, "size=64k") != 0)
-            QSKIP("no file system can be mounted here");
-        auto unmount = qScopeGuard([&] { ::umount2(QFile::encodeName(dir.path()).constData(), MNT_DETACH); });
-        ikorvalite db;
-        for (int i = 0; i < 80; ++i)
-            db.AppendEntry({u"key %1"_s.arg(i), -1, u"value"_s, 0, {}});
-        QVERIFY(db.SaveAs(dir.filePath(u"sys.zel"_s)));
-        const QByteArray before = ReadFileBytes(dir.filePath(u"sys.zel"_s));
-        QCOMPARE(before.size(), 82 * 128);
-        WriteFileBytes(dir.filePath(u"filler"_s), QByteArray(64 * 1024 - before.size() - 4096, 'f'));
-        for (int i = 80; i < 200; ++i)
-            db.AppendEntry({u"key %1"_s.arg(i), -1, u"value"_s, 0, {}});
-        QVERIFY(!db.Save());
-        QCOMPARE(ReadFileBytes(dir.filePath(u"sys.zel"_s)), before);
-        QCOMPARE(m_warnings.size(), 1);
-        QVERIFY(m_warnings[0].contains(QString::fromLocal8Bit(strerror(ENOSPC))));
-        QCOMPARE(QDir(dir.path()).entryList(QDir::Files), QStringList({u"filler"_s, u"sys.zel"_s}));
     }
 };
 
