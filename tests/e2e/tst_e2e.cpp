@@ -1,8 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // Starts the real programs. In a real X server (Xvfb), driven with xdotool:
 // first use, chapter choice, a few study keys and exit, then the settings file
-// it left, with screenshots of the chapter and study windows. Without any
-// display: the command lines that must not need one.
+// it left, with screenshots of the chapter and study windows.
 //
 // The programs are those of the build and, when VOCABRIX_PACKAGE_ROOT names a
 // folder the Debian package was unpacked into, the unpacked ones as well,
@@ -122,17 +121,6 @@ class EndToEndTest : public QObject
         return {};
     }
 
-    // Starts a program on the X server, with a home of its own.
-    void startOnDisplay(QProcess &program, const QString &binary, const QString &home,
-                        const QStringList &arguments = {})
-    {
-        QProcessEnvironment env = onDisplay(homeEnvironment(home));
-        env.remove(u"QT_QPA_PLATFORM"_s);
-        program.setProcessEnvironment(env);
-        program.start(binary, arguments);
-        QVERIFY(program.waitForStarted());
-    }
-
     // A picture of one window (given by its X id) as the user sees it.
     void screenshot(const QString &path, const QString &window)
     {
@@ -187,7 +175,11 @@ private Q_SLOTS:
         // manager would, joins the examples.
         const QString mine = home.path() + u"/mine.zel"_s;
         QVERIFY(QFile::copy(installation.programDir + u"/ex2.zel"_s, mine));
-        startOnDisplay(program, installation.binDir + u"/vocabrix"_s, home.path(), {mine});
+        QProcessEnvironment env = onDisplay(homeEnvironment(home.path()));
+        env.remove(u"QT_QPA_PLATFORM"_s);
+        program.setProcessEnvironment(env);
+        program.start(installation.binDir + u"/vocabrix"_s, {mine});
+        QVERIFY(program.waitForStarted());
 
         // First use: the setup asks; trouble marking off, then Finished.
         const QString setup = waitForWindow(u"Vocabrix 2007 Initial Setup"_s);
@@ -239,84 +231,6 @@ private Q_SLOTS:
             QVERIFY2(QFileInfo(chapter).isFile(), qPrintable(chapter));
         }
         QCOMPARE(stored.value(u"flist_name_5"_s).trimmed(), mine);
-    }
-
-    // A start-up abandoned before the event loop runs still ends the process
-    // with its failure status: here the settings file is damaged, and both of
-    // the program's boxes about it are answered.
-    void abandonedStartEndsWithOne()
-    {
-        QTemporaryDir home;
-        const QString master = home.path() + u"/Documents/Vocabrix/sys.zel"_s;
-        QVERIFY(QDir().mkpath(QFileInfo(master).path()));
-        QFile damaged(master);
-        QVERIFY(damaged.open(QIODevice::WriteOnly) && damaged.write(QByteArray(300, '\x5A')) == 300);
-        damaged.close();
-        QProcess program;
-        startOnDisplay(program, QStringLiteral(VOCABRIX_BINARY), home.path());
-
-        const QString first = waitForWindow(u"High Priority Message Handler"_s);
-        QVERIFY2(!first.isEmpty(), "the first box did not appear");
-        const QString second = keysUntil(first, {u"Return"_s}, u"KORVA File System Critical Error"_s);
-        QVERIFY2(!second.isEmpty(), "the second box did not appear");
-        for (int attempt = 0; attempt < 3 && program.state() != QProcess::NotRunning; ++attempt) {
-            keys(second, {u"Return"_s});
-            program.waitForFinished(5000);
-        }
-        QCOMPARE(program.state(), QProcess::NotRunning);
-        QCOMPARE(program.exitStatus(), QProcess::NormalExit);
-        QCOMPARE(program.exitCode(), 1);
-    }
-
-    // What the programs answer on a terminal, with no display to open a
-    // window on (a window would abort them).
-    void commandLine_data()
-    {
-        QTest::addColumn<QString>("program");
-        QTest::addColumn<QStringList>("arguments");
-        QTest::addColumn<int>("exitCode");
-        QTest::addColumn<QString>("out");
-        QTest::addColumn<QString>("err");
-        const QString version = QStringLiteral(VOCABRIX_VERSION);
-        for (const Installation &i : installations()) {
-            // The program ("vocabrix" or "vxedit") and its arguments, '@' for the program's folder.
-            auto row = [&](const QString &command, int status, const QString &out, const QString &err = {}) {
-                QStringList args = QString(command).replace(u'@', i.programDir + u'/').split(u' ');
-                QTest::newRow(qPrintable(i.name + u": "_s + command))
-                        << i.binDir + u'/' + args.takeFirst() << args << status << out << err;
-            };
-            row(u"vocabrix --version"_s, 0, u"vocabrix "_s + version + u'\n');
-            row(u"vocabrix SHOW_CONSOLE --help"_s, 0, u"usage: vocabrix"_s);
-            row(u"vocabrix -h"_s, 0, u"usage: vocabrix"_s);
-            row(u"vxedit --version"_s, 0, u"vxedit "_s + version + u'\n');
-            row(u"vxedit frobnicate x.zel"_s, 2, {}, u"vxedit: unknown command frobnicate\nusage: vxedit"_s);
-            row(u"vxedit export @ex2.zel"_s, 0, u"das Brot\tbread\tpl. die Brote\ndas Br\u00f6tchen"_s);
-        }
-    }
-
-    void commandLine()
-    {
-        QFETCH(QString, program);
-        QFETCH(QStringList, arguments);
-        QFETCH(int, exitCode);
-        QFETCH(QString, out);
-        QFETCH(QString, err);
-        QTemporaryDir home;
-        QProcessEnvironment env = homeEnvironment(home.path());
-        env.remove(u"DISPLAY"_s);
-        env.remove(u"WAYLAND_DISPLAY"_s);
-        env.insert(u"QT_QPA_PLATFORM"_s, u"xcb"_s);
-        QProcess p;
-        p.setProcessEnvironment(env);
-        p.start(program, arguments);
-        QVERIFY(p.waitForFinished(20000));
-        const QString stdoutText = QString::fromUtf8(p.readAllStandardOutput());
-        const QString stderrText = QString::fromUtf8(p.readAllStandardError());
-        QCOMPARE(p.exitStatus(), QProcess::NormalExit);
-        QVERIFY2(p.exitCode() == exitCode, qPrintable(stderrText));
-        QVERIFY2(out.endsWith(u'\n') ? stdoutText == out : stdoutText.startsWith(out), qPrintable(stdoutText));
-        QVERIFY2(err.isEmpty() ? stderrText.isEmpty() : stderrText.startsWith(err), qPrintable(stderrText));
-        QVERIFY(QDir(home.path()).isEmpty()); // nothing started that writes
     }
 };
 
