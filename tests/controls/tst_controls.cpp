@@ -139,7 +139,7 @@ private Q_SLOTS:
         const auto outlineAndCentre = [&c] { return QList<QRgb>({pixel(c, 2, 2), pixel(c, 11, 11)}); };
         QCOMPARE(outlineAndCentre(), QList<QRgb>({rgb(0x404040), rgb(0)}));
         QVERIFY(shows(c, 0xFFFFFF));
-        c.SetChecked(true); // the diagonals cross in the centre
+        QTest::mouseClick(&c, Qt::LeftButton, {}, QPoint(5, 5)); // ticked: the diagonals cross in the centre
         QCOMPARE(outlineAndCentre(), QList<QRgb>({rgb(0x404040), rgb(0xFFFFFF)}));
         c.HandleMouseMove(5, 5);
         QCOMPARE(outlineAndCentre(), QList<QRgb>({rgb(cMemDC::BlendColour(0x00FFFF, 0xFFFFFF, 0.75)), rgb(0x00FFFF)}));

@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
-#include "core/clstimer.h"
 #include "core/log.h"
 #include "core/pause.h"
 #include "core/programstate.h"
@@ -129,24 +128,6 @@ public:
         ++sleeps;
     }
     void ProcessEvents() override { ++eventRounds; }
-};
-
-// A counter the test moves by hand.
-class ManualTicks final : public TickSource
-{
-public:
-    qint64 frequency = 1000;
-    qint64 now = 0;
-    bool Frequency(qint64 &ticksPerSecond) override
-    {
-        ticksPerSecond = frequency;
-        return frequency != 0;
-    }
-    bool Counter(qint64 &ticks) override
-    {
-        ticks = now;
-        return true;
-    }
 };
 
 // Everything a test of the program's logic needs: program-wide state reset,
