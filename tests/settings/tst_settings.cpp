@@ -2,6 +2,9 @@
 #include "settings/r_data.h"
 #include "testsupport.h"
 
+#include <QSignalSpy>
+#include <QTimer>
+
 using namespace Qt::Literals::StringLiterals;
 
 namespace {
@@ -93,6 +96,30 @@ private Q_SLOTS:
         QCOMPARE(file.mid(first * 128, 128), bytes::entry("backcolor_a", 0, {}, 0, "color_metrics"));
         QCOMPARE(file.mid((first + 1) * 128, 128), bytes::entry("backcolor_b", 0, {}, 0xFF, "color_metrics"));
         QCOMPARE(bool(g_MasterDb), master);
+    }
+
+    void cornerDisplayTime()
+    {
+        TestEnvironment env;
+        r_data metrics;
+        QSignalSpy expired(&metrics, &r_data::cornerExpired);
+        // Setting a text without a time stops a running one, and so does
+        // showing or hiding the corner: their timers, started first, would
+        // expire first.
+        metrics.SetCornerText(Corner::TopRight, u"a"_s, 1);
+        metrics.SetCornerText(Corner::TopRight, u"b"_s);
+        metrics.SetCornerText(Corner::TopLeft, u"c"_s, 1);
+        metrics.SetCornerShown(Corner::TopLeft, true);
+        metrics.SetCornerText(Corner::BottomLeft, u"Roll mouse over controls to see descriptions"_s, 1);
+        QVERIFY(metrics.CornerShown(Corner::BottomLeft));
+        const QTimer *timer = metrics.findChild<QTimer *>();
+        QVERIFY(timer->interval() == 1000 && timer->isSingleShot()); // seconds; once
+        QTRY_COMPARE_WITH_TIMEOUT(expired.count(), 1, 3000);
+        QCOMPARE(expired.at(0).at(0).value<Corner>(), Corner::BottomLeft);
+        QVERIFY(!metrics.CornerShown(Corner::BottomLeft));
+        QVERIFY(metrics.CornerShown(Corner::TopRight) && metrics.CornerShown(Corner::TopLeft));
+        // The text stays, so a later comparison with it still finds it.
+        QCOMPARE(metrics.CornerText(Corner::BottomLeft), u"Roll mouse over controls to see descriptions"_s);
     }
 };
 
