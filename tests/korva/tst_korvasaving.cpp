@@ -211,6 +211,26 @@ private Q_SLOTS:
         QCOMPARE(QDir(dir.path()).entryList(QDir::AllEntries | QDir::NoDotAndDotDot | QDir::System, QDir::Name),
                  expected);
     }
+
+    // A name as long as a file name can be: the temporary file's name is cut
+    // to fit beside it, never inside a character, and one left by a save cut
+    // off is found again.
+    void longestNames()
+    {
+        const QString wide = u"\U0001F600"_s; // four bytes
+        // The name, and the name as its temporary files begin with it: 241
+        // bytes would end inside the 60th wide letter.
+        const std::pair<QString, QString> names[] = {{QString(251, u'n') + u".zel"_s, QString(241, u'n')},
+                                                     {u"aa"_s + wide.repeated(63), u"aa"_s + wide.repeated(59)}};
+        for (const auto &[name, cut] : names) {
+            QTemporaryDir dir;
+            WriteFileBytes(dir.filePath(cut + u".vxsave-AbC123"_s), "left over");
+            QString error;
+            QVERIFY2(korva::saveFile(dir.filePath(name), "new", &error), qPrintable(error));
+            QCOMPARE(QDir(dir.path()).entryList(QDir::Files), QStringList({name}));
+            QCOMPARE(ReadFileBytes(dir.filePath(name)), QByteArray("new"));
+        }
+    }
 };
 
 QTEST_GUILESS_MAIN(KorvaSavingTest)
