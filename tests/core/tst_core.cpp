@@ -268,6 +268,9 @@ private Q_SLOTS:
         } else {
             QCOMPARE(ReadFileBytes(path), saved);
         }
+        g_Extras.SetString(u"added"_s, u"again"_s);
+        g_Extras.Clear(); // settings reset: nothing left, nothing to save
+        QVERIFY(!g_Extras.IsDirty() && !g_Extras.Contains(u"added"_s));
     }
 };
 
