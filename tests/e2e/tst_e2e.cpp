@@ -1,7 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // Starts the real programs. In a real X server (Xvfb), driven with xdotool:
 // first use, chapter choice, a few study keys and exit, then the settings file
-// it left, with screenshots of the chapter and study windows.
+// it left, with screenshots of the chapter and study windows. Without any
+// display: the command lines that must not need one.
 //
 // The programs are those of the build and, when VOCABRIX_PACKAGE_ROOT names a
 // folder the Debian package was unpacked into, the unpacked ones as well,
@@ -231,6 +232,46 @@ private Q_SLOTS:
             QVERIFY2(QFileInfo(chapter).isFile(), qPrintable(chapter));
         }
         QCOMPARE(stored.value(u"flist_name_5"_s).trimmed(), mine);
+    }
+
+    // What the programs answer on a terminal, with no display to open a
+    // window on (a window would abort them).
+    void commandLine_data()
+    {
+        QTest::addColumn<QString>("program");
+        QTest::addColumn<QString>("argument");
+        QTest::addColumn<QString>("out");
+        const QString version = QStringLiteral(VOCABRIX_VERSION);
+        for (const Installation &i : installations()) {
+            const QString vocabrix = i.binDir + u"/vocabrix"_s, vxedit = i.binDir + u"/vxedit"_s;
+            QTest::addRow("%s: vocabrix --version", qPrintable(i.name))
+                    << vocabrix << u"--version"_s << u"vocabrix "_s + version + u'\n';
+            QTest::addRow("%s: vocabrix -h", qPrintable(i.name)) << vocabrix << u"-h"_s << u"usage: vocabrix"_s;
+            QTest::addRow("%s: vxedit --version", qPrintable(i.name))
+                    << vxedit << u"--version"_s << u"vxedit "_s + version + u'\n';
+        }
+    }
+
+    void commandLine()
+    {
+        QFETCH(QString, program);
+        QFETCH(QString, argument);
+        QFETCH(QString, out);
+        QTemporaryDir home;
+        QProcessEnvironment env = homeEnvironment(home.path());
+        env.remove(u"DISPLAY"_s);
+        env.remove(u"WAYLAND_DISPLAY"_s);
+        env.insert(u"QT_QPA_PLATFORM"_s, u"xcb"_s);
+        QProcess p;
+        p.setProcessEnvironment(env);
+        p.start(program, {argument});
+        QVERIFY(p.waitForFinished(20000));
+        const QString stdoutText = QString::fromUtf8(p.readAllStandardOutput());
+        const QString stderrText = QString::fromUtf8(p.readAllStandardError());
+        QVERIFY2(p.exitStatus() == QProcess::NormalExit && p.exitCode() == 0, qPrintable(stderrText));
+        QVERIFY2(out.endsWith(u'\n') ? stdoutText == out : stdoutText.startsWith(out), qPrintable(stdoutText));
+        QVERIFY2(stderrText.isEmpty(), qPrintable(stderrText));
+        QVERIFY(QDir(home.path()).isEmpty()); // nothing started that writes
     }
 };
 
