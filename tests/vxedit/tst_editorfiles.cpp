@@ -191,6 +191,7 @@ private Q_SLOTS:
         const QByteArray umlauts = QByteArray("\xC3\xBC").repeated(60) + ",x\nHaus,house\n";
         row("umlauts too long once utf-8", u"list.csv"_s, umlauts, true, u"umlauts-utf8"_s);
         row("the same umlauts fit windows-1252", u"list.csv"_s, umlauts, false, u"umlauts"_s);
+        row("a quote never closed", u"quote.csv"_s, "rot,\"red\nblau,blue\n", false, u"unreadable"_s);
     }
     void importDetectsLayouts()
     {
@@ -240,6 +241,9 @@ private Q_SLOTS:
             QVERIFY(!m_window->ImportFile(path(u"list.txt"_s)));
         }
         QVERIFY(!m_window->ImportFile(path(u"open.zel"_s)));
+        QFile huge(path(u"huge.txt"_s)); // never read into memory
+        QVERIFY(huge.open(QIODevice::WriteOnly) && huge.resize(64 * 1024 * 1024 + 1));
+        QVERIFY(!m_window->ImportFile(huge.fileName()));
         QCOMPARE(m_env->prompter.seen(),
                  QStringList({Box(u"Can't Import"_s,
                                   u"With these 32766 cards the chapter would have 32768, more than the 32767 a "
@@ -248,6 +252,9 @@ private Q_SLOTS:
                               Box(u"Can't Import"_s,
                                   u"The file '%1' can't be read: it is the chapter you are editing; cards are imported "
                                   "from a list of text."_s.arg(path(u"open.zel"_s)),
+                                  MsgIcon::Exclamation),
+                              Box(u"Can't Import"_s,
+                                  u"The file '%1' is too large for a list of cards."_s.arg(huge.fileName()),
                                   MsgIcon::Exclamation)}));
         QCOMPARE(model.rowCount(), 2);
         QVERIFY(!m_window->UndoStack()->canUndo());
