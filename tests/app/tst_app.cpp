@@ -47,7 +47,17 @@ private Q_SLOTS:
         QFETCH(bool, hover);
         QFETCH(QStringList, arguments);
         QFile::remove(m_programDir.filePath(u"Vocabrix.upd"_s));
-        m_env->prompter.onModal = answerSetup(trouble, hover);
+        m_env->prompter.onModal = [&](QObject *window) {
+            auto *setup = qobject_cast<QWidget *>(window);
+            const QPoint offCentre =
+                    setup->frameGeometry().center() - QGuiApplication::primaryScreen()->geometry().center();
+            [&] { // centred and on top, the splash on top below it
+                QVERIFY2(offCentre.manhattanLength() <= 2,
+                         qPrintable(u"%1,%2"_s.arg(offCentre.x()).arg(offCentre.y())));
+                QVERIFY(modMain::IsTopmost(setup) && g_SplashUp && modMain::IsTopmost(modMain::SplashWindow()));
+            }();
+            return answerSetup(trouble, hover)(window);
+        };
         if (!locale.isEmpty())
             QLocale::setDefault(QLocale(locale));
         modMain::StartProgram(arguments);

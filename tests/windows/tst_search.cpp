@@ -170,6 +170,10 @@ private Q_SLOTS:
         QVERIFY(g_Deck[6].isTrouble());
         QTest::keyClick(viewer, Qt::Key_Escape); // Escape closes it
         QVERIFY(!forms::IsOpen(viewer));
+        auto *gone = new QWidget; // a window deleted without being unloaded leaves no trace
+        forms::Add(gone);
+        delete gone;
+        QVERIFY(!forms::Open().contains(nullptr));
     }
 
     // The list keeps the cards as they were found, whatever happens to the deck later.
