@@ -226,6 +226,10 @@ private Q_SLOTS:
         QVERIFY(!modMain::ChapterWindow() && frmMain::Existing()->isVisible());
         QCOMPARE(sessionSeen(), seen);
         QVERIFY(!modrender::CanUndo());
+        const qint16 kept = modrender::CurrentCard;
+        frmMain::Existing()->HandleKey(39, 0); // on, and back: to the card the session kept
+        frmMain::Existing()->HandleKey(90, 0);
+        QCOMPARE(modrender::CurrentCard, kept);
     }
 
     // A damaged kept session is set aside, said in one line under the list,

@@ -4,6 +4,7 @@
 #include "languagesdialog.h"
 
 #include <QLabel>
+#include <QMenu>
 #include <QSignalSpy>
 #include <QTableView>
 #include <QUndoStack>
@@ -207,6 +208,11 @@ private Q_SLOTS:
         m_env->prompter.fileAnswers = {chapter};
         QVERIFY(m_window->Save());
         QVERIFY(m_window->RecentFiles().contains(chapter));
+        QMenu *recent = nullptr; // and offered again under File
+        for (QMenu *menu : m_window->findChildren<QMenu *>())
+            recent = menu->title() == u"Open &Recent"_s ? menu : recent;
+        Q_EMIT recent->aboutToShow();
+        QCOMPARE(recent->actions().isEmpty() ? QString() : recent->actions().first()->toolTip(), chapter);
         QCOMPARE(ReadFileBytes(chapter), // the escape kept as typed
                  bytes::header(kChapter, 4, 2, "Meine W\xF6rter") + bytes::placeholder()
                          + bytes::entry("grasc(252)n", -1, "green", 0, {}) + bytes::entry("blau", -1, "blue", 0, {}));
