@@ -269,6 +269,15 @@ private Q_SLOTS:
         QCOMPARE(db.GetNumber(u"backcolor_b"_s, 0).value, 0x57FF12);
         QCOMPARE(frmMain::Existing()->CardSurface()->image().pixel(320, 10), qRgb(0x12, 0xFF, 0x57));
         QCOMPARE(frmMain::Existing()->zelFlatButton2->BackcolorMouse(), 0x57FF12u);
+        frmOptions *options = frmOptions::Instance();
+        options->Command4->click(); // Defaults, in the preview until applied
+        const QImage &preview = options->Picture2->Surface()->image();
+        QCOMPARE(preview.pixel(preview.width() / 2, 10), qRgb(73, 85, 222)); // backcolor_b as shipped
+        m_env->log->clear();
+        options->Command2->click();
+        QCOMPARE(m_env->logLines(),
+                 QStringList({u" .. frmOptions renderer halted/n"_s, u"renderer going down/n"_s,
+                              u" .. renderer released ok/n"_s}));
     }
 
     // Last: once the program has ended, a modal window of a later test would close at once.
