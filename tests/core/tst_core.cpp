@@ -148,7 +148,7 @@ private Q_SLOTS:
         QTest::newRow("BROWSER with %s") << u"BROWSER"_s << u"lynx -dump %s"_s << u"\"lynx\""_s << u"-dump \"%1\""_s;
         QTest::newRow("BROWSER list takes the first") << u"BROWSER"_s << u"w3m:lynx"_s << u"\"w3m\""_s << u"\"%1\""_s;
         QTest::newRow("Exec %U and dropped codes")
-                << u"Exec"_s << u"chromium --new %U %i"_s << u"\"chromium\""_s << u"--new \"%1\""_s;
+                << u"Exec"_s << u"chromium %i --new %U %c"_s << u"\"chromium\""_s << u"--new \"%1\""_s;
         QTest::newRow("Exec quoted program")
                 << u"Exec"_s << u"\"/opt/My Browser/run\" %f"_s << u"\"/opt/My Browser/run\""_s << u"\"%1\""_s;
         QTest::newRow("Exec without address") << u"Exec"_s << u"surf"_s << u"\"surf\""_s << QString();
