@@ -224,9 +224,9 @@ private Q_SLOTS:
         QCOMPARE(ReadFileBytes(path(u"open.zel"_s)), chapter);
     }
 
-    // An import that would overfill the chapter, or that reads the chapter
-    // itself, says why; one cancelled in its dialog says nothing. None of them
-    // changes the chapter.
+    // An import that would overfill the chapter, that reads the chapter
+    // itself, or whose list is too large to read says why; one cancelled in
+    // its dialog says nothing. None of them changes the chapter.
     void importRefusals()
     {
         ChapterModel &model = open({u"eins"_s, u"zwei"_s});
