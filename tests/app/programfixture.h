@@ -11,7 +11,6 @@
 #include "windows/frmsetup.h"
 #include "windows/frmsplash.h"
 
-#include <QAccessible>
 #include <QCryptographicHash>
 #include <QLabel>
 #include <QLocalServer>
@@ -33,19 +32,6 @@ std::function<int(QObject *)> answerSetup(bool troubleByDefault, bool hoverHelp)
         setup->Command1->click();
         return 1;
     };
-}
-
-// Numbers in the settings file, each as "key=value group" ("key=none" if absent).
-QStringList stored(const QString &master, const QStringList &keys)
-{
-    ikorvalite db;
-    db.Mount(master, false);
-    QStringList out;
-    for (const QString &key : keys) {
-        const auto n = db.GetNumber(key, 12345);
-        out << key + u'=' + (n.found ? QString::number(n.value) : u"none"_s) + u' ' + db.GetNote(key);
-    }
-    return out;
 }
 
 // Selects the chapters at these rows and presses Study.
@@ -80,18 +66,6 @@ protected:
         m_env->prompter.onModal = answerSetup(false, true);
         modMain::StartProgram();
         FlushDeletes();
-    }
-
-    // Which of the wanted lines ('|' between them) the log lacks, and which of
-    // the unwanted it holds: empty when the log is right.
-    QStringList logMismatch(const QString &wanted, const QString &unwanted = {}) const
-    {
-        const QStringList log = m_env->logLines();
-        QStringList out;
-        for (const QString &line : (wanted + u'|' + unwanted).split(u'|', Qt::SkipEmptyParts))
-            if (log.contains(line) != wanted.split(u'|').contains(line))
-                out << (log.contains(line) ? u"unwanted: "_s : u"missing: "_s) + line;
-        return out;
     }
 
     // The program started again after it ended, with the same home.

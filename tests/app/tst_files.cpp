@@ -37,12 +37,6 @@ QStringList temporaryFiles(const QString &folder)
     return QDir(folder).entryList({u"*.vxsave-*"_s}, QDir::AllEntries | QDir::Hidden | QDir::System);
 }
 
-// Files this process has open, where the system lists them.
-qsizetype openFiles()
-{
-    return QDir(u"/proc/self/fd"_s).entryList(QDir::AllEntries | QDir::System | QDir::NoDotAndDotDot).size();
-}
-
 // One place that saves a file: what is there before, the title of the box
 // that tells of a failure, and the save itself.
 struct SaveSite
@@ -164,10 +158,8 @@ private Q_SLOTS:
             faults += hit ? 1 : 0;
             return hit ? error : 0;
         });
-        const qsizetype openBefore = openFiles();
         s.save();
         korva::setSaveFault({});
-        QCOMPARE(openFiles(), openBefore); // saved or not, the file is closed
 
         QCOMPARE(temporaryFiles(QFileInfo(s.target).absolutePath()), QStringList());
         if (step < 0) {
@@ -232,9 +224,6 @@ private Q_SLOTS:
             QVERIFY2(!watchdog.fired(), "blocked on the named pipe");
         }
         QCOMPARE(m_env->prompter.boxTitles(), QStringList(box));
-        if (file.endsWith(u".vxs"_s))
-            QVERIFY2(m_env->prompter.boxes[0].text.contains(u"not a file"_s),
-                     qPrintable(m_env->prompter.boxes[0].text));
         QCOMPARE(DescribePath(path), before);
         QCOMPARE(DeviceFolderNames(), devices);
         QCOMPARE(temporaryFiles(folder), QStringList());

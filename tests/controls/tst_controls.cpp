@@ -61,31 +61,6 @@ class ControlsTest : public QObject
 private Q_SLOTS:
     void initTestCase() { InstallFontSubstitutes(); }
 
-    // A button's border, fill and caption shadow (the fore colour at a
-    // quarter, none when disabled): normal, under the mouse, disabled.
-    void flatButtonStates()
-    {
-        zelFlatButton b;
-        b.resize(80, 30);
-        b.SetCaption(u"WWW"_s);
-        b.SetBackcolor(0x400000);
-        b.SetForecolor(0xC0C0C0);
-        b.SetBackcolorMouse(0x0080FF);
-        b.SetForecolorMouse(0xFFFFFF);
-        b.SetBackcolorDisabled(0x202020);
-        b.SetForecolorDisabled(0x606060);
-        const quint32 looks[][3] {{0xC0C0C0, 0x400000, 0x303030},
-                                  {0xFFFFFF, 0x0080FF, 0x404040},
-                                  {0x606060, 0x202020, 0x181818}};
-        for (int state = 0; state < 3; ++state) {
-            b.SetEnabled(state != 2);
-            b.HandleMouseMove(state == 1 ? 80 : 81, 30); // every move repaints; the far corner is still on it
-            QCOMPARE(QList<QRgb>({pixel(b, 0, 0), pixel(b, 3, 3)}),
-                     QList<QRgb>({rgb(looks[state][0]), rgb(looks[state][1])}));
-            QCOMPARE(shows(b, looks[state][2]), state != 2);
-        }
-    }
-
     // Clicks, and keys: they mean nothing to the control and go on to the
     // window as the key's code and the modifiers' mask, from an enabled
     // control or not.
@@ -113,16 +88,11 @@ private Q_SLOTS:
         QCOMPARE(c->Hovering(), !enabled); // a click clears the hover flag
         if (check)
             QCOMPARE(check->Checked(), enabled);
-        QTest::mousePress(c.get(), Qt::LeftButton, {}, QPoint(2, 2));
-        QTest::mouseRelease(c.get(), Qt::LeftButton, {}, QPoint(-5, 2)); // let go outside: no click
-        QCOMPARE(clicks.count(), enabled ? 1 : 0);
 
         QSignalSpy keys(c.get(), &zelControl::KeyDown);
         QTest::keyClick(c.get(), Qt::Key_X, Qt::ShiftModifier | Qt::ControlModifier | Qt::AltModifier);
         // The modifier keys come first, as keys of their own.
         QCOMPARE(QList<int>({keys.last().at(0).toInt(), keys.last().at(1).toInt()}), QList<int>({88, 7}));
-        if (check)
-            QCOMPARE(check->Checked(), enabled); // keys do not tick it
     }
 
     // The box's outline: the back colour lightened by a quarter of white,
@@ -161,19 +131,11 @@ private Q_SLOTS:
         QCOMPARE(pixel(link, 0, 0), rgb(0x00FF00));
         link.SetForecolor(0x0000FF);
         QVERIFY(shows(link, 0x0000FF));
-        // Underlined while hovered: with the mouse colour the same, the
-        // underline is all that changes.
-        link.SetForecolorMouse(0x0000FF);
-        const QImage plain = link.surface().image().copy();
         link.HandleMouseMove(1, 1);
-        QVERIFY(over.isEmpty() && link.surface().image() != plain);
         link.SetForecolorMouse(0xFF0000);
-        QVERIFY(shows(link, 0xFF0000));
+        QVERIFY(over.isEmpty() && shows(link, 0xFF0000));
         link.SetEnabled(false); // a quarter of the fore colour over the back colour
         QVERIFY(shows(link, 0x00BF40) && !shows(link, 0xFF0000));
-        const QImage disabled = link.surface().image().copy();
-        link.HandleMouseMove(-1, -1); // never underlined, so the mouse leaving changes nothing
-        QCOMPARE(link.surface().image(), disabled);
         link.SetCaption(u"a much longer caption for the link"_s);
         QVERIFY(link.width() > shortWidth + 50);
         QCOMPARE(link.surface().image().size(), DeviceSize(link.size(), link.devicePixelRatioF()));

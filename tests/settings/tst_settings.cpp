@@ -33,69 +33,53 @@ private Q_SLOTS:
     {
         TestEnvironment env;
         mountMaster(env);
-        r_data none;
-        QCOMPARE(none.Colors().size(), size_t(1)); // the placeholder, from the start
-        none.SetColor(u"extra"_s, 5);
-        none.SetColor(u"backcolor_a"_s, 0x0000FF);
-        none.LoadColors(); // the defaults' log lines are checked with the whole first start in tst_app
+        r_data metrics;
+        QCOMPARE(metrics.Colors().size(), size_t(1)); // the placeholder, from the start
+        metrics.SetColor(u"extra"_s, 5);
+        metrics.SetColor(u"backcolor_a"_s, 0x0000FF);
+        metrics.LoadColors(); // the defaults' log lines are checked with the whole first start in tst_app
         QStringList names;
-        for (const auto &c : none.Colors())
+        for (const auto &c : metrics.Colors())
             names << c.name + u'=' + QString::number(c.color);
         QStringList expected {u"=0"_s, u"backcolor_a=0"_s, u"backcolor_b=14570825"_s};
         for (const QString &part : {u"main"_s, u"tr"_s, u"tl"_s, u"br"_s, u"bl"_s})
             expected << part + u"_text_shadow=0"_s << part + u"_text_forecolor=16777215"_s;
         QCOMPARE(names, expected);
-        QCOMPARE(none.CornerText(Corner::BottomLeft), u"Right click anywhere for menu"_s);
+        QCOMPARE(metrics.CornerText(Corner::BottomLeft), u"Right click anywhere for menu"_s);
 
         g_MasterDb->SetValue(u"backcolor_a"_s, QString(), 0x112233, u"color_metrics"_s);
         g_MasterDb->SetValue(u"looks_like_colour"_s, u"text"_s, 0, u"color_metrics"_s);
         g_MasterDb->SetValue(u"alpha_level"_s, QString(), 90, u"alpha_transparency"_s);
         g_MasterDb->SetValue(u"tl_text_shadow"_s, QString(), 0x00FF00, u"color_metrics"_s);
         g_MasterDb->SetValue(u"br_text"_s, u"Press Return to flip the card"_s, 0, QString());
-        r_data metrics;
         QCOMPARE(metrics.ReadColors(), 2);
         QCOMPARE(env.logLines().last(), u"read 2 color definitions from disk/n"_s);
-        QCOMPARE(metrics.Colors().size(), size_t(3));
+        QCOMPARE(metrics.Colors().size(), size_t(3)); // the defaults it had are gone
         QCOMPARE(QList<quint32>({metrics.Color(u"backcolor_a"_s, 0), metrics.Color(u"tl_text_shadow"_s, 0),
                                  metrics.Color(u"looks_like_colour"_s, 4)}),
                  QList<quint32>({0x112233, 0x00FF00, 4}));
         // The "br_text" key lands in the bottom-left corner, on purpose.
         QCOMPARE(metrics.CornerText(Corner::BottomLeft), u"Press Return to flip the card"_s);
         QVERIFY(metrics.CornerShown(Corner::BottomLeft));
-        QCOMPARE(none.ReadColors(), 2); // read again, the defaults it had are gone
-        QCOMPARE(none.Colors().size(), size_t(3));
     }
 
     // On disk: the placeholder takes the group as its note, then any earlier
-    // key, then the twelve colours in order. Without a master the home file is
-    // mounted for the call only.
-    void writeColors_data()
-    {
-        QTest::addColumn<bool>("master");
-        QTest::newRow("into the master") << true;
-        QTest::newRow("into the home file") << false;
-    }
+    // key, then the twelve colours in order.
     void writeColors()
     {
-        QFETCH(bool, master);
         TestEnvironment env;
-        g_BaseDirectory = env.home();
-        if (master) {
-            mountMaster(env);
-            g_MasterDb->SetValue(u"flist_count"_s, QString(), 0, QString());
-        }
+        mountMaster(env);
+        g_MasterDb->SetValue(u"flist_count"_s, QString(), 0, QString());
         r_data metrics;
         metrics.ColorDefaults();
         metrics.SetColor(u"backcolor_b"_s, 0x0000FF);
         metrics.WriteColors();
         QCOMPARE(env.logLines().last(), u"wrote 12 color definitions to disk/n"_s);
         const QByteArray file = ReadFileBytes(env.path(u"sys.zel"_s));
-        const int first = master ? 3 : 2;
-        QCOMPARE(file.size(), (first + 12) * 128);
+        QCOMPARE(file.size(), 15 * 128);
         QCOMPARE(file.mid(128, 128), bytes::entry({}, 0, {}, 0, "color_metrics"));
-        QCOMPARE(file.mid(first * 128, 128), bytes::entry("backcolor_a", 0, {}, 0, "color_metrics"));
-        QCOMPARE(file.mid((first + 1) * 128, 128), bytes::entry("backcolor_b", 0, {}, 0xFF, "color_metrics"));
-        QCOMPARE(bool(g_MasterDb), master);
+        QCOMPARE(file.mid(3 * 128, 128), bytes::entry("backcolor_a", 0, {}, 0, "color_metrics"));
+        QCOMPARE(file.mid(4 * 128, 128), bytes::entry("backcolor_b", 0, {}, 0xFF, "color_metrics"));
     }
 
     void cornerDisplayTime()

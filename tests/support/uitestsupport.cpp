@@ -96,14 +96,6 @@ bool qtInternal(QWidget *w)
 
 } // namespace
 
-void doubleClick(QWidget *widget, QPoint at)
-{
-    QTest::mouseClick(widget, Qt::LeftButton, {}, at);
-    QMouseEvent twice(QEvent::MouseButtonDblClick, at, widget->mapToGlobal(at), Qt::LeftButton, Qt::LeftButton, {});
-    QApplication::sendEvent(widget, &twice);
-    QTest::mouseRelease(widget, Qt::LeftButton, {}, at);
-}
-
 // Tab visits every control on show, and in reading order: left to right
 // along a row, down a column, or on to the next column of a group; never back
 // up and to the left. Toolbar buttons may have keys of their own instead.

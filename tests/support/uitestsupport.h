@@ -47,10 +47,6 @@ void StudyDeck(const std::vector<std::pair<QString, QString>> &cards, const QLis
 // A deck of n cards "q0".."q{n-1}" / "a0".. the same way.
 void StudyDeck(int n, const QList<int> &trouble = {});
 
-// A double click as a mouse makes it: press, release, double click, release.
-// (QTest's own leaves the release out, and an item view then ignores it.)
-void doubleClick(QWidget *widget, QPoint at);
-
 // Fails the running test unless Tab visits every control of the window that
 // is on show, in reading order (toolbar buttons may have keys instead).
 void checkTabOrder(QWidget *window);

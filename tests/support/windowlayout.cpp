@@ -81,10 +81,6 @@ QString fontText(const QFont &f)
         out += u" weight "_s + QString::number(int(f.weight()));
     if (f.italic())
         out += u" italic"_s;
-    if (f.underline())
-        out += u" underlined"_s;
-    if (f.strikeOut())
-        out += u" struck"_s;
     return out;
 }
 
@@ -123,7 +119,7 @@ public:
         if (const QPalette::ColorRole fore = w->foregroundRole();
             fore != QPalette::WindowText && fore != defaultForeground(w->backgroundRole()))
             parts << u"foreground="_s + key(fore);
-        for (const char *name : {"toolTip", "statusTip", "whatsThis", "accessibleName", "accessibleDescription"}) {
+        for (const char *name : {"toolTip", "accessibleName", "accessibleDescription"}) {
             const QString value = w->property(name).toString();
             add(parts, !value.isEmpty(), QString::fromLatin1(name) + u'=' + quoted(value));
         }
@@ -214,9 +210,6 @@ private:
             if (label->buddy())
                 parts << u"buddy="_s + QString::fromLatin1(label->buddy()->metaObject()->className()) + u'#'
                                 + label->buddy()->objectName();
-            add(parts, label->openExternalLinks(), u"opensLinks"_s);
-            add(parts, !label->pixmap().isNull(),
-                u"picture=%1x%2"_s.arg(label->pixmap().width()).arg(label->pixmap().height()));
         } else if (auto *edit = qobject_cast<QLineEdit *>(w)) {
             parts << u"text="_s + quoted(edit->text());
             add(parts, !edit->placeholderText().isEmpty(), u"placeholder="_s + quoted(edit->placeholderText()));
@@ -224,7 +217,6 @@ private:
             add(parts, edit->isReadOnly(), u"readOnly"_s);
             add(parts, edit->alignment() != (Qt::AlignLeft | Qt::AlignVCenter),
                 u"align=0x%1"_s.arg(int(edit->alignment()), 0, 16));
-            add(parts, edit->validator(), u"validated"_s);
             add(parts, edit->isClearButtonEnabled(), u"clearButton"_s);
         } else if (auto *combo = qobject_cast<QComboBox *>(w)) {
             QStringList texts;
@@ -235,14 +227,11 @@ private:
             if (texts.size() > 8)
                 items = texts.mid(0, 4).join(u", "_s) + u", ...(%1 items, %2)"_s.arg(texts.size()).arg(digest(items));
             parts << u"items=["_s + items + u"] current="_s + quoted(combo->currentText());
-            add(parts, combo->isEditable(), u"editable"_s);
         } else if (auto *spin = qobject_cast<QSpinBox *>(w)) {
             parts << u"value=%1 range=%2..%3 step=%4"_s.arg(spin->value())
                              .arg(spin->minimum())
                              .arg(spin->maximum())
                              .arg(spin->singleStep());
-            if (!spin->suffix().isEmpty() || !spin->prefix().isEmpty())
-                parts << u"prefix="_s + quoted(spin->prefix()) << u"suffix="_s + quoted(spin->suffix());
         } else if (auto *slider = qobject_cast<QAbstractSlider *>(w)) {
             parts << u"value=%1 range=%2..%3 steps=%4/%5 orientation=%6"_s.arg(slider->value())
                              .arg(slider->minimum())
@@ -250,7 +239,6 @@ private:
                              .arg(slider->singleStep())
                              .arg(slider->pageStep())
                              .arg(int(slider->orientation()));
-            add(parts, slider->invertedAppearance(), u"inverted"_s);
         } else if (auto *bar = qobject_cast<QProgressBar *>(w)) {
             parts << u"value=%1 range=%2..%3 textVisible=%4"_s.arg(bar->value())
                              .arg(bar->minimum())

@@ -45,11 +45,6 @@ private Q_SLOTS:
         const QString tooLong = u"line %1: a field of more than 65,535 characters; no card holds that much"_s;
         row("a field of 65,536 characters, named before a later one", "a,b\n" + longest + "x,y\n" + longest + "xx\n",
             true, {}, {}, tooLong.arg(2));
-        row("the same, last without its line end", "a,b\n" + longest + 'x', true, {}, {}, tooLong.arg(2));
-        row("a quoted field of many lines", "a,b\n\"" + QByteArray("x\n").repeated(40000) + "\"\n", true, {}, {},
-            tooLong.arg(2));
-        row("csv quoted line break after stray returns", "\"x\r\r\ny\",z\r\nw\r\r\n", true,
-            {{u"x\ny"_s, u"z"_s}, {u"w\r"_s}}, {1, 3});
         row("not utf-8 after the first megabyte", QByteArray("a\tb\n").repeated(300000) + "c\t\xC3\n", false, {}, {},
             u"line 300001: the text is not UTF-8"_s);
         row("open quote", "a,b\n\"never closed,x\n", true, {}, {}, u"line 2: a quoted field is never closed"_s);
@@ -96,10 +91,9 @@ private Q_SLOTS:
     }
 
     // Lists imported (run in their folder): the first line is column names
-    // when it reads so, or as told; the chapter is Windows-1252 when that
-    // holds every card, else UTF-8. It exports as the list it came from
-    // (a first card like a header line quoted in CSV) and imports again to
-    // the same bytes.
+    // when it reads so; the chapter is Windows-1252 when that holds every
+    // card, else UTF-8. It exports as the list it came from and imports
+    // again to the same bytes.
     void importLists_data()
     {
         QTest::addColumn<QString>("name");
@@ -112,13 +106,9 @@ private Q_SLOTS:
                       const QString &chapter, const QString &err = {}, const QByteArray &file = {}) {
             QTest::newRow(tag) << name << content << option << chapter << err << file;
         };
-        const QByteArray named = "Question,Answer,Note\nHund,dog,\nKatze,cat,\n";
-        const QString told = u"vxedit: w.csv: line 1 is taken as column names, not a card (--no-header reads it as "
-                             "a card)\n"_s;
-        row("names detected", u"w.csv"_s, named, QString(), u"Windows-1252|Hund|Katze"_s, told);
-        row("names read as a card", u"w.csv"_s, named, u"--no-header"_s, u"Windows-1252|Question|Hund|Katze"_s);
-        row("a card said to be names", u"w.tsv"_s, "Hund\tdog\nKatze\tcat\nMaus\tmouse\n", u"--header"_s,
-            u"Windows-1252|Katze|Maus"_s);
+        row("names detected", u"w.csv"_s, "Question,Answer,Note\nHund,dog,\nKatze,cat,\n", QString(),
+            u"Windows-1252|Hund|Katze"_s,
+            u"vxedit: w.csv: line 1 is taken as column names, not a card (--no-header reads it as a card)\n"_s);
         const QByteArray zhuk = "\xD0\xB6\xD1\x83\xD0\xBA", dom = "\xD0\xB4\xD0\xBE\xD0\xBC";
         row("russian list, utf-8 chapter", u"w.tsv"_s, zhuk + "\tbeetle\n" + dom + "\thouse\n", QString(),
             u"UTF-8|жук|дом"_s, QString(),
@@ -131,11 +121,6 @@ private Q_SLOTS:
                     + bytes::entry("der Apfel", -1, "the apple", 0, "pl. die \xC4pfel")
                     + bytes::entry("Grasc(252)n", -1, "green", 0, {})
                     + bytes::entry("Komma, bitte", -1, "comma, please", 0, "\"quoted\""));
-        row("a first card like a header line, csv", u"w.csv"_s, "\"#deck:Spanisch\",\"comma, \"\"quoted\"\"\"\nc,d\n",
-            QString(), u"Windows-1252|#deck:Spanisch|c"_s, QString(),
-            bytes::header(kChapter, 4, 2) + bytes::placeholder()
-                    + bytes::entry("#deck:Spanisch", -1, "comma, \"quoted\"", 0, {})
-                    + bytes::entry("c", -1, "d", 0, {}));
     }
     void importLists()
     {

