@@ -51,6 +51,31 @@ private Q_SLOTS:
     void init() { beginTest(); }
     void cleanup() { endTest(); }
 
+    // A study window placed off screen comes back on it; what the person set
+    // up (transparency, the window's place) is there at the next start.
+    void studyAndExit()
+    {
+        startProgram();
+        g_MasterDb->SetValue(u"frmMain.left"_s, QString(), 50000, u"metrics"_s); // far off screen
+        study({0, 2});
+        frmMain *main = frmMain::Existing();
+        QCOMPARE(main->pos().x(), 50000 / 15);
+        QCOMPARE(main->focusWidget(), main); // the card window itself takes the keys
+        modrender::AlphaLevel = 120;
+        modrender::AlphaEffects = true;
+        main->move(123, 45);
+        main->HandleKey(88, 0); // X
+        FlushDeletes();
+        QVERIFY(g_ProcessReleased && !frmMain::Existing() && !g_Watcher); // the watcher let go before the process is
+        ikorvalite db;
+        QVERIFY(db.Mount(master(), false));
+        for (const auto &[key, value] : {std::pair(u"alpha_level"_s, 120),
+                                         {u"alpha_effects"_s, -1},
+                                         {u"frmMain.left"_s, 1845},
+                                         {u"frmMain.top"_s, 675}})
+            QCOMPARE(db.GetNumber(key, 0).value, value);
+    }
+
     // Progress saved; a new session keeps the study window, hidden and
     // cleared, and brings the chapter window back; the progress resumed from
     // it, then as a file opened with the program from the desktop.

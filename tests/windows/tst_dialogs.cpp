@@ -176,6 +176,11 @@ private Q_SLOTS:
         QVERIFY(m_env->logLines().contains(u" .. frmOptions renderer loaded/n"_s));
         options->Check6->click(); // show the notes
         QVERIFY(ReadFileBytes(ExtraSettings::Path()).contains("study.show_notes=true\n"));
+        QVERIFY(QFile::remove(ExtraSettings::Path()) && QDir().mkdir(ExtraSettings::Path()));
+        options->Check7->click(); // a switch that cannot be saved says so
+        QCOMPARE(m_env->prompter.boxTitles(), QStringList(u"Options Not Saved"_s));
+        QVERIFY(QDir().rmdir(ExtraSettings::Path()));
+        m_env->prompter.boxes.clear();
         options->LV->setCurrentRow(1); // backcolor b
         m_env->prompter.colorAnswers = {0x57FF12u};
         options->Command3->click();

@@ -139,6 +139,12 @@ private Q_SLOTS:
         QTest::newRow("menu Save Progress") << u"menu mP_sp"_s << u"dialogs=Save_As:Vocabrix_Save_File_(*.vxs)"_s;
         QTest::newRow("menu Save Statistics") << u"menu mP_ss"_s << u"dialogs=Save_Statistics:*.txt_(*.txt)"_s;
         QTest::newRow("menu Quick Help") << u"menu mP_qh"_s << u"boxes=Quick_Help"_s;
+        QTest::newRow("menu Options") << u"menu mP_o"_s << u"open=frmMain,frmOptions front=frmOptions"_s;
+        QTest::newRow("menu Find Card") << u"menu mP_fc"_s << u"open=frmMain,frmFind front=frmFind"_s;
+        QTest::newRow("menu View All") << u"menu mP_vac"_s << u"open=frmMain,frmViewer front=frmViewer"_s;
+        QTest::newRow("menu Shuffle") << u"menu mP_sc"_s << reversed;
+        QTest::newRow("menu About") << u"menu mP_a"_s << u"modal=frmAbout"_s;
+        QTest::newRow("menu Exit") << u"menu mP_e"_s << exited;
         QTest::newRow("closing while shuffling: refused") << u"shuffling close"_s << QString();
 
         // The additions. Z (with or without Ctrl) takes back the latest
