@@ -273,21 +273,11 @@ quint32 cMemDC::BlendColour(quint32 color1, quint32 color2, double t)
     return out;
 }
 
-int cMemDC::DrawText(const QString &text, int &left, int &top, int &right, int &bottom, int format)
+int cMemDC::DrawText(const QString &text, int left, int top, int right, int bottom, int format)
 {
     if (!m_valid)
         return 0;
-    const QFontMetrics metrics(m_createdFont);
     const int flags = textFlags(format);
-    if (format & DT_CALCRECT) {
-        const int wrapWidth = (format & DT_SINGLELINE) ? 0 : qMax(1, right - left);
-        const QRect need = (format & DT_SINGLELINE)
-                ? QRect(0, 0, metrics.horizontalAdvance(text), metrics.height())
-                : metrics.boundingRect(QRect(0, 0, wrapWidth, 1 << 20), flags, text);
-        right = left + need.width();
-        bottom = top + need.height();
-        return need.height();
-    }
     if (!drawable())
         return 0;
     const QRect box(left, top, right - left, bottom - top);

@@ -28,7 +28,6 @@ public:
     static constexpr int DT_BOTTOM = 8;
     static constexpr int DT_WORDBREAK = 16;
     static constexpr int DT_SINGLELINE = 32;
-    static constexpr int DT_CALCRECT = 1024;
 
     static constexpr quint32 SRCCOPY = 13369376;
 
@@ -66,9 +65,8 @@ public:
     void Gradient(int x1, int y1, int x2, int y2, quint32 color1, quint32 color2);
     static quint32 BlendColour(quint32 color1, quint32 color2, double t);
 
-    // Draws the text in the rectangle; with DT_CALCRECT only measures it and
-    // writes the needed rectangle back. Returns the text's height.
-    int DrawText(const QString &text, int &left, int &top, int &right, int &bottom, int format);
+    // Draws the text in the rectangle. Returns the text's height.
+    int DrawText(const QString &text, int left, int top, int right, int bottom, int format);
     int TextWidth(const QString &text) const;
     int TextHeight(const QString &text) const;
 

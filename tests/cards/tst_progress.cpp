@@ -118,7 +118,6 @@ private Q_SLOTS:
                                          u"This program cannot open this type of file"_s, MsgIcon::Information);
         const QString damaged = u"Damaged Progress File"_s;
         QTest::newRow("cancelled") << QString() << QByteArray() << QString();
-        QTest::newRow("no such file") << u"gone.vxs"_s << QByteArray() << QString();
         QTest::newRow("upper-case extension") << u"p.VXS"_s << good << incompatible;
         QTest::newRow("truncated") << u"p.vxs"_s << good.left(good.size() - 3) << damaged;
         QTest::newRow("negative count") << u"p.vxs"_s << bytes::i16(-2) << damaged;

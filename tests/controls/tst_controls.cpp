@@ -131,9 +131,12 @@ private Q_SLOTS:
         QCOMPARE(pixel(link, 0, 0), rgb(0x00FF00));
         link.SetForecolor(0x0000FF);
         QVERIFY(shows(link, 0x0000FF));
+        link.SetForecolorMouse(0x0000FF); // hovered, the underline is all that changes
+        const QImage plain = link.surface().image().copy();
         link.HandleMouseMove(1, 1);
+        QVERIFY(over.isEmpty() && link.surface().image() != plain);
         link.SetForecolorMouse(0xFF0000);
-        QVERIFY(over.isEmpty() && shows(link, 0xFF0000));
+        QVERIFY(shows(link, 0xFF0000));
         link.SetEnabled(false); // a quarter of the fore colour over the back colour
         QVERIFY(shows(link, 0x00BF40) && !shows(link, 0xFF0000));
         link.SetCaption(u"a much longer caption for the link"_s);

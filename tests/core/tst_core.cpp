@@ -146,7 +146,6 @@ private Q_SLOTS:
         WriteFileBytes(env.home() + u"/.config/mimeapps.list"_s,
                        "[Added Associations]\nx-scheme-handler/http=other.desktop;\n"
                        "[Default Applications]\nx-scheme-handler/http=missing.desktop;mybrowser.desktop;\n");
-        QCOMPARE(modBrowser::DefaultBrowserExecLine(), u"/usr/bin/mybrowser --private %u"_s);
         QCOMPARE(modBrowser::DefaultBrowserCommand().trimmed(), u"\"/usr/bin/mybrowser\" --private \"%1\""_s);
 
         modBrowser::OpenUrl(u"file:///tmp/doc/index.html"_s);
@@ -195,7 +194,6 @@ private Q_SLOTS:
         QFETCH(QByteArray, saved);
         TestEnvironment env;
         const QString path = env.path(u"extras.conf"_s);
-        QCOMPARE(ExtraSettings::Path(), path);
         if (file == "folder")
             QVERIFY(QDir(env.home()).mkdir(u"extras.conf"_s));
         else if (!file.isNull())

@@ -22,7 +22,9 @@ QImage designedPicture(const QString &name)
     if (part.first() == u"program"_s)
         return ProgramIcon().pixmap(QSize(size, size), 1.0).toImage();
     if (part.first() == u"command"_s)
-        return CommandIconFor(CommandIcon(part.at(1).toInt())).pixmap(QSize(size, size), 1.0).toImage();
+        return CommandIconFor(CommandIcon(part.at(1).toInt()))
+                .pixmap(QSize(size, size), 1.0, part.contains(u"disabled"_s) ? QIcon::Disabled : QIcon::Normal)
+                .toImage();
     int w = 460, h = 260;
     cMemDC dc;
     dc.Create(w, h);
@@ -56,6 +58,7 @@ private Q_SLOTS:
                                       "3ad17c364ddbdaa6"};
         for (int i = 0; i < 5; ++i)
             QTest::addRow("command %d 16", i) << QString::fromLatin1(commands[i]);
+        QTest::newRow("command 1 disabled 16") << u"e44e14ae332f1e2e"_s; // greyed out, as on a toolbar
     }
     void picturesAsDesigned()
     {

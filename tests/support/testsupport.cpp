@@ -9,13 +9,8 @@
 #include <QFileInfo>
 #include <QTest>
 
-#include <chrono>
-#include <condition_variable>
 #include <memory>
-#include <mutex>
-#include <thread>
 
-#include <fcntl.h>
 #include <sys/socket.h>
 #include <sys/stat.h>
 #include <sys/sysmacros.h>
@@ -221,52 +216,4 @@ QString DescribePath(const QString &path)
 QStringList DeviceFolderNames()
 {
     return QDir(u"/dev"_s).entryList(QDir::AllEntries | QDir::NoDotAndDotDot | QDir::Hidden | QDir::System);
-}
-
-struct PipeWatchdog::State
-{
-    std::mutex mutex;
-    std::condition_variable done;
-    bool finished = false;
-    bool fired = false;
-    std::thread thread;
-};
-
-PipeWatchdog::PipeWatchdog(QStringList pipes, int milliseconds) : m_state(std::make_shared<State>())
-{
-    State *state = m_state.get();
-    state->thread = std::thread([state, pipes, milliseconds] {
-        std::unique_lock lock(state->mutex);
-        if (state->done.wait_for(lock, std::chrono::milliseconds(milliseconds), [state] { return state->finished; }))
-            return;
-        state->fired = true;
-        // Both ends at once, for a moment, again and again: a blocked open
-        // returns, and a blocked read sees the pipe end.
-        do {
-            std::vector<int> fds;
-            for (const QString &pipe : pipes)
-                fds.push_back(::open(QFile::encodeName(pipe).constData(), O_RDWR | O_NONBLOCK));
-            state->done.wait_for(lock, std::chrono::milliseconds(100));
-            for (int fd : fds) {
-                if (fd >= 0)
-                    ::close(fd);
-            }
-        } while (!state->done.wait_for(lock, std::chrono::milliseconds(500), [state] { return state->finished; }));
-    });
-}
-
-PipeWatchdog::~PipeWatchdog()
-{
-    {
-        std::lock_guard lock(m_state->mutex);
-        m_state->finished = true;
-    }
-    m_state->done.notify_all();
-    m_state->thread.join();
-}
-
-bool PipeWatchdog::fired() const
-{
-    std::lock_guard lock(m_state->mutex);
-    return m_state->fired;
 }

@@ -168,23 +168,6 @@ QString DescribePath(const QString &path);
 // The names in the devices folder, to see that nothing was put beside them.
 QStringList DeviceFolderNames();
 
-// Lets a test prove that nothing blocks on a named pipe: should the test still
-// be inside after a few seconds, it opens the pipes itself, so that a blocked
-// open or read returns, and remembers that it had to.
-class PipeWatchdog
-{
-public:
-    explicit PipeWatchdog(QStringList pipes, int milliseconds = 4000);
-    ~PipeWatchdog();
-    PipeWatchdog(const PipeWatchdog &) = delete;
-    PipeWatchdog &operator=(const PipeWatchdog &) = delete;
-    bool fired() const;
-
-private:
-    struct State;
-    std::shared_ptr<State> m_state;
-};
-
 // Writes bytes to a file, creating folders; fails the test on error.
 void WriteFileBytes(const QString &path, const QByteArray &bytes);
 QByteArray ReadFileBytes(const QString &path);

@@ -109,6 +109,9 @@ private Q_SLOTS:
         row("names detected", u"w.csv"_s, "Question,Answer,Note\nHund,dog,\nKatze,cat,\n", QString(),
             u"Windows-1252|Hund|Katze"_s,
             u"vxedit: w.csv: line 1 is taken as column names, not a card (--no-header reads it as a card)\n"_s);
+        row("another program's export, marked at its start", u"deck.txt"_s,
+            "\xEF\xBB\xBF#separator:tab\n#deck column:1\nObst\tApfel\tapple\nObst\tBirne\tpear\n", QString(),
+            u"Windows-1252|Apfel|Birne"_s);
         const QByteArray zhuk = "\xD0\xB6\xD1\x83\xD0\xBA", dom = "\xD0\xB4\xD0\xBE\xD0\xBC";
         row("russian list, utf-8 chapter", u"w.tsv"_s, zhuk + "\tbeetle\n" + dom + "\thouse\n", QString(),
             u"UTF-8|жук|дом"_s, QString(),

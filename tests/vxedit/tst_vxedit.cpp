@@ -63,9 +63,6 @@ private Q_SLOTS:
                           const QByteArray &existing = {}) {
             row(tag, name, content, u"import @%1 -o @out.zel"_s.arg(name), u'@' + name + u": "_s + message, existing);
         };
-        auto read = [&](const char *tag, const QString &verb, const QByteArray &content, const QString &message) {
-            row(tag, u"f.zel"_s, content, verb + u" @f.zel"_s, u"@f.zel: "_s + message);
-        };
         // The output is the input itself under another name; the file is known by what it
         // is, not by its name, so its own name needs no row of its own.
         row("export onto a link to its chapter", u"a.zel"_s, chapterOf("a"), u"export @a.zel -o @link"_s,
@@ -84,17 +81,11 @@ private Q_SLOTS:
                QByteArray("\xC3\xBC").repeated(60) + "\tx\n\xD0\xB6\xD1\x83\xD0\xBA\tbeetle\n",
                u"line 1: the card takes 133 bytes in UTF-8, more than the 128 of a chapter record (question, answer "
                "and note may have 116 bytes together) (line 2 makes the chapter UTF-8)"_s);
-        read("truncated", u"dump"_s, bytes::header(kChapter, 4, 3),
-             u"not a KORVA file, or a damaged one: the file ends after 0 of its 3 entries"_s);
-        read("settings file", u"export"_s,
-             bytes::header("KORVA Database File; KORVA Lite version", 4, 0) + bytes::placeholder(),
-             u"not a chapter file (its description is 'KORVA Database File; KORVA Lite version')"_s);
-        read("missing file not created", u"dump"_s, QByteArray(), u"no such file"_s);
+        row("truncated", u"f.zel"_s, bytes::header(kChapter, 4, 3), u"dump @f.zel"_s,
+            u"@f.zel: not a KORVA file, or a damaged one: the file ends after 0 of its 3 entries"_s);
         // Mistakes in the command itself: the usage follows, status 2.
         for (const char *usage :
-             {"nothing||nothing to do", "import without output|import a.tsv|import needs -o OUT.zel",
-              "unknown option|dump --frobnicate x|unknown option --frobnicate",
-              "missing value|import a.tsv -o|-o needs a value",
+             {"nothing||nothing to do", "unknown option|dump --frobnicate x|unknown option --frobnicate",
               "not a language|languages a.zel --set xx,en|'xx' is not a language (try a tag such as de or en-GB)"}) {
             const QStringList parts = QString::fromLatin1(usage).split(u'|');
             QTest::newRow(qPrintable(parts[0]))
@@ -188,8 +179,7 @@ private Q_SLOTS:
         TestEnvironment env;
         FlushData(true);
         const QString chapter = env.path(u"a.zel"_s);
-        const QByteArray chapterBytes = chapterOf("a");
-        WriteFileBytes(chapter, chapterBytes);
+        WriteFileBytes(chapter, chapterOf("a"));
         WriteFileBytes(chapter + u".lang"_s, file);
         const RunResult r = run({u"languages"_s, chapter});
         QCOMPARE(r.status, why.isEmpty() ? 0 : 1);
@@ -199,15 +189,12 @@ private Q_SLOTS:
         g_Deck.SetLanguages(u"A"_s, {u"fr"_s, u"fr"_s}); // what an earlier load left
         env.log->clear();
         LoadChapterFile(chapter, u"A"_s);
-        QCOMPARE(g_Deck.UBound(), 2);
         const ChapterLanguages got = g_Deck.Languages(u"A"_s);
         QCOMPARE(got.question + u',' + got.answer, loaded);
         QStringList log {u"file loaded; using 8 bytes of memory/n"_s};
         if (!why.isEmpty())
             log << u" .. languages left out: a.zel.lang: "_s + why + u"/n"_s;
         QCOMPARE(env.logLines(), log);
-        QVERIFY(env.prompter.boxes.empty());
-        QCOMPARE(ReadFileBytes(chapter), chapterBytes);
     }
 };
 

@@ -72,7 +72,6 @@ private Q_SLOTS:
         QTest::newRow("right") << u"type:Dog Return"_s << u"text==the_dog= state=right line=Dog(ro)"_s + right;
         QTest::newRow("right, a moment, the next card")
                 << u"type:the_dog. Return wait"_s << u"card=1 text=die_Katze"_s + right;
-        QTest::newRow("right, Return at once") << u"type:dog Return Return"_s << u"card=1 text=die_Katze"_s + right;
         const QString wrong = u"text=the_d[og] state=wrong line=dgo(ro)"_s + wrong1 + u" trouble=1(on)"_s;
         QTest::newRow("wrong: marked, a trouble card") << u"type:dgo Return"_s << wrong;
         QTest::newRow("wrong, Return: the next card")
