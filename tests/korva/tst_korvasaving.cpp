@@ -3,6 +3,10 @@
 
 #include <QFile>
 
+#include <fcntl.h>
+#include <sys/file.h>
+#include <unistd.h>
+
 class KorvaSavingTest : public KorvaFixture
 {
     Q_OBJECT
@@ -139,11 +143,18 @@ private Q_SLOTS:
             WriteFileBytes(at(name), "left over");
         QVERIFY(QDir(dir.path()).mkdir(u"t.zel.vxsave-Folder"_s));
         QVERIFY(QFile::link(at(u"x.zel.vxsave-AbC123"_s), at(u"t.zel.vxsave-Link00"_s)));
+        // A save that is still running holds its file locked.
+        const int inUse = ::open(QFile::encodeName(at(u"t.zel.vxsave-InUse1"_s)).constData(), O_RDONLY | O_CREAT, 0600);
+        QVERIFY(inUse >= 0 && ::flock(inUse, LOCK_EX) == 0);
 
         QString error;
-        QVERIFY2(korva::saveFile(at(u"t.zel"_s), "new", &error), qPrintable(error));
+        const bool saved = korva::saveFile(at(u"t.zel"_s), "new", &error);
+        ::close(inUse);
+        QVERIFY2(saved, qPrintable(error));
         QCOMPARE(ReadFileBytes(at(u"t.zel"_s)), QByteArray("new"));
-        QStringList expected = kept + QStringList {u"t.zel"_s, u"t.zel.vxsave-Folder"_s, u"t.zel.vxsave-Link00"_s};
+        QStringList expected = kept
+                + QStringList {u"t.zel"_s, u"t.zel.vxsave-Folder"_s, u"t.zel.vxsave-Link00"_s,
+                               u"t.zel.vxsave-InUse1"_s};
         expected.sort();
         QCOMPARE(QDir(dir.path()).entryList(QDir::AllEntries | QDir::NoDotAndDotDot | QDir::System, QDir::Name),
                  expected);
