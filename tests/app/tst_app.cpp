@@ -96,6 +96,9 @@ private Q_SLOTS:
         frmChapter *chapters = modMain::ChapterWindow();
         QVERIFY(chapters && chapters->isVisible());
         QCOMPARE(chapters->LV1->topLevelItem(1)->text(0), u"German 2: Food and Drink"_s);
+        m_env->prompter.onModal = nullptr;
+        chapters->findChild<QAction *>(u"about"_s)->trigger(); // its toolbar's last button
+        QCOMPARE(m_env->prompter.modalWindows.back(), u"frmAbout"_s);
 
         QLocalServer other; // the running program holds its key
         QVERIFY(!listenAsAnotherCopy(other));

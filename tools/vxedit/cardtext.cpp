@@ -136,9 +136,8 @@ Layout LayoutFor(Format format)
 Layout DetectLayout(const QByteArray &data, const QString &path)
 {
     Layout layout = LayoutFor(FormatForPath(path));
-    QString text = QString::fromUtf8(data.left(64 * 1024));
-    if (text.startsWith(QChar(0xFEFF)))
-        text.remove(0, 1);
+    // QString::fromUtf8 drops a leading byte-order mark itself.
+    const QString text = QString::fromUtf8(data.left(64 * 1024));
     const QStringList lines = text.split(u'\n');
 
     qsizetype i = 0;
