@@ -148,6 +148,16 @@ private Q_SLOTS:
         QVERIFY(!setup.isVisible());
     }
 
+    // The updater file written on its own, with nothing to do beside the save.
+    void updaterFileAlone()
+    {
+        modMain::WriteUpdaterFile();
+        QVERIFY(ReadFileBytes(m_programDir.filePath(u"Vocabrix.upd"_s)).contains("app_current_version"));
+        QCOMPARE(m_env->logLines().join(u'|'),
+                 u"the specified file doesn't exist, creating new/n|file created/n|"
+                 "file mounted/n|updater file generated/n"_s);
+    }
+
     // Starts that end the program with status 1 after their boxes ('@' in a
     // box stands for the settings file) and the log's last lines. Code -1
     // writes neither the cards nor the settings.
