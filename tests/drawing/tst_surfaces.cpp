@@ -3,6 +3,7 @@
 #include "drawing/logicalfont.h"
 #include "drawing/paintedicon.h"
 #include "drawing/programicon.h"
+#include "drawing/windowsurface.h"
 #include "drawing/zelsplashdraw.h"
 #include "testsupport.h"
 
@@ -82,6 +83,17 @@ private Q_SLOTS:
         int w = -3, h = -5;
         dc.Create(w, h);
         QCOMPARE(QSize(dc.Width(), dc.Height()), QSize(0, 0));
+    }
+
+    // A window grown: what it showed stays, the new part is its background.
+    void surfaceGrows()
+    {
+        WindowSurface surface(Qt::blue);
+        surface.Resize(QSize(4, 4));
+        surface.image().fill(Qt::red);
+        surface.Resize(QSize(8, 8));
+        QCOMPARE(std::pair(surface.image().pixel(1, 1), surface.image().pixel(6, 6)),
+                 std::pair(qRgb(255, 0, 0), qRgb(0, 0, 255)));
     }
 };
 

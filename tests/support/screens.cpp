@@ -5,13 +5,14 @@
 #include <QImage>
 #include <QString>
 
-bool HasColour(const QImage &image, QRgb colour)
+QRect ColourBounds(const QImage &image, QRgb colour)
 {
+    QRect bounds;
     for (int y = 0; y < image.height(); ++y)
         for (int x = 0; x < image.width(); ++x)
             if (image.pixel(x, y) == colour)
-                return true;
-    return false;
+                bounds |= QRect(x, y, 1, 1);
+    return bounds;
 }
 
 bool SaveScreenshot(const QImage &image, const QString &name)

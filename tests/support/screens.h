@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include <QRect>
 #include <QRgb>
 
 class QImage;
@@ -20,8 +21,12 @@ inline int distance(QRgb a, QRgb b)
     return qMax(qAbs(qRed(a) - qRed(b)), qMax(qAbs(qGreen(a) - qGreen(b)), qAbs(qBlue(a) - qBlue(b))));
 }
 
-// Whether the picture has a pixel of exactly this colour.
-bool HasColour(const QImage &image, QRgb colour);
+// Where the picture has pixels of exactly this colour; empty when nowhere.
+QRect ColourBounds(const QImage &image, QRgb colour);
+inline bool HasColour(const QImage &image, QRgb colour)
+{
+    return !ColourBounds(image, colour).isEmpty();
+}
 
 // Saves a picture of a real window for people to look at (build/…/screens/);
 // false when it could not be written.

@@ -31,6 +31,15 @@ template<typename T> T next(std::deque<T> &answers, T none = {})
     return answer;
 }
 
+// Each item's text, in order.
+template<typename Items, typename Text> QStringList mapped(const Items &items, Text text)
+{
+    QStringList out;
+    for (const auto &item : items)
+        out << text(item);
+    return out;
+}
+
 // What a user who closes the box answers: OK, else No, else Cancel.
 MsgResult safest(MsgButtons buttons)
 {
@@ -84,18 +93,12 @@ std::optional<PrintChoice> FakePrompter::AskPrint(const PrintRequest &request)
 
 QStringList FakePrompter::boxTitles() const
 {
-    QStringList titles;
-    for (const auto &b : boxes)
-        titles << b.title;
-    return titles;
+    return mapped(boxes, [](const MessageBoxRequest &b) { return b.title; });
 }
 
 QStringList FakePrompter::seen() const
 {
-    QStringList out;
-    for (const auto &b : boxes)
-        out << Box(b.title, b.text, b.icon, b.buttons);
-    return out;
+    return mapped(boxes, [](const MessageBoxRequest &b) { return Box(b.title, b.text, b.icon, b.buttons); });
 }
 
 QString Box(const QString &title, const QString &text, MsgIcon icon, MsgButtons buttons)
@@ -103,14 +106,6 @@ QString Box(const QString &title, const QString &text, MsgIcon icon, MsgButtons 
     static const QStringList icons {u"no icon"_s, u"critical"_s, u"question"_s, u"exclamation"_s, u"information"_s};
     static const QStringList buttonSets {u"OK"_s, u"OK Cancel"_s, u"Yes No"_s, u"Yes No Cancel"_s};
     return title + u" | "_s + text + u" | "_s + icons[int(icon)] + u" | "_s + buttonSets[int(buttons)];
-}
-
-QStringList LogRecord::messages() const
-{
-    QStringList out;
-    for (const auto &l : lines)
-        out << l.message;
-    return out;
 }
 
 TestEnvironment::TestEnvironment(bool withWatcher)
@@ -150,7 +145,7 @@ TestEnvironment::~TestEnvironment()
 
 QStringList TestEnvironment::logLines() const
 {
-    return log->messages();
+    return mapped(log->lines, [](const LogRecord::Line &l) { return l.message; });
 }
 
 void WriteFileBytes(const QString &path, const QByteArray &bytes)

@@ -93,7 +93,6 @@ struct LogRecord
     };
     std::vector<Line> lines;
 
-    QStringList messages() const;
     void clear() { lines.clear(); }
 };
 

@@ -27,6 +27,7 @@ private Q_SLOTS:
             {{u"der Hund"_s, u"the dog"_s, u"pl. die Hunde"_s}, {u"die Katze"_s, u"the cat"_s}}, {1, 2});
         row("bom, windows line ends, blank lines", "\xEF\xBB\xBFgr\xC3\xBCn\tgreen\r\n\r\nrot\tred\r\n", false,
             {{u"grün"_s, u"green"_s}, {u"rot"_s, u"red"_s}}, {1, 3});
+        row("the last line without its end", "ja\tyes\nnein", false, {{u"ja"_s, u"yes"_s}, {u"nein"_s}}, {1, 2});
         row("header lines of an export", "#separator:tab\n#html:false\nja\tyes\n#not a header\tx\n", false,
             {{u"ja"_s, u"yes"_s}, {u"#not a header"_s, u"x"_s}}, {3, 4});
         row("csv quoting", "\"Hallo, Welt\",\"hello, \"\"world\"\"\",note\n\"zwei\nZeilen\",two lines,\r\nplain,text\n",

@@ -149,6 +149,7 @@ private Q_SLOTS:
         const QString undone = u"card=1 text=q1 views=2 tl=showing_card_2_of_6;_1_trouble_cards"_s;
         QTest::newRow("Z: the last move taken back") << u"key Z"_s << undone;
         QTest::newRow("Left, Ctrl+Z: as before") << u"key Left,Ctrl+Z"_s << QString();
+        QTest::newRow("Space, Z: the mark taken back") << u"key Space,Z"_s << QString();
         QTest::newRow("Return, Space, Z, Z: mark and flip taken back") << u"key Return,Space,Z,Z"_s << QString();
         QTest::newRow("Z three times: no further than the first card")
                 << u"key Z,Z,Z"_s << u"card=0 text=q0 views=1 tl=showing_card_1_of_6;_1_trouble_cards"_s;
@@ -233,7 +234,9 @@ private Q_SLOTS:
         g_Extras.SetBool(u"study.show_notes"_s, true);
         g_Deck[0].note = u"a note"_s;
         modrender::ShowFirstCard();
+        QCOMPARE(modrender::Metrics()->NoteText(), QString()); // under the question, no note
         modrender::ToggleAnswer(); // the answer with its note on show
+        QCOMPARE(modrender::Metrics()->NoteText(), u"a note"_s);
         frmMain *main = frmMain::Existing();
         int draws = 0;
         reversing.onDraw = [&] {

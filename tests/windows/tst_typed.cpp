@@ -162,6 +162,8 @@ private Q_SLOTS:
         QTest::keyClicks(line, u"the cut"_s);
         QTest::keyClick(line, Qt::Key_Return);
         QCOMPARE(marks(), std::pair(false, true));
+        const QRect underline = ColourBounds(modrender::Renderer()->Surface()->Image(), gold);
+        QVERIFY2(underline.width() < 30, qPrintable(u"%1 wide"_s.arg(underline.width()))); // the one wrong letter
         QVERIFY(SaveScreenshot(main->grab().toImage(), u"typed-wrong.png"_s));
         checkLayout(main, u"typed-wrong"_s);
         QCOMPARE(main->Card->Description(),
