@@ -154,18 +154,20 @@ private Q_SLOTS:
         QLocale::setDefault(QLocale(QLocale::English, QLocale::UnitedStates));
         g_Deck.Resize(3);
         g_Deck[0] = {u"a question left out of the widths"_s, u"x"_s, {}, {}, kCardTrue, 9, u"Z"_s};
-        g_Deck[1] = {u"die Katze"_s, u"cat"_s, {}, {}, kCardTrue, 2, u"Tiere"_s};
-        g_Deck[2] = {u"der Elefant mit Rüssel"_s, u"elephant"_s, {}, {}, kCardFalse, 305, u"Zoo"_s};
+        // A wide letter takes two columns, a combining mark none.
+        g_Deck[1] = {u"die Katze 猫"_s, u"cat"_s, {}, {}, kCardTrue, 2, u"Tiere"_s};
+        g_Deck[2] = {u"der Elefant mit Ru\u0300ssel"_s, u"elephant"_s, {}, {}, kCardFalse, 305, u"Zoo"_s};
         QCOMPARE(StatisticsReport(g_Deck, QDate(2026, 11, 21)).split(u'\n'),
-                 QStringList({u"VOCABRIX STATISTICS FILE"_s, u"Automatically generated on 11/21/26"_s,
-                              u"Vocabrix v.1.0.1 - Quillmere"_s,
-                              u"NOTE: 'Times Viewed' data is for this session only"_s, QString(),
-                              u" == QUESTION ==            == ANSWER ==  == TROUBLE? ==  == TIMES VIEWED ==  == "
-                              "CHAPTER == "_s,
-                              u"die Katze                 cat                  YES                2          Tiere"_s,
-                              u"der Elefant mit Rüssel    elephant             NO                 305          Zoo"_s,
-                              // The empty slot ends the table.
-                              QString(26 + 14, u' ') + u"       NO                 0          "_s, QString()}));
+                 QStringList(
+                         {u"VOCABRIX STATISTICS FILE"_s, u"Automatically generated on 11/21/26"_s,
+                          u"Vocabrix v.1.0.1 - Quillmere"_s, u"NOTE: 'Times Viewed' data is for this session only"_s,
+                          QString(),
+                          u" == QUESTION ==            == ANSWER ==  == TROUBLE? ==  == TIMES VIEWED ==  == "
+                          "CHAPTER == "_s,
+                          u"die Katze 猫              cat                  YES                2          Tiere"_s,
+                          u"der Elefant mit Ru\u0300ssel    elephant             NO                 305          Zoo"_s,
+                          // The empty slot ends the table.
+                          QString(26 + 14, u' ') + u"       NO                 0          "_s, QString()}));
         QLocale::setDefault(QLocale::c());
 
         const QString p = env.path(u"stats.txt"_s);
