@@ -195,6 +195,8 @@ private Q_SLOTS:
 
         g_Deck.Reset();
         fillDeck(9999);
+        for (int i = 0; i < 9999; ++i)
+            g_Deck[i].chapter = u"c%1"_s.arg(i); // as if each came from a chapter of its own
         QStringList before = questions();
         std::mt19937 engine(7);
         ScriptedRandom rng([&](int) { return std::generate_canonical<double, 32>(engine); });
@@ -212,7 +214,8 @@ private Q_SLOTS:
         for (int i = 0; i < g_Deck.UBound(); ++i) {
             const Card &c = g_Deck[i];
             const int n = c.question.mid(1).toInt();
-            QCOMPARE(c.answer + c.spare + QString::number(c.timesViewed), u"a%1spare%2%3"_s.arg(n).arg(i).arg(n % 7));
+            QCOMPARE(c.answer + c.spare + QString::number(c.timesViewed) + c.chapter + QString::number(c.trouble),
+                     u"a%1spare%2%3c%1%4"_s.arg(n).arg(i).arg(n % 7).arg(n % 2 ? kCardTrue : kCardFalse));
         }
         QCOMPARE(env.pauser.eventRounds, rng.draws + g_Deck.UBound() + 1); // after every draw and every slot filled
     }

@@ -170,6 +170,7 @@ private Q_SLOTS:
         QVERIFY(bag.values().isEmpty());
         // What a changed control writes, a new one reads back.
         control->SetBackcolor(1);
+        control->SetForecolorMouse(2);
         control->SetCaption(u"x"_s);
         control->SetEnabled(false);
         if (auto *k = qobject_cast<zelCheck *>(control.get()))
