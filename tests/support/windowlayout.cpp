@@ -371,16 +371,11 @@ private:
 
 } // namespace
 
-QString DescribeWindow(QWidget *window)
+void checkLayout(QWidget *window, const QString &name)
 {
     Writer writer(window);
     writer.widget(window, 0);
-    return writer.text();
-}
-
-void checkLayout(QWidget *window, const QString &name)
-{
-    const QString actual = DescribeWindow(window);
+    const QString actual = writer.text();
     QFile file(QStringLiteral(LAYOUTS_DIR) + u'/' + name + u".txt"_s);
     if (qEnvironmentVariableIntValue("VOCABRIX_RECORD_LAYOUTS") == 1) {
         QVERIFY2(file.open(QIODevice::WriteOnly | QIODevice::Truncate), qPrintable(file.fileName()));
