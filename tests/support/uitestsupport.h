@@ -56,7 +56,9 @@ void checkMnemonics(QWidget *window);
 
 // The window as text, one line per widget, menu entry and list row: where it
 // stands and what a person reads, sets or presses there (captions, tips,
-// keys, states, fonts and colours that differ from the parent's). Fails the
-// running test when that text differs from the layout recorded as tests/windows/layouts/<name>.txt, naming the first
-// lines that differ. With VOCABRIX_RECORD_LAYOUTS=1 it records the layout instead.
+// keys, states, fonts and colours that differ from the parent's; paths under
+// the home folder read "~"). Fails the running test when that text differs
+// from the layout recorded as tests/windows/layouts/<name>.txt, naming the
+// first lines that differ. With VOCABRIX_RECORD_LAYOUTS=1 it records the
+// layout instead.
 void checkLayout(QWidget *window, const QString &name);
