@@ -38,6 +38,20 @@ private Q_SLOTS:
         qunsetenv("XDG_CONFIG_DIRS");
     }
 
+    // The external debugger is started from the home folder when it is
+    // there; when it is not, the person is told.
+    void debuggerRegistration()
+    {
+        TestEnvironment env;
+        RegisterWatcher();
+        QCOMPARE(env.prompter.boxTitles(), QStringList(u"DEBUG Mode Mismatch"_s));
+        const QString debugger = env.path(ExecutableFileName(u"zeldebug"_s));
+        WriteFileBytes(debugger, "a debugger");
+        RegisterWatcher();
+        QCOMPARE(env.prompter.launches.at(0).program, debugger);
+        QCOMPARE(env.logLines(), QStringList(u" .. execing "_s + debugger + u" for debugger registration/n"_s));
+    }
+
     // Where a line goes: the watcher, the splash (without its markers,
     // paced), or nowhere. A high-priority line's box is seen with the start
     // that fails (tst_app).
