@@ -122,6 +122,10 @@ private Q_SLOTS:
         options->ts->setCurrentIndex(1);
         m_env->prompter.answers = {answer};
         const QPoint onTheBox(8, options->Check3->height() / 2);
+        g_ShuffleRunning = true; // while the deck is shuffled the box stays as it is, unasked
+        QTest::mouseClick(options->Check3, Qt::LeftButton, {}, onTheBox);
+        g_ShuffleRunning = false;
+        QVERIFY(m_env->prompter.boxes.empty() && !options->Check3->isChecked());
         if (answer == MsgResult::Cancel)
             QTest::keyClick(options->Check3, Qt::Key_Space);
         else
