@@ -67,6 +67,9 @@ private Q_SLOTS:
         // is, not by its name, so its own name needs no row of its own.
         row("export onto a link to its chapter", u"a.zel"_s, chapterOf("a"), u"export @a.zel -o @link"_s,
             u"@link: the output is the chapter being exported; write the cards to another file"_s);
+        row("a first card like a header line, to a tab-separated file", u"h.zel"_s, chapterOf("#deck:Spanisch"),
+            u"export @h.zel -o @h.tsv"_s,
+            u"@h.zel: card 1: '#deck:Spanisch' would read back as a header line (export to .csv instead)"_s);
         row("a later card with a tab, to a tab-separated file", u"t.zel"_s, chapterOf("a", "c\td"),
             u"export @t.zel -o @t.tsv"_s,
             u"@t.zel: card 2: 'c\td' holds a tab or line break, which a tab-separated file cannot carry (export to "
